@@ -1,0 +1,51 @@
+# A room is a folder under src/ with one static library. Its target is named like the folder, with
+# dashes: src/platform/files is platform-files. Every .cpp in the folder itself belongs to it.
+#
+#   lumisort_room(USES platform-files PkgConfig::VIPS)
+#
+# USES lists the rooms further down and the third-party targets; a header that shows a third-party
+# type is the exception, so nothing here tells the two apart.
+function(lumisort_room)
+    cmake_parse_arguments(ROOM "" "" "USES" ${ARGN})
+    file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR})
+    string(REPLACE "/" "-" target ${folder})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    if(sources)
+        add_library(${target} STATIC ${sources})
+        target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+        target_link_libraries(${target} PUBLIC ${ROOM_USES})
+    else()
+        add_library(${target} INTERFACE)
+        target_include_directories(${target} INTERFACE ${PROJECT_SOURCE_DIR}/src)
+        target_link_libraries(${target} INTERFACE ${ROOM_USES})
+    endif()
+endfunction()
+
+# The tests of one room: tests/<folder>/*.cpp become one GoogleTest program, and each test in it one
+# entry of ctest.
+#
+#   lumisort_tests(USES library)
+function(lumisort_tests)
+    cmake_parse_arguments(TESTS "" "" "USES" ${ARGN})
+    file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})
+    string(REPLACE "/" "-" target ${folder})
+    set(target ${target}-tests)
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${target} ${sources})
+    target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_link_libraries(${target} PRIVATE ${TESTS_USES} test-support GTest::gmock GTest::gtest_main)
+    gtest_discover_tests(${target} TEST_PREFIX "${folder}: " DISCOVERY_TIMEOUT 120
+                         PROPERTIES TIMEOUT 600)
+endfunction()
+
+# One benchmark program: benchmarks/<name>.cpp.
+#
+#   lumisort_benchmark(exact_copies USES similarity)
+function(lumisort_benchmark name)
+    cmake_parse_arguments(BENCH "" "" "USES" ${ARGN})
+    add_executable(benchmark-${name} ${name}.cpp)
+    target_link_libraries(benchmark-${name} PRIVATE ${BENCH_USES})
+endfunction()

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/files/FileSystem.h"
+
+#include <string>
+#include <string_view>
+
+namespace lumisort::files {
+
+/// Replaces the file at `path` by `contents`, or creates it: a temporary file beside it is written, flushed to
+/// the medium and renamed over it, and the folder is flushed. After a crash at any instant the old file or the
+/// new one is there, whole. Where `path` is a symbolic link, its target is replaced and the link stays. Permissions of a file that is replaced are kept. The temporary file is removed on
+/// failure. Throws FileError.
+void replaceFile(FileSystem& system, const std::string& path, std::string_view contents);
+
+/// The whole file. Throws FileError; one larger than `limitBytes` fails with EFBIG before it is read.
+std::string readFile(FileSystem& system, const std::string& path, std::int64_t limitBytes);
+
+} // namespace lumisort::files

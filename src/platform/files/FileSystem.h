@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/files/FileError.h"
+#include "platform/files/FileStatus.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <stop_token>
+#include <string>
+
+namespace lumisort::files {
+
+enum class Links { follow, doNotFollow };
+
+/// An open file. Closed by the destructor; used by one thread at a time. Every operation throws FileError.
+class OpenFile {
+public:
+    virtual ~OpenFile() = default;
+    /// Reads up to buffer.size() bytes from the current position; 0 means the end of the file.
+    virtual std::size_t read(std::span<std::byte> buffer) = 0;
+    /// Writes all bytes at the current position.
+    virtual void write(std::span<const std::byte> bytes) = 0;
+    virtual FileStatus status() = 0;
+    /// Returns when the contents and the size are on the medium.
+    virtual void flush() = 0;
+    /// Asks the system to forget its cached copy of the contents, so that the next read comes from the
+    /// medium. Advice only: it never fails.
+    virtual void dropCache() = 0;
+    /// Closes, reporting what the system kept for the end (network file systems do). Later calls do nothing.
+    virtual void close() = 0;
+};
+
+/// Every effect that the program has on files goes through this interface, so that a full disk, a lost flush
+/// and a crash are ordinary tests. Paths are absolute, byte for byte. All operations throw FileError (with the
+/// path that was the matter) and may be called from any thread.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    virtual FileStatus status(const std::string& path, Links links) = 0;
+    /// Opens a file for reading. With Links::doNotFollow a symbolic link at the end of the path fails. Never
+    /// blocks on a pipe or device.
+    virtual std::unique_ptr<OpenFile> open(const std::string& path, Links links) = 0;
+    /// Creates a file that must not exist yet (permissions 0666 less the umask) and opens it for writing.
+    virtual std::unique_ptr<OpenFile> create(const std::string& path) = 0;
+    /// Copies a regular file's contents to `to`, which must not exist yet, then its permissions, modification
+    /// time and extended attributes (as far as the target's file system can hold them). Shares blocks or
+    /// copies inside the kernel where possible. Looks at `stop` between pieces of at most 16 MiB and throws
+    /// tasks::Cancelled. What was written when it fails stays at `to` for the caller to remove.
+    virtual void copy(const std::string& from, const std::string& to, const std::stop_token& stop) = 0;
+    /// Renames, replacing a file at `to` in one step.
+    virtual void replace(const std::string& from, const std::string& to) = 0;
+    /// Renames; fails with EEXIST when anything is at `to`, also on file systems whose rename cannot promise
+    /// that.
+    virtual void moveWithoutOverwrite(const std::string& from, const std::string& to) = 0;
+    virtual void remove(const std::string& path) = 0;
+    /// Creates one folder; fails with EEXIST when anything is at `path`.
+    virtual void createDirectory(const std::string& path) = 0;
+    /// Creates a folder and all that are missing above it; a folder that is there is no failure.
+    virtual void createDirectories(const std::string& path) = 0;
+    /// Returns when the folder's entries (creations, renames, removals) are on the medium.
+    virtual void flushDirectory(const std::string& path) = 0;
+    /// Bytes that this user may still write on the file system that holds `path`.
+    virtual std::int64_t availableBytes(const std::string& path) = 0;
+
+    /// The machine's file system; lives as long as the process.
+    static FileSystem& real();
+};
+
+} // namespace lumisort::files
