@@ -25,8 +25,11 @@ endfunction()
 # entry of ctest.
 #
 #   lumisort_tests(USES library)
+#   lumisort_tests(THREADS USES similarity)
+#
+# THREADS gives the tests the label "threads": ./test runs those under the thread sanitizer as well.
 function(lumisort_tests)
-    cmake_parse_arguments(TESTS "" "" "USES" ${ARGN})
+    cmake_parse_arguments(TESTS "THREADS" "" "USES" ${ARGN})
     file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})
     string(REPLACE "/" "-" target ${folder})
     set(target ${target}-tests)
@@ -37,8 +40,12 @@ function(lumisort_tests)
     add_executable(${target} ${sources})
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${target} PRIVATE ${TESTS_USES} test-support GTest::gmock GTest::gtest_main)
+    set(label "")
+    if(TESTS_THREADS)
+        set(label LABELS threads)
+    endif()
     gtest_discover_tests(${target} TEST_PREFIX "${folder}: " DISCOVERY_TIMEOUT 120
-                         PROPERTIES TIMEOUT 600)
+                         PROPERTIES TIMEOUT 600 ${label})
 endfunction()
 
 # One benchmark program: benchmarks/<name>.cpp.

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace lumisort::similarity {
+
+/// How alike two photos must be to be grouped, as the user chooses it.
+enum class SimilarityLevel { strict, balanced, loose };
+
+inline constexpr std::array allSimilarityLevels{SimilarityLevel::strict, SimilarityLevel::balanced,
+                                                SimilarityLevel::loose};
+
+/// What two fingerprints may differ by at one level. All limits are inclusive.
+struct MatchLimits {
+    double aspectDifference; ///< |ln(aspect ÷ aspect)|
+    int hammingDistance;     ///< bits of the perceptual hash; also the search radius in the index
+    double colorDistance;    ///< mean absolute difference of the colour layouts, channels on 0…1
+};
+
+constexpr MatchLimits limits(SimilarityLevel level) {
+    switch (level) {
+    case SimilarityLevel::strict:
+        return {.aspectDifference = 0.02, .hammingDistance = 4, .colorDistance = 0.07};
+    case SimilarityLevel::balanced:
+        return {.aspectDifference = 0.04, .hammingDistance = 8, .colorDistance = 0.12};
+    case SimilarityLevel::loose:
+        break;
+    }
+    return {.aspectDifference = 0.08, .hammingDistance = 12, .colorDistance = 0.18};
+}
+
+/// The level's name in documents and in the interface: "Strict", "Balanced", "Loose".
+constexpr std::string_view rawValue(SimilarityLevel level) {
+    constexpr std::array<std::string_view, 3> names{"Strict", "Balanced", "Loose"};
+    return names[static_cast<std::size_t>(level)];
+}
+
+/// The level of exactly that name, letter case included; none for any other text.
+constexpr std::optional<SimilarityLevel> similarityLevel(std::string_view name) {
+    for (const auto level : allSimilarityLevels)
+        if (rawValue(level) == name) return level;
+    return std::nullopt;
+}
+
+} // namespace lumisort::similarity
