@@ -53,8 +53,9 @@ auto orderedWorkers(std::size_t count, int concurrency, Work work, Finished fini
 
     const auto takeIndex = [&]() -> std::optional<std::size_t> {
         const std::scoped_lock lock(mutex);
+        if (next == count) return std::nullopt; // before the stop, which also ends a run that is complete
         checkCancelled(inner.get_token());
-        return next < count ? std::optional(next++) : std::nullopt;
+        return next++;
     };
     const auto serve = [&] {
         try {
