@@ -27,7 +27,9 @@ endfunction()
 #   lumisort_tests(USES library)
 #   lumisort_tests(THREADS USES similarity)
 #
-# THREADS gives the tests the label "threads": ./test runs those under the thread sanitizer as well.
+# THREADS marks tests that share data between threads: `threaded-tests` builds them, and they carry the
+# label "threads", under which the thread sanitizer runs them.
+add_custom_target(threaded-tests)
 function(lumisort_tests)
     cmake_parse_arguments(TESTS "THREADS" "" "USES" ${ARGN})
     file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})
@@ -42,6 +44,7 @@ function(lumisort_tests)
     target_link_libraries(${target} PRIVATE ${TESTS_USES} test-support GTest::gmock GTest::gtest_main)
     set(label "")
     if(TESTS_THREADS)
+        add_dependencies(threaded-tests ${target})
         set(label LABELS threads)
     endif()
     gtest_discover_tests(${target} TEST_PREFIX "${folder}: " DISCOVERY_TIMEOUT 120
