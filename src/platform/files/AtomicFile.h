@@ -7,10 +7,12 @@
 
 namespace lumisort::files {
 
-/// Replaces the file at `path` by `contents`, or creates it: a temporary file beside it is written, flushed to
-/// the medium and renamed over it, and the folder is flushed. After a crash at any instant the old file or the
-/// new one is there, whole. Where `path` is a symbolic link, its target is replaced and the link stays. Permissions of a file that is replaced are kept. The temporary file is removed on
-/// failure. Throws FileError.
+/// Replaces the file at `path` by `contents`, or creates it: a temporary file beside it is written, flushed
+/// to the medium and renamed over it, and the folder is flushed. After a crash at any instant the old file or
+/// the new one is there, whole. Where `path` is a symbolic link, its target is replaced and the link stays.
+/// Permissions of a file that is replaced are kept. The temporary file (a hidden name, so that a crash leaves
+/// nothing that is taken for a document) is removed on failure. Throws FileError that names `path`; the old
+/// file is then still there, or, where only the last flush failed, the new one.
 void replaceFile(FileSystem& system, const std::string& path, std::string_view contents);
 
 /// The whole file. Throws FileError; one larger than `limitBytes` fails with EFBIG before it is read.

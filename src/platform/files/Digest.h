@@ -29,8 +29,8 @@ private:
     Context* context_;
 };
 
-/// The digest of a whole file, read in pieces of 1 MiB, one held at a time. Looks at `stop` before the first and
-/// after every piece. Throws FileError or tasks::Cancelled; the file is closed on every way out.
+/// The digest of a whole file, read in pieces of 1 MiB, one held at a time. Looks at `stop` before the first
+/// and after every piece. Throws FileError or tasks::Cancelled; the file is closed on every way out.
 std::string sha256(FileSystem& system, const std::string& path, const std::stop_token& stop);
 
 } // namespace lumisort::files

@@ -2,11 +2,13 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace lumisort::files {
 
 /// A file operation failed. `what()` is a whole sentence that names the file, fit to be shown:
-/// "Could not open “/photos/a.jpg”: Permission denied".
+/// "Could not open “/photos/a.jpg”: Permission denied". Control characters and bytes that are no UTF-8 are
+/// shown as \x0A there, so that it is one line of valid text for any path.
 class FileError : public std::runtime_error {
 public:
     /// `action` is the verb phrase behind "Could not", e.g. "open"; `code` an errno value.
@@ -20,6 +22,7 @@ public:
     /// The message without the file's name, for lines that already start with it:
     /// "Could not open the file: Permission denied".
     const std::string& description() const { return description_; }
+    /// Nothing is at the path, or one of the folders above it is missing or none.
     bool isMissing() const;
 
 private:

@@ -23,6 +23,8 @@ public:
     /// Writes all bytes at the current position.
     virtual void write(std::span<const std::byte> bytes) = 0;
     virtual FileStatus status() = 0;
+    /// Sets the permission bits of a file opened for writing, as far as the file system can hold them.
+    virtual void setPermissions(std::uint32_t permissions) = 0;
     /// Returns when the contents and the size are on the medium.
     virtual void flush() = 0;
     /// Asks the system to forget its cached copy of the contents, so that the next read comes from the
@@ -33,28 +35,32 @@ public:
 };
 
 /// Every effect that the program has on files goes through this interface, so that a full disk, a lost flush
-/// and a crash are ordinary tests. Paths are absolute, byte for byte. All operations throw FileError (with the
-/// path that was the matter) and may be called from any thread.
+/// and a crash are ordinary tests. Paths are absolute, byte for byte. All operations throw FileError (with
+/// the path that was the matter) and may be called from any thread.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
 
     virtual FileStatus status(const std::string& path, Links links) = 0;
-    /// Opens a file for reading. With Links::doNotFollow a symbolic link at the end of the path fails. Never
-    /// blocks on a pipe or device.
+    /// The path that the symbolic link at `path` holds, as it stands there. EINVAL where it is no link.
+    virtual std::string readLink(const std::string& path) = 0;
+    /// Opens a regular file for reading; anything else fails, without blocking on a pipe or device. With
+    /// Links::doNotFollow a symbolic link at the end of the path fails with ELOOP.
     virtual std::unique_ptr<OpenFile> open(const std::string& path, Links links) = 0;
     /// Creates a file that must not exist yet (permissions 0666 less the umask) and opens it for writing.
     virtual std::unique_ptr<OpenFile> create(const std::string& path) = 0;
-    /// Copies a regular file's contents to `to`, which must not exist yet, then its permissions, modification
-    /// time and extended attributes (as far as the target's file system can hold them). Shares blocks or
-    /// copies inside the kernel where possible. Looks at `stop` between pieces of at most 16 MiB and throws
-    /// tasks::Cancelled. What was written when it fails stays at `to` for the caller to remove.
+    /// Copies a regular file's contents to `to`, which must not exist yet, then its user extended attributes,
+    /// permissions and access and modification times (as far as the target's file system can hold them).
+    /// Shares blocks or copies inside the kernel where possible. A source that changes meanwhile is a
+    /// failure. Looks at `stop` between pieces of at most 16 MiB and throws tasks::Cancelled. What was
+    /// written when it fails stays at `to` for the caller to remove. The copy is not flushed.
     virtual void copy(const std::string& from, const std::string& to, const std::stop_token& stop) = 0;
     /// Renames, replacing a file at `to` in one step.
     virtual void replace(const std::string& from, const std::string& to) = 0;
-    /// Renames; fails with EEXIST when anything is at `to`, also on file systems whose rename cannot promise
-    /// that.
+    /// Renames a file; fails with EEXIST when anything is at `to`, also on file systems whose rename cannot
+    /// promise that. Cut short there, it leaves `from` whole, and at `to` the file itself or an empty one.
     virtual void moveWithoutOverwrite(const std::string& from, const std::string& to) = 0;
+    /// Removes a file, a link or an empty folder.
     virtual void remove(const std::string& path) = 0;
     /// Creates one folder; fails with EEXIST when anything is at `path`.
     virtual void createDirectory(const std::string& path) = 0;

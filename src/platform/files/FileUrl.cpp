@@ -12,7 +12,8 @@ constexpr std::string_view localHost = "localhost";
 
 bool staysPlain(unsigned char c) {
     if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')) return true;
-    return c != 0 && std::string_view("/-._~!$&'()*+,=:@").find(static_cast<char>(c)) != std::string_view::npos;
+    return c != 0 &&
+           std::string_view("/-._~!$&'()*+,=:@").find(static_cast<char>(c)) != std::string_view::npos;
 }
 
 int hexValue(char c) {

@@ -8,7 +8,9 @@
 namespace lumisort::text {
 
 /// The order in which a file browser lists names: case-insensitive, digit runs compared as numbers
-/// (img_1, IMG_2, IMG_10), through ICU's root collation. Bytes that are no UTF-8 compare as U+FFFD.
+/// (img_1, IMG_2, IMG_10), through ICU's root collation. Bytes that are no UTF-8 compare as U+FFFD. Names that
+/// differ in nothing else are told apart by letter case (lower first) and then by their bytes, so that a
+/// listing does not depend on the order in which the file system hands out its entries.
 /// One object serves one thread; making one costs milliseconds, comparing costs microseconds.
 class NaturalOrder {
 public:
@@ -19,7 +21,7 @@ public:
 
     /// A key whose byte order is the natural order; for sorting many names, make each key once.
     std::string sortKey(std::string_view utf8) const;
-    /// Below, equal or above zero.
+    /// Below or above zero; zero only for identical bytes.
     int compare(std::string_view a, std::string_view b) const;
 
 private:
@@ -27,7 +29,7 @@ private:
     Impl* impl_;
 };
 
-/// The permutation that puts `names` into natural order; equal names keep their order.
+/// The permutation that puts `names` into natural order; equal names keep their order. Thread-safe.
 std::vector<std::size_t> naturalPermutation(const std::vector<std::string_view>& names);
 
 /// `path` in Unicode normalization form C. Text that is no UTF-8 comes back as it is. Thread-safe.
