@@ -37,22 +37,24 @@ std::string temporaryPath(const std::string& folder) {
     return path + ".tmp";
 }
 
-void writeTemporary(FileSystem& system, const std::string& path, std::string_view contents,
+using Contents = std::function<void(OpenFile&)>;
+
+void writeTemporary(FileSystem& system, const std::string& path, const Contents& write,
                     const std::optional<FileStatus>& replaced) {
     const auto file = system.create(path);
     // Before the contents: what was private is so at no instant less.
     if (replaced) file->setPermissions(replaced->permissions);
-    file->write(std::as_bytes(std::span(contents)));
+    write(*file);
     file->flush();
     file->close();
 }
 
 void replaceTarget(FileSystem& system, const std::string& target, const std::optional<FileStatus>& replaced,
-                   std::string_view contents) {
+                   const Contents& write) {
     const auto folder = folderOf(target);
     const auto temporary = temporaryPath(folder);
     try {
-        writeTemporary(system, temporary, contents, replaced);
+        writeTemporary(system, temporary, write, replaced);
         system.replace(temporary, target);
     } catch (...) {
         try {
@@ -67,6 +69,10 @@ void replaceTarget(FileSystem& system, const std::string& target, const std::opt
 } // namespace
 
 void replaceFile(FileSystem& system, const std::string& path, std::string_view contents) {
+    replaceFile(system, path, [&](OpenFile& file) { file.write(std::as_bytes(std::span(contents))); });
+}
+
+void replaceFile(FileSystem& system, const std::string& path, const Contents& write) {
     try {
         std::string target = path;
         auto present = statusIfPresent(system, target);
@@ -79,7 +85,7 @@ void replaceFile(FileSystem& system, const std::string& path, std::string_view c
         if (present && present->kind == FileKind::directory) throw FileError("write", path, EISDIR);
         if (present && present->kind != FileKind::regular)
             throw FileError("write", path, "It is not a regular file");
-        replaceTarget(system, target, present, contents);
+        replaceTarget(system, target, present, write);
     } catch (const FileError& error) {
         if (error.path() == path || error.code() == 0) throw;
         // The temporary file's name would tell the user nothing.

@@ -2,6 +2,8 @@
 
 #include "platform/files/FileSystem.h"
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +16,10 @@ namespace lumisort::files {
 /// nothing that is taken for a document) is removed on failure. Throws FileError that names `path`; the old
 /// file is then still there, or, where only the last flush failed, the new one.
 void replaceFile(FileSystem& system, const std::string& path, std::string_view contents);
+
+/// The same for contents too large to be held at once: `write` writes them from the start to the end. What it
+/// throws leaves the old file in place and comes out.
+void replaceFile(FileSystem& system, const std::string& path, const std::function<void(OpenFile&)>& write);
 
 /// The whole file. Throws FileError; one larger than `limitBytes` fails with EFBIG before it is read.
 std::string readFile(FileSystem& system, const std::string& path, std::int64_t limitBytes);

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "library/FingerprintStamp.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace lumisort::library {
+
+/// What the user decided about a photo. No decision is no mark.
+enum class ReviewDecision { keep, cleanup };
+
+/// The decision's text in documents and to the user.
+constexpr std::string_view rawValue(ReviewDecision decision) {
+    return decision == ReviewDecision::keep ? "Keep" : "For Cleanup";
+}
+
+/// The decision with this text; none for any other.
+constexpr std::optional<ReviewDecision> reviewDecisionFromRawValue(std::string_view raw) {
+    for (const auto decision : {ReviewDecision::keep, ReviewDecision::cleanup}) {
+        if (rawValue(decision) == raw) return decision;
+    }
+    return std::nullopt;
+}
+
+/// A note about one photo, bound to the file's state when it was made: it stops applying while the file's
+/// stamp is another one, and is kept nevertheless.
+struct ReviewMark {
+    ReviewDecision decision = ReviewDecision::keep;
+    FingerprintStamp stamp;
+
+    friend bool operator==(const ReviewMark&, const ReviewMark&) = default;
+};
+
+/// Marks by the photo's plain path, so that a photo that leaves the library and comes back finds its mark.
+using ReviewMarks = std::unordered_map<std::string, ReviewMark>;
+
+} // namespace lumisort::library
