@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace lumisort::test {
 
@@ -13,7 +14,8 @@ using files::Links;
 
 MemoryPlace findInMemory(const MemoryNode::Pointer& root, std::string_view action, const std::string& path,
                          Links links) {
-    MemoryPlace place{.folder = root, .name = {}, .node = root};
+    const MemoryPlace top{.folder = root, .name = {}, .node = root};
+    auto place = top;
     std::string rest = path; // what is still to walk
     std::string walked;      // the folder reached so far
     for (int followed = 0;;) {
@@ -25,6 +27,13 @@ MemoryPlace findInMemory(const MemoryNode::Pointer& root, std::string_view actio
         place.folder = place.node;
         place.name = rest.substr(start, end - start);
         rest.erase(0, end);
+        if (place.name == ".") continue;
+        if (place.name == "..") {
+            walked.erase(std::min(walked.rfind('/'), walked.size()));
+            rest.insert(0, std::exchange(walked, {}));
+            place = top;
+            continue;
+        }
         if (place.name.size() > 255) throw FileError(action, path, ENAMETOOLONG);
         const auto entry = place.folder->entries.find(place.name);
         place.node = entry == place.folder->entries.end() ? nullptr : entry->second;
@@ -35,7 +44,7 @@ MemoryPlace findInMemory(const MemoryNode::Pointer& root, std::string_view actio
             const auto& target = place.node->contents;
             rest = (target.starts_with('/') ? target : walked + '/' + target) + rest;
             walked.clear();
-            place = {.folder = root, .name = {}, .node = root};
+            place = top;
         } else {
             walked += '/' + place.name;
         }
