@@ -1,0 +1,42 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace lumisort::film {
+
+/// How a group of numbers was obtained, the most trustworthy first.
+enum class MaterialEvidence { publishedValue, graphEstimate, modelAssumption };
+
+inline constexpr std::array allMaterialEvidence{
+    MaterialEvidence::publishedValue, MaterialEvidence::graphEstimate, MaterialEvidence::modelAssumption};
+
+constexpr std::string_view rawValue(MaterialEvidence evidence) {
+    constexpr std::array<std::string_view, 3> names{"publishedValue", "graphEstimate", "modelAssumption"};
+    return names[static_cast<std::size_t>(evidence)];
+}
+
+/// The evidence with this raw value; none for any other text.
+constexpr std::optional<MaterialEvidence> materialEvidenceFromRawValue(std::string_view raw) {
+    for (const MaterialEvidence evidence : allMaterialEvidence) {
+        if (rawValue(evidence) == raw) return evidence;
+    }
+    return std::nullopt;
+}
+
+/// Where one component of a profile comes from and how far it can be trusted.
+struct MaterialProvenance {
+    std::string component; ///< the group of numbers, "Grain parameters"
+    MaterialEvidence evidence = MaterialEvidence::modelAssumption;
+    std::optional<std::string> sourceURL; ///< the source document; none for a model's assumption
+    std::optional<int> sourcePage;        ///< a page of it, counted from 1; none without a document
+    std::string conditions;               ///< of the measurement or the model
+    std::string uncertainty;              ///< stated uncertainty and caveats
+
+    friend bool operator==(const MaterialProvenance&, const MaterialProvenance&) = default;
+};
+
+} // namespace lumisort::film
