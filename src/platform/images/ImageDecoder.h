@@ -25,8 +25,9 @@ struct ImageProperties {
     ImageType type = ImageType::jpeg;
     std::int64_t width = 0;
     std::int64_t height = 0;
-    int orientation = 1; ///< 1…8 as in EXIF; 1 when absent or out of range. HEIF: what has to be applied to the stored image (see ImageDecoder.cpp)
-    std::string dateTimeOriginal; ///< the EXIF text as it stands, "" when absent
+    int orientation = 1; ///< 1…8 as in EXIF; 1 when absent or out of range. HEIF: what has to be applied to
+                         ///< the stored image (see ImageDecoder.cpp)
+    std::string dateTimeOriginal{}; ///< the EXIF text as it stands, "" when absent
 };
 
 /// Most that a decode may produce before anything is allocated.
@@ -39,8 +40,9 @@ struct DecoderOptions {
 };
 void initialiseDecoder(const DecoderOptions& options = {});
 
-/// The three operations below are pure functions of the file, may be called from many threads at once, use one
-/// thread each, and throw ImageError on a file that is no readable photo. Content decides, never the name.
+/// The three operations below are pure functions of the file, may be called from many threads at once, use
+/// one thread each, and throw ImageError on a file that is no readable photo. Content decides, never the
+/// name.
 
 /// Reads the header only.
 ImageProperties readProperties(const files::FileUrl& url);

@@ -1,0 +1,79 @@
+#include "platform/images/ImageDecoder.h"
+
+#include "platform/images/Container.h"
+#include "platform/images/DecoderSetup.h"
+#include "platform/images/Heif.h"
+#include "platform/images/Raster.h"
+#include "platform/images/Raw.h"
+#include "platform/tasks/Cancellation.h"
+
+namespace lumisort::images {
+namespace {
+
+std::optional<ImageType> identify(const FileBytes& file) {
+    switch (identifyContainer(file)) {
+    case Container::jpeg:
+        return ImageType::jpeg;
+    case Container::png:
+        return ImageType::png;
+    case Container::tiff:
+        return ImageType::tiff;
+    case Container::heif:
+        return ImageType::heif;
+    case Container::raw:
+        return ImageType::raw;
+    case Container::unknown:
+        return isBareRaw(file) ? std::optional(ImageType::raw) : std::nullopt;
+    case Container::foreign:
+        break;
+    }
+    return std::nullopt;
+}
+
+ImageType require(const std::optional<ImageType>& type) {
+    if (!type) throw ImageError("The file is no photo of a kind that can be opened.");
+    return *type;
+}
+
+} // namespace
+
+ImageProperties readProperties(const files::FileUrl& url) {
+    ensureDecoder();
+    const FileBytes file(url);
+    switch (const ImageType type = require(identify(file))) {
+    case ImageType::heif:
+        return readHeifProperties(file);
+    case ImageType::raw:
+        return readRawProperties(file);
+    default:
+        return readRasterProperties(file, type);
+    }
+}
+
+Bitmap decodeThumbnail(const files::FileUrl& url, int maxSide, const std::stop_token& stop) {
+    ensureDecoder();
+    tasks::checkCancelled(stop);
+    const FileBytes file(url);
+    try {
+        switch (const ImageType type = require(identify(file))) {
+        case ImageType::heif:
+            return renderPicture(openHeif(file, stop), maxSide, stop);
+        case ImageType::raw:
+            return renderPicture(openRaw(file, maxSide, stop), maxSide, stop);
+        default:
+            return renderPicture(openRaster(file, type, maxSide, stop), maxSide, stop);
+        }
+    } catch (const ImageError&) {
+        tasks::checkCancelled(stop); // A stop looks like a read error to the libraries.
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw ImageError("There is not enough memory for the photo.");
+    }
+}
+
+std::optional<ImageType> sniffType(const files::FileUrl& url) {
+    ensureDecoder();
+    return identify(FileBytes(url));
+}
+
+} // namespace lumisort::images

@@ -1,0 +1,159 @@
+#include "platform/images/Orientation.h"
+#include "platform/images/Picture.h"
+#include "platform/tasks/Cancellation.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace lumisort::images {
+namespace {
+
+/// How many of the first bands are colour; what follows them, if anything, starts with the alpha.
+int colourBands(const VipsImage* image) {
+    switch (vips_image_guess_interpretation(image)) {
+    case VIPS_INTERPRETATION_B_W:
+    case VIPS_INTERPRETATION_GREY16:
+        return 1;
+    case VIPS_INTERPRETATION_CMYK:
+        return 4;
+    default:
+        return image->Bands >= 3 ? 3 : 1;
+    }
+}
+
+/// The alpha of an opaque pixel.
+double opaque(VipsBandFormat stored) {
+    switch (stored) {
+    case VIPS_FORMAT_USHORT:
+        return 65535;
+    case VIPS_FORMAT_FLOAT:
+    case VIPS_FORMAT_DOUBLE:
+        return 1;
+    default:
+        return 255;
+    }
+}
+
+ImageReference bands(VipsImage* image, int first, int count) {
+    return runVips(
+        [&](VipsImage** out) { return vips_extract_band(image, out, first, "n", count, nullptr); });
+}
+
+/// Shrinks in the picture's own space, weighting colours by their alpha.
+ImageReference resize(ImageReference image, int width, int height, bool premultiplied) {
+    if (image->Xsize == width && image->Ysize == height && !premultiplied) return image;
+    const bool alpha = image->Bands > colourBands(image.get());
+    const double most = opaque(image->BandFmt);
+    if (alpha && !premultiplied)
+        image = runVips(
+            [&](VipsImage** out) { return vips_premultiply(image.get(), out, "max_alpha", most, nullptr); });
+    image = runVips([&](VipsImage** out) {
+        return vips_resize(image.get(), out, static_cast<double>(width) / image->Xsize, "vscale",
+                           static_cast<double>(height) / image->Ysize, nullptr);
+    });
+    if (alpha)
+        image = runVips([&](VipsImage** out) {
+            return vips_unpremultiply(image.get(), out, "max_alpha", most, nullptr);
+        });
+    return image;
+}
+
+/// Colour without alpha to 8-bit sRGB, through the embedded profile where that one can be used.
+ImageReference toSRGB(const ImageReference& colour, VipsBandFormat stored) {
+    // Resampling with alpha leaves floats; profiles want the stored integers back.
+    auto image = runVips([&](VipsImage** out) { return vips_cast(colour.get(), out, stored, nullptr); });
+    if (vips_image_get_typeof(image.get(), VIPS_META_ICC_NAME) != 0 &&
+        (stored == VIPS_FORMAT_UCHAR || stored == VIPS_FORMAT_USHORT)) {
+        VipsImage* managed = nullptr;
+        if (vips_icc_transform(image.get(), &managed, "srgb", "embedded", TRUE, "intent",
+                               VIPS_INTENT_RELATIVE, "black_point_compensation", TRUE, nullptr) == 0)
+            return ImageReference(managed);
+        vips_error_clear(); // A damaged or foreign profile: the samples are taken for the usual ones.
+    }
+    if (image->Bands == 1 && (stored == VIPS_FORMAT_FLOAT || stored == VIPS_FORMAT_DOUBLE)) {
+        // Floats run from 0 to 1 and are linear, as with the colour pictures of the same programs.
+        VipsImage* same[] = {image.get(), image.get(), image.get()};
+        image = runVips([&](VipsImage** out) { return vips_bandjoin(same, out, 3, nullptr); });
+        image = runVips([&](VipsImage** out) {
+            return vips_copy(image.get(), out, "interpretation", VIPS_INTERPRETATION_scRGB, nullptr);
+        });
+    }
+    return runVips([&](VipsImage** out) {
+        return vips_colourspace(image.get(), out, VIPS_INTERPRETATION_sRGB, nullptr);
+    });
+}
+
+ImageReference toRGBA(const ImageReference& image, VipsBandFormat stored) {
+    const int colours = colourBands(image.get());
+    auto rgb = toSRGB(bands(image.get(), 0, colours), stored);
+    if (rgb->Bands < 3) {
+        VipsImage* same[] = {rgb.get(), rgb.get(), rgb.get()};
+        rgb = runVips([&](VipsImage** out) { return vips_bandjoin(same, out, 3, nullptr); });
+    }
+    ImageReference rgba;
+    if (image->Bands > colours) {
+        auto alpha = bands(image.get(), colours, 1);
+        // Half a step on top, because the cast below cuts off.
+        alpha = runVips([&](VipsImage** out) {
+            return vips_linear1(alpha.get(), out, 255 / opaque(stored), stored == VIPS_FORMAT_UCHAR ? 0 : 0.5,
+                                nullptr);
+        });
+        rgba = runVips([&](VipsImage** out) { return vips_bandjoin2(rgb.get(), alpha.get(), out, nullptr); });
+    } else {
+        rgba = runVips([&](VipsImage** out) { return vips_bandjoin_const1(rgb.get(), out, 255, nullptr); });
+    }
+    return runVips([&](VipsImage** out) { return vips_cast(rgba.get(), out, VIPS_FORMAT_UCHAR, nullptr); });
+}
+
+/// Evaluates the image on the calling thread, strip by strip from the top, as sequential sources need it.
+Bitmap evaluate(VipsImage* image, const std::stop_token& stop) {
+    constexpr int stripRows = 64;
+    Bitmap bitmap{.width = image->Xsize, .height = image->Ysize};
+    const std::size_t row = std::size_t{4} * static_cast<std::size_t>(bitmap.width);
+    bitmap.rgba.resize(row * static_cast<std::size_t>(bitmap.height));
+    const Reference<VipsRegion> region(vips_region_new(image));
+    for (int top = 0; top < bitmap.height; top += stripRows) {
+        tasks::checkCancelled(stop);
+        const VipsRect strip{0, top, bitmap.width, std::min(stripRows, bitmap.height - top)};
+        if (vips_region_prepare(region.get(), &strip) != 0) {
+            vips_error_clear();
+            tasks::checkCancelled(stop);
+            throw ImageError(damagedPicture);
+        }
+        for (int y = top; y < top + strip.height; ++y)
+            std::memcpy(&bitmap.rgba[row * static_cast<std::size_t>(y)], VIPS_REGION_ADDR(region.get(), 0, y),
+                        row);
+    }
+    return bitmap;
+}
+
+} // namespace
+
+void checkDecodable(std::int64_t width, std::int64_t height) {
+    if (width < 1 || height < 1) throw ImageError("The photo has no size.");
+    if (width > maxDecodedSide || height > maxDecodedSide || width * height > maxDecodedPixels)
+        throw ImageError("The photo is larger than 500 megapixels or 65,535 pixels on a side.");
+}
+
+double scaleToFit(std::int64_t width, std::int64_t height, int maxSide) {
+    return std::min(1.0, static_cast<double>(maxSide) / static_cast<double>(std::max(width, height)));
+}
+
+Bitmap renderPicture(Picture picture, int maxSide, const std::stop_token& stop) {
+    checkDecodable(picture.fullWidth, picture.fullHeight);
+    const double scale = scaleToFit(picture.fullWidth, picture.fullHeight, maxSide);
+    const auto target = [scale](std::int64_t side) {
+        return std::max(1, static_cast<int>(std::lround(static_cast<double>(side) * scale)));
+    };
+    VipsImage* source = picture.image.get();
+    const std::stop_callback kill(stop, [source] { vips_image_set_kill(source, TRUE); });
+    const VipsBandFormat stored = source->BandFmt;
+    auto image = runVips([&](VipsImage** out) { return vips_copy(source, out, nullptr); });
+    image = resize(std::move(image), target(picture.fullWidth), target(picture.fullHeight),
+                   picture.premultiplied);
+    image = toRGBA(image, stored);
+    return turnUpright(evaluate(image.get(), stop), picture.orientation);
+}
+
+} // namespace lumisort::images
