@@ -10,6 +10,8 @@
 
 namespace lumisort::similarity {
 
+class Network;
+
 enum class FeaturePrintFailure {
     unsupported, ///< the weights are missing or damaged: no photo can be analyzed, what() says what to do
     noPrint,     ///< this one picture has no print: it is empty, or its features are not finite or all zero
@@ -75,7 +77,6 @@ public:
     FeaturePrint print(const images::Bitmap& photo, Scratch& scratch) const;
 
 private:
-    struct Network;
     FeaturePrintIdentity identity_;
     std::unique_ptr<const Network> network_;
 };
