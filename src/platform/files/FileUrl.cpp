@@ -1,5 +1,6 @@
 #include "platform/files/FileUrl.h"
 
+#include <array>
 #include <filesystem>
 #include <stdexcept>
 
@@ -10,11 +11,14 @@ namespace {
 constexpr std::string_view scheme = "file://";
 constexpr std::string_view localHost = "localhost";
 
-bool staysPlain(unsigned char c) {
-    if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')) return true;
-    return c != 0 &&
-           std::string_view("/-._~!$&'()*+,=:@").find(static_cast<char>(c)) != std::string_view::npos;
-}
+/// Which bytes stand for themselves, by value.
+constexpr auto staysPlain = [] {
+    std::array<bool, 256> plain{};
+    for (const unsigned char c : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                                                  "0123456789/-._~!$&'()*+,=:@"))
+        plain[c] = true;
+    return plain;
+}();
 
 int hexValue(char c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -74,7 +78,7 @@ std::string FileUrl::string() const {
     url.reserve(scheme.size() + path_.size() + 8);
     for (const char character : path_) {
         const auto byte = static_cast<unsigned char>(character);
-        if (staysPlain(byte)) {
+        if (staysPlain[byte]) {
             url += character;
         } else {
             url += '%';
