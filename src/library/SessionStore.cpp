@@ -2,6 +2,7 @@
 
 #include "library/RecordForms.h"
 #include "platform/files/AtomicFile.h"
+#include "platform/files/DurableFolders.h"
 #include "platform/json/Document.h"
 #include "platform/text/Collation.h"
 #include "platform/time/LocalTime.h"
@@ -103,7 +104,7 @@ files::FileUrl SessionStore::location() {
 }
 
 void SessionStore::save(files::FileSystem& system, const LibrarySession& session, const files::FileUrl& url) {
-    system.createDirectories(url.parent().path());
+    files::createDurableFolders(system, url.parent().path());
     files::replaceFile(system, url.path(), [&](files::OpenFile& file) {
         json::Writer out([&](std::string_view piece) { file.write(std::as_bytes(std::span(piece))); });
         write(out, session);
