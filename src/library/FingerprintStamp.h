@@ -21,6 +21,9 @@ struct FingerprintStamp {
     /// item itself. Throws FileError. Any thread.
     static FingerprintStamp read(files::FileSystem& system, const files::FileUrl& url);
 
+    /// The stamp in a status that was already asked for.
+    static FingerprintStamp of(const files::FileStatus& status);
+
     friend bool operator==(const FingerprintStamp&, const FingerprintStamp&) = default;
 };
 

@@ -314,6 +314,15 @@ void MemoryFileSystem::flushDirectory(const std::string& path) {
     node->entriesOnMedium = node->entries;
 }
 
+bool MemoryFileSystem::isReadable(const std::string& path) {
+    try {
+        const auto lock = begin("isReadable", path);
+        return (existing("read", path, Links::follow)->status.permissions & 0444u) != 0;
+    } catch (const FileError&) {
+        return false;
+    }
+}
+
 std::int64_t MemoryFileSystem::availableBytes(const std::string& path) {
     const auto lock = begin("availableBytes", path);
     existing("read the free space at", path, Links::follow);

@@ -60,7 +60,7 @@ public:
     /// Called before every operation with its name ("open", "read", "write", "flush", "status",
     /// "setPermissions", "dropCache", "close", "readLink", "create", "copy", "replace",
     /// "moveWithoutOverwrite", "remove", "createDirectory", "createDirectories", "flushDirectory",
-    /// "availableBytes") and its path (the source of those that have two). It may use the set-up functions,
+    /// "isReadable", "availableBytes") and its path (the source of those that have two). It may use the set-up functions,
     /// to change a file in the middle of a run, or request a stop; it may also throw.
     std::function<void(std::string_view operation, const std::string& path)> before;
     /// The n-th operation from now (0 is the next one) fails with `code`, once.
@@ -94,6 +94,7 @@ public:
     void createDirectory(const std::string& path) override;
     void createDirectories(const std::string& path) override;
     void flushDirectory(const std::string& path) override;
+    bool isReadable(const std::string& path) override;
     std::int64_t availableBytes(const std::string& path) override;
 
 private:

@@ -68,6 +68,9 @@ public:
     virtual void createDirectories(const std::string& path) = 0;
     /// Returns when the folder's entries (creations, renames, removals) are on the medium.
     virtual void flushDirectory(const std::string& path) = 0;
+    /// Whether this user may read the file or list the folder at `path` (of a link, what it points at); false
+    /// where nothing is there. Never throws.
+    virtual bool isReadable(const std::string& path) = 0;
     /// Bytes that this user may still write on the file system that holds `path`.
     virtual std::int64_t availableBytes(const std::string& path) = 0;
 

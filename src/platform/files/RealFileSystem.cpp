@@ -114,6 +114,10 @@ public:
         flushToMedium(folder, path);
     }
 
+    bool isReadable(const std::string& path) override {
+        return ::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0;
+    }
+
     std::int64_t availableBytes(const std::string& path) override {
         struct statvfs record{};
         if (uninterrupted([&] { return ::statvfs(path.c_str(), &record); }) != 0)
