@@ -9,7 +9,9 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
+#include <array>
 #include <cerrno>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -27,32 +29,40 @@ bool meansUnsupported(int code) {
     return code == EXDEV || code == EINVAL || code == EOPNOTSUPP || code == ENOSYS || code == EPERM;
 }
 
-std::int64_t copyInsideKernel(const Descriptor& source, const Descriptor& target, const std::string& to,
-                              const std::stop_token& stop) {
+void checkUnchanged(const CopyJob& job) {
+    const auto now = statusOf(job.source, job.from);
+    if (now.size != job.before.size || now.modified != job.before.modified)
+        throw FileError("copy", job.from, "It changed while it was copied");
+}
+
+/// Returns the bytes copied, which are all or as many as the file systems were willing to.
+std::int64_t copyInsideKernel(const CopyJob& job, const std::stop_token& stop) {
+    const int source = job.source.number();
+    const int target = job.target.number();
     std::int64_t total = 0;
     while (true) {
         tasks::checkCancelled(stop);
-        const auto count = uninterrupted([&] {
-            return ::copy_file_range(source.number(), nullptr, target.number(), nullptr, kernelPieceBytes, 0);
-        });
-        // Zero may mean the end or, on generated files, that the size is not known beforehand. The caller's
-        // reads tell which.
+        const auto count = uninterrupted(
+            [&] { return ::copy_file_range(source, nullptr, target, nullptr, kernelPieceBytes, 0); });
+        // Zero may mean the end or, on generated files, that the size is not known beforehand. The reads that
+        // follow tell which.
         if (count == 0 || (count < 0 && meansUnsupported(errno))) return total;
-        if (count < 0) throw FileError("write", to, errno);
+        if (count < 0) throw FileError("write", job.to, errno);
         total += count;
+        checkUnchanged(job);
     }
 }
 
-std::int64_t copyThroughMemory(const Descriptor& source, const std::string& from, const Descriptor& target,
-                               const std::string& to, const std::stop_token& stop) {
+std::int64_t copyThroughMemory(const CopyJob& job, const std::stop_token& stop) {
     const auto buffer = std::make_unique_for_overwrite<char[]>(memoryPieceBytes);
     std::int64_t total = 0;
     while (true) {
         tasks::checkCancelled(stop);
-        const auto count = readSome(source, from, buffer.get(), memoryPieceBytes);
+        const auto count = readSome(job.source, job.from, buffer.get(), memoryPieceBytes);
         if (count == 0) return total;
-        writeAll(target, to, buffer.get(), count);
+        writeAll(job.target, job.to, buffer.get(), count);
         total += static_cast<std::int64_t>(count);
+        checkUnchanged(job);
     }
 }
 
@@ -90,42 +100,49 @@ void copyUserAttributes(const Descriptor& source, const Descriptor& target) {
     }
 }
 
-void copyTimes(const Descriptor& source, const std::string& from, const Descriptor& target,
-               const std::string& to) {
+/// Access, then modification.
+std::array<timespec, 2> timesOf(const Descriptor& file, const std::string& path) {
     struct stat record{};
-    if (::fstat(source.number(), &record) != 0) throw FileError("read the attributes of", from, errno);
-    const timespec times[2] = {record.st_atim, record.st_mtim};
-    if (::futimens(target.number(), times) != 0 && errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS)
-        throw FileError("set the times of", to, errno);
+    if (::fstat(file.number(), &record) != 0) throw FileError("read the attributes of", path, errno);
+    return {record.st_atim, record.st_mtim};
+}
+
+void setTimes(const Descriptor& file, const std::string& path, const std::array<timespec, 2>& times) {
+    if (::futimens(file.number(), times.data()) != 0 && errno != EPERM && errno != EOPNOTSUPP &&
+        errno != ENOSYS)
+        throw FileError("set the times of", path, errno);
 }
 
 } // namespace
 
-std::int64_t copyContents(const Descriptor& source, const std::string& from, const Descriptor& target,
-                          const std::string& to, CopyMethod first, const std::stop_token& stop) {
+void copyContents(const CopyJob& job, CopyMethod first, const std::stop_token& stop) {
     tasks::checkCancelled(stop);
-    if (first == CopyMethod::sharedBlocks && ::ioctl(target.number(), FICLONE, source.number()) == 0)
-        return statusOf(target, to).size;
-    std::int64_t total = 0;
-    if (first != CopyMethod::throughMemory) total = copyInsideKernel(source, target, to, stop);
-    // Both positions stand behind what is copied by now.
-    return total + copyThroughMemory(source, from, target, to, stop);
+    std::int64_t copied = 0;
+    if (first == CopyMethod::sharedBlocks &&
+        ::ioctl(job.target.number(), FICLONE, job.source.number()) == 0) {
+        copied = statusOf(job.target, job.to).size;
+    } else {
+        if (first != CopyMethod::throughMemory) copied = copyInsideKernel(job, stop);
+        // Both positions stand behind what is copied by now.
+        copied += copyThroughMemory(job, stop);
+    }
+    checkUnchanged(job);
+    // Generated files (/proc) have the size 0 and contents all the same.
+    if (copied != job.before.size && job.before.size != 0)
+        throw FileError("copy", job.from, "It ended before its size was reached");
 }
 
 void copyFile(const std::string& from, const std::string& to, const std::stop_token& stop) {
     const auto source = openForReading(from, 0);
     const auto before = statusOf(source, from);
+    const auto times = timesOf(source, from); // before reading moves the access time on
     auto target = createExclusively(to, S_IRUSR | S_IWUSR);
-    const auto copied = copyContents(source, from, target, to, CopyMethod::sharedBlocks, stop);
-    const auto after = statusOf(source, from);
-    // Generated files (/proc) have contents and the size 0.
-    const bool allThere = copied == before.size || before.size == 0;
-    if (!allThere || after.size != before.size || after.modified != before.modified)
-        throw FileError("copy", from, "It changed while it was copied");
+    copyContents({.source = source, .target = target, .from = from, .to = to, .before = before},
+                 CopyMethod::sharedBlocks, stop);
     // Attributes first: a file without write permission takes none.
     copyUserAttributes(source, target);
     setPermissionBits(target, to, before.permissions & 0777U);
-    copyTimes(source, from, target, to);
+    setTimes(target, to, times);
     closeReporting(target, to);
 }
 

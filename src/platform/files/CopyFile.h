@@ -2,7 +2,6 @@
 
 #include "platform/files/Descriptor.h"
 
-#include <cstdint>
 #include <stop_token>
 #include <string>
 
@@ -14,9 +13,17 @@ void copyFile(const std::string& from, const std::string& to, const std::stop_to
 /// The ways in which contents travel from one open file to another, the fastest first.
 enum class CopyMethod { sharedBlocks, insideKernel, throughMemory };
 
-/// Copies all contents, beginning with `first` and going on with the methods behind it where the file systems
-/// refuse; returns the bytes copied. The paths are for messages.
-std::int64_t copyContents(const Descriptor& source, const std::string& from, const Descriptor& target,
-                          const std::string& to, CopyMethod first, const std::stop_token& stop);
+struct CopyJob {
+    const Descriptor& source;
+    const Descriptor& target;
+    const std::string& from; ///< for messages, as is `to`
+    const std::string& to;
+    FileStatus before; ///< the source's, when the copy began
+};
+
+/// Copies all contents from the files' positions on, beginning with `first` and going on with the methods
+/// behind it where the file systems refuse. Throws FileError, also when the source changes meanwhile (one
+/// that grows faster than it is copied would never end), or tasks::Cancelled.
+void copyContents(const CopyJob& job, CopyMethod first, const std::stop_token& stop);
 
 } // namespace lumisort::files
