@@ -1,5 +1,7 @@
 #include "platform/text/Collation.h"
 
+#include "platform/text/KeySort.h"
+
 #include <unicode/bytestream.h>
 #include <unicode/coll.h>
 #include <unicode/normalizer2.h>
@@ -12,7 +14,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <numeric>
 #include <stdexcept>
 #include <utility>
 
@@ -83,15 +84,18 @@ NaturalOrder& NaturalOrder::operator=(NaturalOrder&& other) noexcept {
 
 std::string NaturalOrder::sortKey(std::string_view utf8) const {
     const auto text = icu::UnicodeString::fromUTF8(piece(utf8));
-    std::string key(utf8.size() * 2 + 32, '\0');
-    const auto bytes = [&] { return reinterpret_cast<std::uint8_t*>(key.data()); };
-    auto length = impl_->collator->getSortKey(text, bytes(), static_cast<std::int32_t>(key.size()));
-    if (static_cast<std::size_t>(length) > key.size()) {
-        key.resize(static_cast<std::size_t>(length));
-        length = impl_->collator->getSortKey(text, bytes(), length);
+    std::array<std::uint8_t, 1024> room;
+    const auto length = impl_->collator->getSortKey(text, room.data(), room.size());
+    const auto keyBytes = static_cast<std::size_t>(length);
+    std::string key;
+    key.reserve(keyBytes + utf8.size());
+    if (keyBytes <= room.size()) {
+        key.append(reinterpret_cast<const char*>(room.data()), keyBytes);
+    } else {
+        key.resize(keyBytes);
+        impl_->collator->getSortKey(text, reinterpret_cast<std::uint8_t*>(key.data()), length);
     }
     // The key ends in the only zero byte it has, so that what follows decides between equal keys alone.
-    key.resize(static_cast<std::size_t>(length));
     key += utf8;
     return key;
 }
@@ -108,10 +112,7 @@ std::vector<std::size_t> naturalPermutation(const std::vector<std::string_view>&
     std::vector<std::string> keys;
     keys.reserve(names.size());
     for (const auto name : names) keys.push_back(order.sortKey(name));
-    std::vector<std::size_t> permutation(names.size());
-    std::iota(permutation.begin(), permutation.end(), std::size_t{0});
-    std::ranges::stable_sort(permutation, {}, [&](std::size_t i) { return std::string_view(keys[i]); });
-    return permutation;
+    return sortedPermutation(keys);
 }
 
 std::string canonicalForm(std::string_view path) {
@@ -126,8 +127,21 @@ std::string canonicalForm(std::string_view path) {
 
 bool canonicalLess(std::string_view a, std::string_view b) {
     // UTF-8 orders bytes as it orders code points.
+    if (isAscii(a) && isAscii(b)) return a < b;
+    // Composition begins at a character and takes in what follows, so that an ASCII character before another
+    // one never changes. Paths in a folder of a plain name mostly differ at such a place.
+    const auto same = static_cast<std::size_t>(std::ranges::mismatch(a, b).in1 - a.begin());
+    const auto isPlain = [same](std::string_view text) { return isAscii(text.substr(same, 2)); };
+    if (isPlain(a) && isPlain(b) && isAscii(a.substr(0, same))) return a < b;
     if (isCanonical(a) && isCanonical(b)) return a < b;
     return canonicalForm(a) < canonicalForm(b);
+}
+
+std::vector<std::size_t> canonicalPermutation(const std::vector<std::string_view>& paths) {
+    std::vector<std::string> keys;
+    keys.reserve(paths.size());
+    for (const auto path : paths) keys.push_back(canonicalForm(path));
+    return sortedPermutation(keys);
 }
 
 bool isUtf8(std::string_view bytes) {

@@ -8,8 +8,8 @@
 namespace lumisort::text {
 
 /// The order in which a file browser lists names: case-insensitive, digit runs compared as numbers
-/// (img_1, IMG_2, IMG_10), through ICU's root collation. Bytes that are no UTF-8 compare as U+FFFD. Names that
-/// differ in nothing else are told apart by letter case (lower first) and then by their bytes, so that a
+/// (img_1, IMG_2, IMG_10), through ICU's root collation. Bytes that are no UTF-8 compare as U+FFFD. Names
+/// that differ in nothing else are told apart by letter case (lower first) and then by their bytes, so that a
 /// listing does not depend on the order in which the file system hands out its entries.
 /// One object serves one thread; making one costs milliseconds, comparing costs microseconds.
 class NaturalOrder {
@@ -36,8 +36,12 @@ std::vector<std::size_t> naturalPermutation(const std::vector<std::string_view>&
 std::string canonicalForm(std::string_view path);
 
 /// Whether `a` comes before `b` when both are compared by code points after NFC normalization; texts that
-/// are no UTF-8 compare by bytes. A strict weak order, thread-safe.
+/// are no UTF-8 compare by bytes. A strict weak order, thread-safe. To sort many, take the permutation.
 bool canonicalLess(std::string_view a, std::string_view b);
+
+/// The permutation that puts `paths` into the order of canonicalLess; equal ones keep their order.
+/// Thread-safe.
+std::vector<std::size_t> canonicalPermutation(const std::vector<std::string_view>& paths);
 
 /// Whether `bytes` is well-formed UTF-8.
 bool isUtf8(std::string_view bytes);
