@@ -31,7 +31,13 @@ public:
     void write(std::span<const std::byte> bytes) override {
         const auto lock = begin("write");
         if (!writable_) throw FileError("write", path_, EBADF);
-        system_.append(*node_, path_, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        system_.writeAt(*node_, position_, path_,
+                        {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        position_ += bytes.size();
+    }
+    void seek(std::int64_t position) override {
+        const auto lock = begin("seek");
+        position_ = static_cast<std::size_t>(position);
     }
     files::FileStatus status() override {
         const auto lock = begin("status");
@@ -108,12 +114,15 @@ void MemoryFileSystem::touch(MemoryNode& node) {
     node.status.modified = node.status.changed = {.seconds = 1'700'000'000 + ticks_, .nanoseconds = ticks_};
 }
 
-void MemoryFileSystem::append(MemoryNode& node, const std::string& path, std::string_view bytes) {
-    const auto fits = std::min<std::int64_t>(freeBytes_, static_cast<std::int64_t>(bytes.size()));
-    node.contents += bytes.substr(0, static_cast<std::size_t>(fits));
-    freeBytes_ -= fits;
+void MemoryFileSystem::writeAt(MemoryNode& node, std::size_t position, const std::string& path,
+                               std::string_view bytes) {
+    const auto present = std::min(node.contents.size() - position, bytes.size());
+    const auto grown = std::min<std::int64_t>(freeBytes_, static_cast<std::int64_t>(bytes.size() - present));
+    const auto fits = present + static_cast<std::size_t>(grown);
+    node.contents.replace(position, present, bytes.substr(0, fits));
+    freeBytes_ -= grown;
     touch(node);
-    if (std::cmp_less(fits, bytes.size())) throw FileError("write", path, ENOSPC);
+    if (fits < bytes.size()) throw FileError("write", path, ENOSPC);
 }
 
 void MemoryFileSystem::failIfUnreadable(const std::string& path) const {
@@ -250,13 +259,15 @@ void MemoryFileSystem::copy(const std::string& from, const std::string& to, cons
     if (source->isFolder()) throw FileError("open", from, EISDIR);
     const auto status = source->status;
     const auto target = addFile(to);
-    append(*target, to, std::string_view(source->contents).substr(0, source->contents.size() / 2));
+    writeAt(*target, target->contents.size(), to,
+            std::string_view(source->contents).substr(0, source->contents.size() / 2));
     lock.unlock();
     lock = begin("copy", from);
     tasks::checkCancelled(stop);
     failIfUnreadable(from);
     if (source->status != status) throw FileError("copy", from, "It changed while it was copied");
-    append(*target, to, std::string_view(source->contents).substr(target->contents.size()));
+    writeAt(*target, target->contents.size(), to,
+            std::string_view(source->contents).substr(target->contents.size()));
     target->status.permissions = status.permissions & 0777U;
     target->status.modified = status.modified;
 }
@@ -275,6 +286,15 @@ void MemoryFileSystem::move(std::string_view action, const std::string& from, co
 void MemoryFileSystem::replace(const std::string& from, const std::string& to) {
     const auto lock = begin("replace", from);
     move("replace", from, to, true);
+}
+
+bool MemoryFileSystem::exchange(const std::string& a, const std::string& b) {
+    const auto lock = begin("exchange", a);
+    const auto first = find("exchange", a, Links::doNotFollow);
+    const auto second = find("exchange", b, Links::doNotFollow);
+    if (!first.node || !second.node) throw FileError("exchange", first.node ? b : a, ENOENT);
+    if (canExchange_) std::swap(first.folder->entries[first.name], second.folder->entries[second.name]);
+    return canExchange_;
 }
 
 void MemoryFileSystem::moveWithoutOverwrite(const std::string& from, const std::string& to) {

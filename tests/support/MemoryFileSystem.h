@@ -59,9 +59,10 @@ public:
 
     /// Called before every operation with its name ("open", "read", "write", "flush", "status",
     /// "setPermissions", "dropCache", "close", "readLink", "create", "copy", "replace",
-    /// "moveWithoutOverwrite", "remove", "createDirectory", "createDirectories", "flushDirectory",
-    /// "isReadable", "availableBytes") and its path (the source of those that have two). It may use the set-up functions,
-    /// to change a file in the middle of a run, or request a stop; it may also throw.
+    /// "exchange", "seek", "moveWithoutOverwrite", "remove", "createDirectory", "createDirectories",
+    /// "flushDirectory", "isReadable", "availableBytes") and its path (the source of those that have two). It
+    /// may use the set-up functions, to change a file in the middle of a run, or request a stop; it may also
+    /// throw.
     std::function<void(std::string_view operation, const std::string& path)> before;
     /// The n-th operation from now (0 is the next one) fails with `code`, once.
     void failAt(std::size_t n, int code);
@@ -73,6 +74,8 @@ public:
     void failReads(const std::string& path, int code);
     /// Bytes that may still be written; the write that exceeds them writes what fits and fails with ENOSPC.
     void setFreeBytes(std::int64_t bytes);
+    /// Whether `exchange` works, as on ext4, or does not, as on exFAT.
+    void setCanExchange(bool can) { canExchange_ = can; }
 
     /// What a crash makes of folder entries that were not flushed: the system may have lost them, or have
     /// written them on its own in the meantime. Both are possible after every crash.
@@ -89,6 +92,7 @@ public:
     std::unique_ptr<files::OpenFile> create(const std::string& path) override;
     void copy(const std::string& from, const std::string& to, const std::stop_token& stop) override;
     void replace(const std::string& from, const std::string& to) override;
+    bool exchange(const std::string& a, const std::string& b) override;
     void moveWithoutOverwrite(const std::string& from, const std::string& to) override;
     void remove(const std::string& path) override;
     void createDirectory(const std::string& path) override;
@@ -108,7 +112,7 @@ private:
     MemoryNode::Pointer addFile(const std::string& path);
     MemoryNode::Pointer put(const std::string& path, files::FileKind kind);
     void move(std::string_view action, const std::string& from, const std::string& to, bool overwrite);
-    void append(MemoryNode& node, const std::string& path, std::string_view bytes);
+    void writeAt(MemoryNode& node, std::size_t position, const std::string& path, std::string_view bytes);
     void touch(MemoryNode& node);
     void failIfUnreadable(const std::string& path) const;
 
@@ -123,6 +127,7 @@ private:
     int faultCode_ = 0; // 0: a crash
     bool faultMet_ = false;
     bool down_ = false;
+    bool canExchange_ = true;
 };
 
 } // namespace lumisort::test

@@ -22,6 +22,8 @@ public:
     virtual std::size_t read(std::span<std::byte> buffer) = 0;
     /// Writes all bytes at the current position.
     virtual void write(std::span<const std::byte> bytes) = 0;
+    /// Moves the current position, in bytes from the start; at most the file's size.
+    virtual void seek(std::int64_t position) = 0;
     virtual FileStatus status() = 0;
     /// Sets the permission bits of a file opened for writing, as far as the file system can hold them.
     virtual void setPermissions(std::uint32_t permissions) = 0;
@@ -57,6 +59,9 @@ public:
     virtual void copy(const std::string& from, const std::string& to, const std::stop_token& stop) = 0;
     /// Renames, replacing a file at `to` in one step.
     virtual void replace(const std::string& from, const std::string& to) = 0;
+    /// Lets two files of one folder swap their names, in one step. False where the file system cannot (exFAT,
+    /// most network ones); nothing has happened then.
+    virtual bool exchange(const std::string& a, const std::string& b) = 0;
     /// Renames a file; fails with EEXIST when anything is at `to`, also on file systems whose rename cannot
     /// promise that. Cut short there, it leaves `from` whole, and at `to` the file itself or an empty one.
     virtual void moveWithoutOverwrite(const std::string& from, const std::string& to) = 0;

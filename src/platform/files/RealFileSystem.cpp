@@ -28,6 +28,9 @@ public:
     void write(std::span<const std::byte> bytes) override {
         writeAll(descriptor_, path_, bytes.data(), bytes.size());
     }
+    void seek(std::int64_t position) override {
+        if (::lseek(descriptor_.number(), position, SEEK_SET) < 0) throw FileError("read", path_, errno);
+    }
     FileStatus status() override { return statusOf(descriptor_, path_); }
     void setPermissions(std::uint32_t permissions) override {
         setPermissionBits(descriptor_, path_, permissions);
@@ -73,6 +76,12 @@ public:
 
     void replace(const std::string& from, const std::string& to) override {
         if (::rename(from.c_str(), to.c_str()) != 0) throw FileError("replace", to, errno);
+    }
+
+    bool exchange(const std::string& a, const std::string& b) override {
+        if (::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0) return true;
+        if (errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP) return false;
+        throw FileError("exchange", a, errno);
     }
 
     void moveWithoutOverwrite(const std::string& from, const std::string& to) override {
