@@ -1,0 +1,92 @@
+#include "organize/ArchiveEngine.h"
+
+#include "organize/ArchiveRun.h"
+#include "organize/DestinationNames.h"
+#include "organize/FailureLine.h"
+#include "platform/files/Digest.h"
+#include "platform/tasks/Cancellation.h"
+#include "platform/time/LocalTime.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace lumisort::organize {
+
+namespace {
+
+/// The share of the progress that planning takes.
+constexpr double planningShare = 0.4;
+
+std::string step(const char* verb, std::int64_t index, std::int64_t total) {
+    return verb + (" " + std::to_string(index)) + " of " + std::to_string(total) + "…";
+}
+
+} // namespace
+
+std::string ArchiveEngine::hash(const files::FileUrl& url, const std::stop_token& stop) const {
+    tasks::checkCancelled(stop);
+    return files::sha256(system_, url.path(), stop);
+}
+
+ArchivePlan ArchiveEngine::plan(std::span<const library::Photo> photos, const files::FileUrl& destination,
+                                bool skipDuplicates, const Progress& progress,
+                                const std::stop_token& stop) const {
+    ArchivePlan plan;
+    plan.root =
+        destination.child("Lumisort-" + time::folderStamp(clock_.now()) + "-" + newUuid_().substr(0, 8));
+    DestinationNames names(plan.root);
+    std::unordered_set<std::string> seen;
+    const auto total = static_cast<std::int64_t>(photos.size());
+    std::int64_t index = 0;
+    for (const auto& photo : photos) {
+        ++index;
+        progress(planningShare * static_cast<double>(index) / static_cast<double>(total),
+                 step("Checking", index, total));
+        try {
+            std::string digest = hash(photo.url, stop);
+            if (skipDuplicates && seen.contains(digest)) {
+                ++plan.duplicates;
+                continue;
+            }
+            const std::int64_t bytes = system_.status(photo.url.path(), files::Links::follow).size;
+            seen.insert(digest);
+            plan.items.push_back({photo.url, names.place(photo.url, photo.date), std::move(digest), bytes});
+        } catch (const files::FileError& error) {
+            plan.failures.push_back(failureLine(photo.url, error));
+        } catch (const tasks::Cancelled&) {
+            plan.failures.push_back(cancelledLine(photo.url));
+        }
+    }
+    return plan;
+}
+
+ArchiveReport ArchiveEngine::execute(const ArchivePlan& plan, const CopyProgress& progress,
+                                     const std::stop_token& stop) const {
+    ArchiveRun run(system_, newUuid_, plan, stop);
+    const auto total = static_cast<std::int64_t>(plan.items.size());
+    std::int64_t index = 0;
+    for (const auto& item : plan.items) {
+        progress(++index, total);
+        run.process(item);
+    }
+    return run.finish();
+}
+
+ArchiveReport ArchiveEngine::copy(std::span<const library::Photo> photos, const files::FileUrl& destination,
+                                  bool skipDuplicates, const Progress& progress,
+                                  const std::stop_token& stop) const {
+    ArchivePlan plan = this->plan(photos, destination, skipDuplicates, progress, stop);
+    if (plan.items.empty())
+        return {
+            .copied = {}, .duplicates = plan.duplicates, .failures = std::move(plan.failures), .logURL = {}};
+    return execute(
+        plan,
+        [&progress](std::int64_t done, std::int64_t total) {
+            const double share =
+                static_cast<double>(done) / static_cast<double>(std::max<std::int64_t>(total, 1));
+            progress(planningShare + (1 - planningShare) * share, step("Copying", done, total));
+        },
+        stop);
+}
+
+} // namespace lumisort::organize

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "library/Photo.h"
+#include "organize/ArchivePlan.h"
+#include "organize/ArchiveReport.h"
+#include "platform/files/FileSystem.h"
+#include "platform/files/Uuid.h"
+#include "platform/time/Clock.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <stop_token>
+#include <string>
+
+namespace lumisort::organize {
+
+/// Copies photos into a new dated folder tree, each copy verified, the originals only read.
+///
+/// Problems with single photos become failure lines: the source's path, ": ", and what went wrong. Cancelling
+/// is such a problem too, not an outcome of its own: the photo at hand and all that are left get the line
+/// "… The operation was cancelled.", which takes no time, and no partial file stays.
+///
+/// Stateless beside what it was made with; one run at a time works on the calling thread, and calls
+/// `progress` there.
+class ArchiveEngine {
+public:
+    /// `fraction` 0…1 of the whole, and what is being done.
+    using Progress = std::function<void(double fraction, const std::string& text)>;
+    /// The item being worked on, counted from 1, and the number of items.
+    using CopyProgress = std::function<void(std::int64_t done, std::int64_t total)>;
+
+    explicit ArchiveEngine(files::FileSystem& system = files::FileSystem::real(),
+                           time::Clock clock = time::Clock::system(),
+                           std::function<std::string()> newUuid = files::randomUuid)
+        : system_(system), clock_(std::move(clock)), newUuid_(std::move(newUuid)) {}
+
+    /// Decides what is copied and where to. Writes nothing; reads every photo in full, 1 MiB at a time. The
+    /// root is "Lumisort-" + local time + "-" + eight digits of a random UUID inside `destination`. With
+    /// `skipDuplicates`, a photo whose contents an earlier one had is counted and left out.
+    /// Progress runs from 0 to 0.4: "Checking i of n…".
+    ArchivePlan plan(std::span<const library::Photo> photos, const files::FileUrl& destination,
+                     bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
+
+    /// Carries a plan out. The destination must exist and hold as many free bytes as the items have, the root
+    /// must not exist yet.
+    ///
+    /// Per item: the source is digested again, copied to a hidden ".<UUID>.partial" file in the root, the
+    /// copy flushed, read back from the medium (not from memory) and digested, and moved to its destination,
+    /// where nothing is overwritten; then the folders are flushed, and the item is entered into SHA256SUMS
+    /// and the report, both flushed before the next item begins. So after a crash at any instant every file
+    /// under its final name is whole, and the report is whole JSON that names only such files.
+    ///
+    /// An item costs three reads (two of the source, one of the copy), one write and five flushes: copy,
+    /// folder, SHA256SUMS, report, root. Report and list are kept as text in memory, about 400 bytes per
+    /// photo, and only what an item adds is written: see TwinFile, also for the file systems where the report
+    /// is written in full each time. Failure lines stand behind the copies in the report, so each copy
+    /// also rewrites the lines that there are. After a cancellation the report is saved once, at the end.
+    ///
+    /// Throws files::FileError when the run as a whole fails: too little space (the message names both
+    /// figures) or no root, and nothing was created; report or SHA256SUMS not writable, and the copies made
+    /// so far stay. Throws std::invalid_argument when a destination lies outside the root.
+    ArchiveReport execute(const ArchivePlan& plan, const CopyProgress& progress,
+                          const std::stop_token& stop) const;
+
+    /// Plans and executes. With nothing to copy the report has no log and nothing is created. Throws what
+    /// `execute` throws. Progress of the copying runs from 0.4 to 1: "Copying i of n…".
+    ArchiveReport copy(std::span<const library::Photo> photos, const files::FileUrl& destination,
+                       bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
+
+    /// SHA-256 of a whole file, as 64 lower-case hexadecimal digits; a symbolic link is followed. Throws
+    /// files::FileError or tasks::Cancelled.
+    std::string hash(const files::FileUrl& url, const std::stop_token& stop) const;
+
+private:
+    files::FileSystem& system_;
+    time::Clock clock_;
+    std::function<std::string()> newUuid_;
+};
+
+} // namespace lumisort::organize

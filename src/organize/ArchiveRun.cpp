@@ -1,0 +1,133 @@
+#include "organize/ArchiveRun.h"
+
+#include "organize/FailureLine.h"
+#include "platform/files/Digest.h"
+#include "platform/tasks/Cancellation.h"
+#include "platform/text/ByteCount.h"
+
+#include <cerrno>
+#include <stdexcept>
+#include <string_view>
+
+namespace lumisort::organize {
+
+namespace {
+
+void requireInside(const std::string& root, const ArchivePlan& plan) {
+    for (const auto& item : plan.items)
+        if (!item.destination.path().starts_with(root + "/"))
+            throw std::invalid_argument("organize: a destination lies outside the root");
+}
+
+void requireFreeSpace(files::FileSystem& system, const std::string& destination, const ArchivePlan& plan) {
+    std::int64_t needed = 0;
+    for (const auto& item : plan.items) needed += item.bytes;
+    const std::int64_t available = system.availableBytes(destination);
+    if (needed <= available) return;
+    std::string neededText = text::byteCount(needed), availableText = text::byteCount(available);
+    if (neededText == availableText) {
+        neededText = std::to_string(needed) + " bytes";
+        availableText = std::to_string(available) + " bytes";
+    }
+    throw files::FileError("copy the photos to", destination,
+                           neededText + " are needed, " + availableText + " are free");
+}
+
+void removeIfThere(files::FileSystem& system, const std::string& path) {
+    try {
+        system.remove(path);
+    } catch (const files::FileError&) { // NOLINT(bugprone-empty-catch): the failure before it counts
+    }
+}
+
+/// So that the digest that follows is of what the medium holds, not of what is still in memory.
+void settleOnMedium(files::FileSystem& system, const std::string& path) {
+    const auto file = system.open(path, files::Links::doNotFollow);
+    file->flush();
+    file->dropCache();
+    file->close();
+}
+
+} // namespace
+
+ArchiveRun::ArchiveRun(files::FileSystem& system, std::function<std::string()> newUuid,
+                       const ArchivePlan& plan, std::stop_token stop)
+    : system_(system), newUuid_(std::move(newUuid)), stop_(std::move(stop)), root_(plan.root.path()),
+      report_(system, {.copied = {},
+                       .duplicates = plan.duplicates,
+                       .failures = plan.failures,
+                       .logURL = plan.root.child(reportFileName)}),
+      checksums_(system, root_) {
+    const std::string destination = plan.root.parent().path();
+    requireInside(root_, plan);
+    requireFreeSpace(system_, destination, plan);
+    system_.createDirectory(root_);
+    system_.flushDirectory(destination);
+    report_.save();
+}
+
+void ArchiveRun::process(const ArchiveItem& item) {
+    try {
+        tasks::checkCancelled(stop_);
+        transfer(item);
+    } catch (const files::FileError& error) {
+        report_.addFailure(failureLine(item.source, error));
+        return report_.save();
+    } catch (const tasks::Cancelled&) {
+        return report_.addFailure(cancelledLine(item.source));
+    }
+    checksums_.add(item.digest, std::string_view(item.destination.path()).substr(root_.size() + 1));
+    report_.addCopied(item);
+    report_.save();
+}
+
+void ArchiveRun::transfer(const ArchiveItem& item) {
+    const std::string partial = root_ + "/." + newUuid_() + ".partial";
+    try {
+        makeVerifiedCopy(item, partial);
+        moveIntoPlace(item, partial);
+    } catch (...) {
+        removeIfThere(system_, partial);
+        throw;
+    }
+    flushFolders(item.destination.parent().path());
+}
+
+void ArchiveRun::makeVerifiedCopy(const ArchiveItem& item, const std::string& partial) {
+    const std::string& source = item.source.path();
+    if (files::sha256(system_, source, stop_) != item.digest)
+        throw files::FileError("copy", source, "It has changed since it was checked");
+    system_.createDirectories(item.destination.parent().path());
+    system_.copy(source, partial, stop_);
+    settleOnMedium(system_, partial);
+    if (files::sha256(system_, partial, stop_) != item.digest)
+        throw files::FileError("verify the copy", item.destination.path(), "It differs from the original");
+}
+
+void ArchiveRun::moveIntoPlace(const ArchiveItem& item, const std::string& partial) {
+    const std::string& destination = item.destination.path();
+    try {
+        system_.moveWithoutOverwrite(partial, destination);
+    } catch (const files::FileError& error) {
+        // The partial file's name means nothing to anyone.
+        if (error.code() == EINVAL)
+            throw files::FileError("create", destination, "The file system there does not allow this name");
+        if (error.code() != 0) throw files::FileError("create", destination, error.code());
+        throw;
+    }
+}
+
+/// Flushes the folder and those above it whose entries were not flushed yet, up to the root.
+void ArchiveRun::flushFolders(const std::string& folder) {
+    system_.flushDirectory(folder);
+    if (folder == root_ || settled_.contains(folder)) return;
+    flushFolders(folder.substr(0, folder.rfind('/')));
+    settled_.insert(folder);
+}
+
+ArchiveReport ArchiveRun::finish() {
+    report_.save();
+    return report_.report();
+}
+
+} // namespace lumisort::organize

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "organize/ReportText.h"
+#include "platform/files/TwinFile.h"
+
+namespace lumisort::organize {
+
+/// A run's report and its file, which is brought up to date by `save` alone. Used by one thread.
+class ReportFile {
+public:
+    /// The report of a run in which nothing has been copied yet; touches nothing on disk.
+    ReportFile(files::FileSystem& system, ArchiveReport start);
+
+    void addCopied(const ArchiveItem& item);
+    void addFailure(std::string line);
+
+    /// The report is on the medium when this returns; where nothing was added, it was so before. Throws
+    /// FileError; the file then holds what the last save wrote.
+    void save();
+
+    const ArchiveReport& report() const { return report_; }
+
+private:
+    ArchiveReport report_;
+    ReportText text_;
+    files::TwinFile file_;
+    std::size_t unchanged_ = 0; ///< bytes at the start of the text that the last save wrote too
+};
+
+} // namespace lumisort::organize

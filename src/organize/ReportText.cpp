@@ -1,0 +1,40 @@
+#include "organize/ReportText.h"
+
+#include "organize/ItemJson.h"
+
+namespace lumisort::organize {
+
+namespace {
+
+constexpr std::string_view end = "]}";
+
+} // namespace
+
+ReportText::ReportText(std::int64_t duplicates, const std::optional<files::FileUrl>& logURL) : text_("{") {
+    if (logURL) text_ += "\"logURL\":" + json::toText([&](json::Writer& out) { out.url(*logURL); }) + ',';
+    text_ += "\"duplicates\":" + std::to_string(duplicates) + ",\"copied\":[";
+    copiedStart_ = copiedEnd_ = text_.size();
+    text_ += "],\"failures\":[";
+    text_ += end;
+}
+
+std::size_t ReportText::addCopied(const ArchiveItem& item) {
+    const std::size_t unchanged = copiedEnd_;
+    std::string entry = copiedEnd_ == copiedStart_ ? "" : ",";
+    entry += json::toText([&](json::Writer& out) { writeItem(out, item); });
+    text_.insert(copiedEnd_, entry);
+    copiedEnd_ += entry.size();
+    return unchanged;
+}
+
+std::size_t ReportText::addFailure(std::string_view line) {
+    text_.resize(text_.size() - end.size());
+    const std::size_t unchanged = text_.size();
+    if (hasFailures_) text_ += ',';
+    hasFailures_ = true;
+    text_ += json::toText([&](json::Writer& out) { out.text(line); });
+    text_ += end;
+    return unchanged;
+}
+
+} // namespace lumisort::organize
