@@ -1,0 +1,141 @@
+#include "similarity/visual/VisionSimilarityEngine.h"
+
+#include "platform/images/ImageDecoder.h"
+#include "platform/tasks/Cancellation.h"
+#include "platform/tasks/ProgressThrottle.h"
+#include "platform/tasks/WorkerPool.h"
+#include "similarity/visual/MatchedGroups.h"
+#include "similarity/visual/PhotoDetail.h"
+#include "similarity/visual/PrintMatching.h"
+#include "similarity/visual/VisionError.h"
+
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace lumisort::similarity {
+namespace {
+
+std::string counted(std::string_view verb, std::size_t done, std::size_t total) {
+    return std::string(verb) + " " + std::to_string(done) + " of " + std::to_string(total) + "…";
+}
+
+} // namespace
+
+float featureRadius(SimilarityLevel level) {
+    constexpr std::array radii{0.64F, 0.75F, 0.855F};
+    return radii[static_cast<std::size_t>(level)];
+}
+
+/// What became of one photo: a print, or the line that says why not.
+struct VisionSimilarityEngine::ExtractedFeature {
+    std::optional<CachedFeaturePrint> cached;
+    std::string failure;
+};
+
+VisionScanResult VisionSimilarityEngine::scan(const std::vector<library::Photo>& photos,
+                                              SimilarityLevel level, const FeaturePrintCache& cache,
+                                              int concurrency, const Progress& progress,
+                                              const std::stop_token& stop) const {
+    tasks::checkCancelled(stop);
+    if (service_.identity->revision != FeaturePrintModel::revision)
+        throw FeaturePrintError(FeaturePrintFailure::unsupported,
+                                "This version of the image features is not supported.");
+
+    const std::vector<library::Photo> sorted = inPathOrder(photos);
+    tasks::ProgressThrottle throttle(clock_);
+    auto extracted = tasks::orderedWorkers(
+        sorted.size(), concurrency,
+        [&](std::size_t index, const std::stop_token& inner) { return extract(sorted[index], cache, inner); },
+        [&](std::size_t completed) {
+            if (throttle.due(completed, sorted.size()))
+                progress(0.75 * static_cast<double>(completed) / static_cast<double>(sorted.size()),
+                         counted("Analyzing", completed, sorted.size()));
+        },
+        stop);
+
+    VisionScanResult result;
+    std::vector<library::Photo> items;
+    std::vector<std::shared_ptr<const FeaturePrint>> prints;
+    for (std::size_t index = 0; index < sorted.size(); ++index) {
+        tasks::checkCancelled(stop);
+        auto& [cached, failure] = extracted[index];
+        if (cached) {
+            items.push_back(sorted[index]);
+            prints.push_back(cached->observation);
+            result.cache.insert_or_assign(sorted[index].url, std::move(*cached));
+        } else {
+            result.failures.push_back(std::move(failure));
+        }
+    }
+    if (items.empty() && !sorted.empty())
+        throw VisionError(VisionFailure::nothingAnalyzed,
+                          "Vision could not analyze any photos. " + result.failures.front());
+
+    progress(0.75, "Indexing visual features…");
+    tasks::checkCancelled(stop);
+    progress(0.8, "Grouping matches…");
+    const auto matches = matchPrints(
+        prints, featureRadius(level), concurrency,
+        [&](int done) {
+            const auto grouped = static_cast<std::size_t>(done);
+            if (throttle.due(grouped, items.size()))
+                progress(0.8 + 0.2 * static_cast<double>(done) / static_cast<double>(items.size()),
+                         counted("Grouping", grouped, items.size()));
+        },
+        stop);
+    result.groups = matchedGroups(items, matches, stop);
+    return result;
+}
+
+FeaturePrint VisionSimilarityEngine::feature(const files::FileUrl& url, const std::stop_token& stop) const {
+    images::Bitmap photo;
+    try {
+        photo = service_.picture(url, stop);
+    } catch (const images::ImageError& error) {
+        throw VisionError(VisionFailure::corruptFile, error.what());
+    }
+    if (photoDetail(photo) < leastDetail)
+        throw VisionError(VisionFailure::tooLittleDetail, "Too little image detail; use Exact Duplicates.");
+    const FeaturePrint print = service_.print(photo);
+    tasks::checkCancelled(stop);
+    return print;
+}
+
+VisionSimilarityEngine::ExtractedFeature VisionSimilarityEngine::extract(const library::Photo& photo,
+                                                                         const FeaturePrintCache& cache,
+                                                                         const std::stop_token& stop) const {
+    const auto failed = [&](const std::string& reason) {
+        return ExtractedFeature{.cached = {}, .failure = std::string(photo.url.name()) + ": " + reason};
+    };
+    try {
+        return {.cached = printed(photo.url, cache, stop), .failure = {}};
+    } catch (const tasks::Cancelled&) {
+        throw;
+    } catch (const files::FileError& error) {
+        return failed(error.description());
+    } catch (const std::exception& error) {
+        return failed(error.what());
+    }
+}
+
+CachedFeaturePrint VisionSimilarityEngine::printed(const files::FileUrl& url, const FeaturePrintCache& cache,
+                                                   const std::stop_token& stop) const {
+    tasks::checkCancelled(stop);
+    CachedFeaturePrint result{.stamp = library::FingerprintStamp::read(system_, url),
+                              .observation = {},
+                              .identity = service_.identity};
+    const auto cached = cache.find(url);
+    if (cached != cache.end() && cached->second.stamp == result.stamp &&
+        *cached->second.identity == *service_.identity)
+        result.observation = cached->second.observation;
+    else
+        result.observation = std::make_shared<const FeaturePrint>(feature(url, stop));
+
+    tasks::checkCancelled(stop);
+    if (library::FingerprintStamp::read(system_, url) != result.stamp)
+        throw VisionError(VisionFailure::fileChanged, "The file changed while it was analyzed.");
+    return result;
+}
+
+} // namespace lumisort::similarity
