@@ -1,0 +1,15 @@
+# OpenCV's neural-network module (Debian: libopencv-dnn-dev), which only a test and a benchmark compare with; both
+# do without it where it is not installed. LUMISORT_OPENCV_DNN is its target, or empty.
+find_path(OPENCV_DNN_INCLUDE opencv2/dnn.hpp PATH_SUFFIXES opencv4)
+find_library(OPENCV_DNN_LIBRARY opencv_dnn)
+find_library(OPENCV_CORE_LIBRARY opencv_core)
+set(LUMISORT_OPENCV_DNN "")
+if(OPENCV_DNN_INCLUDE AND OPENCV_DNN_LIBRARY AND OPENCV_CORE_LIBRARY)
+    if(NOT TARGET opencv-dnn)
+        add_library(opencv-dnn INTERFACE IMPORTED GLOBAL)
+        target_include_directories(opencv-dnn SYSTEM INTERFACE ${OPENCV_DNN_INCLUDE})
+        target_link_libraries(opencv-dnn INTERFACE ${OPENCV_DNN_LIBRARY} ${OPENCV_CORE_LIBRARY})
+        target_compile_definitions(opencv-dnn INTERFACE LUMISORT_OPENCV_DNN)
+    endif()
+    set(LUMISORT_OPENCV_DNN opencv-dnn)
+endif()
