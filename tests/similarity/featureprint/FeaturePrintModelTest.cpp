@@ -153,23 +153,23 @@ TEST(FeaturePrintModel, GivesOneResultForAnyNumberOfWorkers) {
     std::vector<images::Bitmap> pictures;
     std::vector<FeaturePrint> expected;
     FeaturePrintModel::Scratch scratch;
-    for (unsigned i = 0; i < 8; ++i) {
+    for (unsigned i = 0; i < 5; ++i) {
         pictures.push_back(test::picture(150 + 97 * i, 900 - 101 * i, i, i == 3));
         expected.push_back(model.print(pictures.back(), scratch));
     }
     std::vector<std::atomic<int>> agreed(pictures.size());
     {
         std::vector<std::jthread> workers;
-        for (std::size_t worker = 0; worker < 4; ++worker)
+        for (std::size_t worker = 0; worker < 3; ++worker)
             workers.emplace_back([&, worker] {
                 FeaturePrintModel::Scratch own;
                 for (std::size_t i = 0; i < pictures.size(); ++i) {
-                    const std::size_t next = (i * (2 * worker + 1) + worker) % pictures.size();
+                    const std::size_t next = (i * (worker + 1) + worker) % pictures.size();
                     agreed[next] += model.print(pictures[next], own) == expected[next];
                 }
             });
     }
-    for (std::size_t i = 0; i < agreed.size(); ++i) EXPECT_EQ(agreed[i], 4) << i;
+    for (std::size_t i = 0; i < agreed.size(); ++i) EXPECT_EQ(agreed[i], 3) << i;
 }
 
 TEST(FeaturePrintModel, AllocatesNothingForAPrint) {
