@@ -2,7 +2,11 @@
 
 #include "platform/images/Vips.h"
 
+#include <dlfcn.h>
+#include <jpeglib.h>
+
 #include <atomic>
+#include <cstdio>
 #include <cstdlib>
 #include <mutex>
 
@@ -39,6 +43,9 @@ void setUp(const DecoderOptions& options) {
     vips_concurrency_set(1);
 }
 
+/// What libjpeg prints where a library leaves its messages as they are.
+void printNothing(j_common_ptr) {}
+
 } // namespace
 
 void initialiseDecoder(const DecoderOptions& options) {
@@ -54,3 +61,14 @@ bool isVerbose() {
 }
 
 } // namespace lumisort::images
+
+/// LibRaw decodes the JPEG tiles of lossy DNG files with libjpeg's own error handler, which prints to the
+/// terminal, and offers no way to change that. The handler is made by this function, so the program brings
+/// its own, which calls libjpeg's and takes the printing out.
+extern "C" jpeg_error_mgr* jpeg_std_error(jpeg_error_mgr* handler) {
+    using Original = jpeg_error_mgr* (*)(jpeg_error_mgr*);
+    static const auto original = reinterpret_cast<Original>(dlsym(RTLD_NEXT, "jpeg_std_error"));
+    original(handler);
+    if (!lumisort::images::isVerbose()) handler->output_message = lumisort::images::printNothing;
+    return handler;
+}

@@ -28,21 +28,78 @@ void check(const heif_error& error) {
     if (error.code != heif_error_Ok) throw ImageError(damagedPicture);
 }
 
+/// What libheif reads a file through, piece by piece: also between the tiles of a picture. It asks for single
+/// numbers, hundreds of them, so a stretch of the file is kept at hand.
+struct Stream {
+    const FileBytes* file;
+    std::stop_token stop;
+    std::int64_t position = 0;
+    std::vector<std::uint8_t> window{};
+    std::uint64_t windowAt = 0;
+
+    /// As ByteSource::read.
+    std::size_t read(std::uint64_t at, std::span<std::uint8_t> into) {
+        constexpr std::size_t windowBytes = 16 << 10;
+        if (into.size() >= windowBytes) return file->read(at, into);
+        if (at < windowAt || at + into.size() > windowAt + window.size()) {
+            window.resize(windowBytes);
+            window.resize(file->read(at, window));
+            windowAt = at;
+        }
+        const auto count = std::min<std::size_t>(into.size(), windowAt + window.size() - at);
+        std::copy_n(window.begin() + static_cast<std::ptrdiff_t>(at - windowAt), count, into.begin());
+        return count;
+    }
+};
+
+/// libheif aborts when a read fails, so the only place to refuse one is the question, before it, whether the
+/// file is long enough. Missing bytes of a file that has shrunk since become zeros.
+int readStream(void* into, std::size_t size, void* stream) {
+    auto& source = *static_cast<Stream*>(stream);
+    const std::span bytes(static_cast<std::uint8_t*>(into), size);
+    std::ranges::fill(bytes.subspan(source.read(static_cast<std::uint64_t>(source.position), bytes)), 0);
+    source.position += static_cast<std::int64_t>(size);
+    return 0;
+}
+
+heif_reader_grow_status waitForSize(std::int64_t size, void* stream) {
+    const auto& source = *static_cast<Stream*>(stream);
+    return source.stop.stop_requested() || size < 0 || static_cast<std::uint64_t>(size) > source.file->size()
+               ? heif_reader_grow_status_size_beyond_eof
+               : heif_reader_grow_status_size_reached;
+}
+
+const heif_reader reader{
+    .reader_api_version = 1,
+    .get_position = [](void* stream) { return static_cast<Stream*>(stream)->position; },
+    .read = readStream,
+    .seek =
+        [](std::int64_t position, void* stream) {
+            static_cast<Stream*>(stream)->position = position;
+            return 0;
+        },
+    .wait_for_file_size = waitForSize,
+};
+
 struct Primary {
+    std::unique_ptr<Stream> stream; ///< outlives the context, which reads from it
     Context context;
     Handle handle;
     HeifPrimary boxes;
 };
 
-Primary openPrimary(const FileBytes& file) {
+Primary openPrimary(const FileBytes& file, const std::stop_token& stop) {
     const auto boxes = readHeifPrimary(file);
     if (!boxes) throw ImageError("The file holds no still picture.");
     if (!boxes->hevc) throw ImageError("The picture is not coded in HEVC.");
-    Primary primary{.context = Context(heif_context_alloc()), .handle = {}, .boxes = *boxes};
+    Primary primary{.stream = std::make_unique<Stream>(&file, stop),
+                    .context = Context(heif_context_alloc()),
+                    .handle = {},
+                    .boxes = *boxes};
     heif_context_set_max_decoding_threads(primary.context.get(), 0);
     // Any size may be reported; what is decoded is limited before.
     heif_context_set_maximum_image_size_limit(primary.context.get(), maxDecodedSide);
-    check(heif_context_read_from_file(primary.context.get(), file.path().c_str(), nullptr));
+    check(heif_context_read_from_reader(primary.context.get(), &reader, primary.stream.get(), nullptr));
     heif_image_handle* handle = nullptr;
     check(heif_context_get_primary_image_handle(primary.context.get(), &handle));
     primary.handle.reset(handle);
@@ -88,10 +145,11 @@ std::vector<std::uint8_t> readProfile(const heif_image_handle* handle) {
 } // namespace
 
 ImageProperties readHeifProperties(const FileBytes& file) {
-    const Primary primary = openPrimary(file);
+    const Primary primary = openPrimary(file, {});
     ImageProperties properties{.type = ImageType::heif,
                                .width = heif_image_handle_get_width(primary.handle.get()),
                                .height = heif_image_handle_get_height(primary.handle.get())};
+    if (properties.width < 1 || properties.height < 1) throw ImageError(damagedPicture);
     ExifFields fields = readExif(primary.handle.get());
     properties.orientation = primary.boxes.orientation.value_or(std::max(1, fields.orientation));
     properties.dateTimeOriginal = std::move(fields.dateTimeOriginal);
@@ -101,7 +159,7 @@ ImageProperties readHeifProperties(const FileBytes& file) {
 }
 
 Picture openHeif(const FileBytes& file, const std::stop_token& stop) {
-    const Primary primary = openPrimary(file);
+    const Primary primary = openPrimary(file, stop);
     const heif_image_handle* handle = primary.handle.get();
     checkDecodable(heif_image_handle_get_width(handle), heif_image_handle_get_height(handle));
     const bool alpha = heif_image_handle_has_alpha_channel(handle) != 0;
@@ -129,7 +187,7 @@ Picture openHeif(const FileBytes& file, const std::stop_token& stop) {
     picture.image = wrapSamples(samples, width, height, channels);
     picture.fullWidth = width;
     picture.fullHeight = height;
-    picture.premultiplied = alpha && heif_image_handle_is_premultiplied_alpha(handle) != 0;
+    if (alpha && heif_image_handle_is_premultiplied_alpha(handle)) picture.alpha = Alpha::premultiplied;
     if (!primary.boxes.orientation) picture.orientation = std::max(1, readExif(handle).orientation);
     if (const auto profile = readProfile(handle); !profile.empty())
         vips_image_set_blob_copy(picture.image.get(), VIPS_META_ICC_NAME, profile.data(), profile.size());

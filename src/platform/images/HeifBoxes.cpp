@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string_view>
 
 namespace lumisort::images {
@@ -100,14 +101,9 @@ std::vector<std::uint8_t> readMeta(const ByteSource& file) {
     return {};
 }
 
-/// Type of `item`, and whether any item is of `wanted` type.
-struct ItemTypes {
-    std::uint32_t primary = 0;
-    bool anyHevc = false, anyOther = false;
-};
-
-ItemTypes readItemTypes(Bytes iinf, std::uint64_t primary) {
-    ItemTypes types;
+/// The coding of each item.
+std::map<std::uint64_t, std::uint64_t> readItemTypes(Bytes iinf) {
+    std::map<std::uint64_t, std::uint64_t> types;
     Cursor cursor(iinf);
     const auto version = cursor.number(1);
     cursor.take(3);
@@ -120,13 +116,39 @@ ItemTypes readItemTypes(Bytes iinf, std::uint64_t primary) {
         item.take(3);
         const auto id = item.number(entryVersion == 2 ? 2 : 4);
         item.take(2);
-        const auto type = static_cast<std::uint32_t>(item.number(4));
-        if (id == primary) types.primary = type;
-        types.anyHevc |= type == code("hvc1");
-        types.anyOther |= type == code("av01") || type == code("avc1") || type == code("jpeg") ||
-                          type == code("unci") || type == code("vvc1");
+        types.emplace(id, item.number(4));
     }
     return types;
+}
+
+/// The items that a derived one is made of.
+std::vector<std::uint64_t> readParts(Bytes iref, std::uint64_t derived) {
+    Cursor cursor(iref);
+    const std::size_t idSize = cursor.number(1) == 0 ? 2 : 4;
+    cursor.take(3);
+    std::vector<std::uint64_t> parts;
+    for (const Box& reference : boxes(cursor.rest())) {
+        Cursor body(reference.body);
+        if (reference.type != code("dimg") || body.number(idSize) != derived) continue;
+        const auto count = body.number(2);
+        for (std::uint64_t i = 0; i < count && !body.atEnd(); ++i) parts.push_back(body.number(idSize));
+    }
+    return parts;
+}
+
+/// Whether the primary item, or all that it is derived from, is coded in HEVC.
+bool isHevc(const std::vector<Box>& meta, std::uint64_t primary) {
+    const auto types = readItemTypes(find(meta, code("iinf")));
+    const auto isType = [&types](std::uint64_t item, std::uint32_t type) {
+        const auto found = types.find(item);
+        return found != types.end() && found->second == type;
+    };
+    if (isType(primary, code("hvc1"))) return true;
+    if (!isType(primary, code("grid")) && !isType(primary, code("iovl")) && !isType(primary, code("iden")))
+        return false;
+    const auto parts = readParts(find(meta, code("iref")), primary);
+    return !parts.empty() &&
+           std::ranges::all_of(parts, [&](auto part) { return isType(part, code("hvc1")); });
 }
 
 /// 1-based indices of the primary item's properties, in the order in which they apply.
@@ -175,10 +197,7 @@ std::optional<HeifPrimary> readHeifPrimary(const ByteSource& file) {
     pitm.take(3);
     const auto primary = pitm.number(version == 0 ? 2 : 4);
     if (!pitm.intact()) return std::nullopt;
-    const ItemTypes types = readItemTypes(find(children, code("iinf")), primary);
-    const bool derived =
-        types.primary == code("grid") || types.primary == code("iovl") || types.primary == code("iden");
-    return HeifPrimary{.hevc = types.primary == code("hvc1") || (derived && types.anyHevc && !types.anyOther),
+    return HeifPrimary{.hevc = isHevc(children, primary),
                        .orientation = readOrientation(find(children, code("iprp")), primary)};
 }
 

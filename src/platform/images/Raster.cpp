@@ -5,22 +5,31 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 
 namespace lumisort::images {
 namespace {
+
+/// Real headers stay far below, with profiles, previews and depth maps; a hostile one would fill the memory.
+constexpr std::uint64_t mostHeaderBytes = 64 << 20;
+
+/// Colours, an alpha, and what scanners and editors put beside them. Each channel costs memory.
+constexpr int mostChannels = 8;
 
 /// What libvips reads a file through. `position` is the library's, so one of these serves one loader.
 struct Stream {
     const FileBytes* file;
     std::stop_token stop;
+    std::uint64_t left; ///< how much may still be read
     std::uint64_t position = 0;
 };
 
 gint64 readStream(VipsSourceCustom*, void* buffer, gint64 length, Stream* stream) {
     if (stream->stop.stop_requested()) return -1; // Ends the decode between two blocks.
-    const auto count = stream->file->read(
-        stream->position, {static_cast<std::uint8_t*>(buffer), static_cast<std::size_t>(length)});
+    const auto wanted = static_cast<std::size_t>(std::min(static_cast<std::uint64_t>(length), stream->left));
+    const auto count = stream->file->read(stream->position, {static_cast<std::uint8_t*>(buffer), wanted});
     stream->position += count;
+    stream->left -= count;
     return static_cast<gint64>(count);
 }
 
@@ -34,9 +43,10 @@ gint64 seekStream(VipsSourceCustom*, gint64 offset, int whence, Stream* stream) 
     return base + offset;
 }
 
-Reference<VipsSource> openSource(const FileBytes& file, const std::stop_token& stop) {
+Reference<VipsSource> openSource(const FileBytes& file, std::uint64_t mostBytes,
+                                 const std::stop_token& stop) {
     auto* source = vips_source_custom_new();
-    auto* stream = new Stream{&file, stop};
+    auto* stream = new Stream{&file, stop, mostBytes};
     g_object_set_data_full(G_OBJECT(source), "stream", stream,
                            [](gpointer owned) { delete static_cast<Stream*>(owned); });
     g_signal_connect(source, "read", G_CALLBACK(readStream), stream);
@@ -45,8 +55,9 @@ Reference<VipsSource> openSource(const FileBytes& file, const std::stop_token& s
 }
 
 /// `shrink` is 1, 2, 4 or 8 and works for JPEG alone.
-ImageReference load(const FileBytes& file, ImageType type, int shrink, const std::stop_token& stop) {
-    const auto source = openSource(file, stop);
+ImageReference load(const FileBytes& file, ImageType type, int shrink, std::uint64_t mostBytes,
+                    const std::stop_token& stop) {
+    const auto source = openSource(file, mostBytes, stop);
     return runVips([&](VipsImage** out) {
         switch (type) {
         case ImageType::jpeg:
@@ -62,42 +73,72 @@ ImageReference load(const FileBytes& file, ImageType type, int shrink, const std
     });
 }
 
-ImageProperties describe(const FileBytes& file, ImageType type, VipsImage* image) {
+/// The most that libjpeg may shrink while leaving a factor of two to the resampling filter, whose result is
+/// smoother than that of whole blocks; and so that a pixel is left each way, without which libvips aborts.
+int blockShrink(double shrink, std::int64_t shorterSide) {
+    for (const int factor : {8, 4, 2})
+        if (shrink >= 2 * factor && shorterSide >= factor) return factor;
+    return 1;
+}
+
+/// libjpeg walks over the whole picture once for every scan, and an empty scan takes a few bytes: a small
+/// file could keep it busy for hours. Encoders write about ten.
+void checkScans(const FileBytes& file, const std::stop_token& stop) {
+    constexpr int mostScans = 100;
+    std::vector<std::uint8_t> block(1 << 20);
+    bool marker = false;
+    int scans = 0;
+    for (std::uint64_t at = 0; at < file.size();) {
+        tasks::checkCancelled(stop);
+        const std::size_t count = file.read(at, block);
+        if (count == 0) break;
+        for (const auto byte : std::span(block).first(count)) {
+            scans += marker && byte == 0xda ? 1 : 0;
+            marker = byte == 0xff;
+        }
+        at += count;
+    }
+    if (scans > mostScans) throw ImageError("The picture is made of too many scans.");
+}
+
+/// Whether a channel behind the colours is transparency; libvips takes any for that, and has it straight.
+Alpha alphaOf(const FileBytes& file, ImageType type) {
+    return type == ImageType::tiff && readExtraSample(file) == 0 ? Alpha::none : Alpha::straight;
+}
+
+} // namespace
+
+ImageProperties readRasterProperties(const FileBytes& file, ImageType type) {
+    const auto image = load(file, type, 1, mostHeaderBytes, {});
     ImageProperties properties{.type = type, .width = image->Xsize, .height = image->Ysize};
     ExifFields fields;
     const void* block = nullptr;
     std::size_t size = 0;
     if (type == ImageType::tiff)
         fields = readExifFields(file);
-    else if (vips_image_get_typeof(image, VIPS_META_EXIF_NAME) != 0 &&
-             vips_image_get_blob(image, VIPS_META_EXIF_NAME, &block, &size) == 0)
+    else if (vips_image_get_typeof(image.get(), VIPS_META_EXIF_NAME) != 0 &&
+             vips_image_get_blob(image.get(), VIPS_META_EXIF_NAME, &block, &size) == 0)
         fields = readExifFields(std::span(static_cast<const std::uint8_t*>(block), size));
     properties.orientation = std::max(1, fields.orientation);
     properties.dateTimeOriginal = std::move(fields.dateTimeOriginal);
     return properties;
 }
 
-/// The most that libjpeg may shrink while leaving a factor of two to the resampling filter, whose result is
-/// smoother than that of whole blocks.
-int blockShrink(double shrink) {
-    return shrink >= 16 ? 8 : shrink >= 8 ? 4 : shrink >= 4 ? 2 : 1;
-}
-
-} // namespace
-
-ImageProperties readRasterProperties(const FileBytes& file, ImageType type) {
-    return describe(file, type, load(file, type, 1, {}).get());
-}
-
 Picture openRaster(const FileBytes& file, ImageType type, int maxSide, const std::stop_token& stop) {
-    Picture picture{.image = load(file, type, 1, stop)};
-    const ImageProperties properties = describe(file, type, picture.image.get());
+    const ImageProperties properties = readRasterProperties(file, type);
     checkDecodable(properties.width, properties.height);
-    picture.fullWidth = properties.width;
-    picture.fullHeight = properties.height;
-    picture.orientation = properties.orientation;
-    const int shrink = blockShrink(1 / scaleToFit(properties.width, properties.height, maxSide));
-    if (type == ImageType::jpeg && shrink > 1) picture.image = load(file, type, shrink, stop);
+    Picture picture{.fullWidth = properties.width,
+                    .fullHeight = properties.height,
+                    .orientation = properties.orientation,
+                    .alpha = alphaOf(file, type)};
+    const int shrink = blockShrink(1 / scaleToFit(properties.width, properties.height, maxSide),
+                                   std::min(properties.width, properties.height));
+    picture.image = load(file, type, shrink, std::numeric_limits<std::uint64_t>::max(), stop);
+    int scans = 0;
+    if (vips_image_get_typeof(picture.image.get(), "jpeg-multiscan") != 0 &&
+        vips_image_get_int(picture.image.get(), "jpeg-multiscan", &scans) == 0 && scans != 0)
+        checkScans(file, stop);
+    if (picture.image->Bands > mostChannels) throw ImageError("The picture has too many channels.");
     return picture;
 }
 

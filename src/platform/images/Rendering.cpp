@@ -41,18 +41,18 @@ ImageReference bands(VipsImage* image, int first, int count) {
 }
 
 /// Shrinks in the picture's own space, weighting colours by their alpha.
-ImageReference resize(ImageReference image, int width, int height, bool premultiplied) {
-    if (image->Xsize == width && image->Ysize == height && !premultiplied) return image;
-    const bool alpha = image->Bands > colourBands(image.get());
+ImageReference resize(ImageReference image, int width, int height, Alpha alpha) {
+    const bool resized = image->Xsize != width || image->Ysize != height;
     const double most = opaque(image->BandFmt);
-    if (alpha && !premultiplied)
+    if (alpha == Alpha::straight && resized)
         image = runVips(
             [&](VipsImage** out) { return vips_premultiply(image.get(), out, "max_alpha", most, nullptr); });
-    image = runVips([&](VipsImage** out) {
-        return vips_resize(image.get(), out, static_cast<double>(width) / image->Xsize, "vscale",
-                           static_cast<double>(height) / image->Ysize, nullptr);
-    });
-    if (alpha)
+    if (resized)
+        image = runVips([&](VipsImage** out) {
+            return vips_resize(image.get(), out, static_cast<double>(width) / image->Xsize, "vscale",
+                               static_cast<double>(height) / image->Ysize, nullptr);
+        });
+    if (alpha == Alpha::premultiplied || (alpha == Alpha::straight && resized))
         image = runVips([&](VipsImage** out) {
             return vips_unpremultiply(image.get(), out, "max_alpha", most, nullptr);
         });
@@ -149,9 +149,10 @@ Bitmap renderPicture(Picture picture, int maxSide, const std::stop_token& stop) 
     VipsImage* source = picture.image.get();
     const std::stop_callback kill(stop, [source] { vips_image_set_kill(source, TRUE); });
     const VipsBandFormat stored = source->BandFmt;
-    auto image = runVips([&](VipsImage** out) { return vips_copy(source, out, nullptr); });
-    image = resize(std::move(image), target(picture.fullWidth), target(picture.fullHeight),
-                   picture.premultiplied);
+    const int colours = colourBands(source);
+    const Alpha alpha = source->Bands > colours ? picture.alpha : Alpha::none;
+    auto image = bands(source, 0, colours + (alpha == Alpha::none ? 0 : 1));
+    image = resize(std::move(image), target(picture.fullWidth), target(picture.fullHeight), alpha);
     image = toRGBA(image, stored);
     return turnUpright(evaluate(image.get(), stop), picture.orientation);
 }

@@ -2,16 +2,15 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <set>
 
 namespace lumisort::images {
 namespace {
 
 constexpr std::uint16_t orientationTag = 0x0112, compressionTag = 0x0103, photometricTag = 0x0106,
-                        subDirectoriesTag = 0x014a, exifDirectoryTag = 0x8769, dateTimeOriginalTag = 0x9003,
-                        filterPatternDimensionsTag = 0x828d, filterPatternTag = 0x828e,
-                        dngVersionTag = 0xc612;
+                        extraSamplesTag = 0x0152, subDirectoriesTag = 0x014a, exifDirectoryTag = 0x8769,
+                        dateTimeOriginalTag = 0x9003, filterPatternDimensionsTag = 0x828d,
+                        filterPatternTag = 0x828e, dngVersionTag = 0xc612;
 // A directory of a real file has some dozens of entries, a file some ten directories.
 constexpr std::size_t mostEntries = 1024, mostDirectories = 32, mostText = 64;
 
@@ -137,6 +136,12 @@ ExifFields readExifFields(std::span<const std::uint8_t> block) {
     if (block.size() >= mark.size() && std::ranges::equal(block.first(mark.size()), mark))
         block = block.subspan(mark.size());
     return readExifFields(MemoryBytes(block));
+}
+
+std::optional<std::uint32_t> readExtraSample(const ByteSource& tiff) {
+    const auto reader = Reader::open(tiff);
+    if (!reader) return std::nullopt;
+    return reader->number(reader->directory(reader->first()).find(extraSamplesTag));
 }
 
 bool holdsSensorData(const ByteSource& tiff) {

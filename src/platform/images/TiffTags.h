@@ -2,6 +2,7 @@
 
 #include "platform/images/ByteSource.h"
 
+#include <optional>
 #include <string>
 
 namespace lumisort::images {
@@ -18,6 +19,10 @@ ExifFields readExifFields(const ByteSource& tiff);
 
 /// The same from a block that may start with the "Exif\0\0" of a JPEG segment.
 ExifFields readExifFields(std::span<const std::uint8_t> block);
+
+/// What the first channel behind the colours of a TIFF is (tag 0x0152): 0 something else, 1 premultiplied
+/// alpha, 2 straight alpha. None where the tag is absent.
+std::optional<std::uint32_t> readExtraSample(const ByteSource& tiff);
 
 /// Whether a file that starts like a TIFF holds undeveloped sensor data: a DNG, a Canon or Phase One mark, or
 /// a directory whose samples lie behind a colour filter array, are linear sensor data, or are compressed in
