@@ -41,6 +41,9 @@ inline ImageReference wrapSamples(const std::uint8_t* samples, int width, int he
         vips_image_new_from_memory(samples, bytes, width, height, channels, VIPS_FORMAT_UCHAR));
     if (!image) throw ImageError(damagedPicture);
     image->Type = channels == 1 ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB;
+    // Lets shrinking keep the rows between its steps, as for files; otherwise it makes each of them six
+    // times.
+    vips_image_set_int(image.get(), VIPS_META_SEQUENTIAL, 1);
     return image;
 }
 
