@@ -12,7 +12,9 @@ double lobe(double wavelength, double centre, double width);
 double blackbody(double wavelength, double kelvin);
 
 /// The CIE 1931 2° colour-matching functions as sums of two-sided Gaussians (Wyman, Sloan and Shirley,
-/// Journal of Computer Graphics Techniques 2(2), 2013): X, Y, Z at a wavelength in nanometres.
+/// Journal of Computer Graphics Techniques 2(2), 2013): X, Y, Z at a wavelength in nanometres. From 380 to
+/// 780 nm they stay within 0.0140, 0.0080 and 0.0222 of the tabulated functions, whose peaks are 1.06, 1
+/// and 1.78.
 Vector3 observer(double wavelength);
 
 /// Bradford adaptation of an XYZ colour from a source white to D65.
