@@ -1,0 +1,52 @@
+#pragma once
+
+#include "film/model/FilmPaper.h"
+#include "film/model/FilmStock.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+
+// What the simulation of one film on one paper is made of, as text to read, to check and to draw.
+// Pure functions; texts are UTF-8 and end with a line break.
+
+namespace lumisort::film {
+
+/// The numbers of the model as a JSON object with the keys stock, paper, neutralLogExposure (only with a
+/// measured profile), paperCalibration, neutralTransmission, exposureRows, layerRanges,
+/// reflectionCubeMinimums, reflectionCubeRanges and greyScale. Every number reads back exactly.
+std::string inspectJson(FilmStock stock, FilmPaper paper);
+
+/// The same for people, with units and, where the film was measured, where its numbers come from.
+std::string inspectText(FilmStock stock, FilmPaper paper);
+
+/// A drawing (SVG): the film's sensitivities, characteristic curves, dyes and base, and below them what
+/// the paper sees, its curve and its dyes.
+std::string plotSvg(FilmStock stock, FilmPaper paper);
+
+/// The lookup cubes by the names that the command line knows.
+enum class InspectedCube { exposure, negative, paper };
+
+inline constexpr std::array allInspectedCubes{InspectedCube::exposure, InspectedCube::negative,
+                                              InspectedCube::paper};
+
+constexpr std::string_view rawValue(InspectedCube cube) {
+    constexpr std::array<std::string_view, 3> names{"exposure", "negative", "paper"};
+    return names[static_cast<std::size_t>(cube)];
+}
+
+constexpr std::optional<InspectedCube> inspectedCubeFromRawValue(std::string_view raw) {
+    for (const InspectedCube cube : allInspectedCubes) {
+        if (rawValue(cube) == raw) return cube;
+    }
+    return std::nullopt;
+}
+
+/// A cube as a .cube text: 33 nodes an axis, domain 0 to 1, red fastest. The shortest digits that read
+/// back as the same 32-bit floats. Throws tasks::Cancelled within one blue slice of a request to stop.
+std::string cubeText(FilmStock stock, FilmPaper paper, InspectedCube cube, std::stop_token stop = {});
+
+} // namespace lumisort::film
