@@ -96,7 +96,7 @@ Chart dyeChart(const FilmSpectralModel& model) {
     if (model.material) {
         const SampledSpectrum& base = model.material->baseDensity;
         chart.y.label = "Share of absorption; base density";
-        chart.lines.push_back({"Base density", neutralColour,
+        chart.lines.push_back({"Base", neutralColour,
                                drawn(380, 780, [&](double wavelength) { return base.value(wavelength); }),
                                base.points(), true});
     } else {

@@ -130,7 +130,7 @@ TEST(Inspect, DrawsAndDescribesEveryStockAndPaper) {
             const std::string text = inspectText(stock, paper);
             EXPECT_TRUE(text.starts_with(heading));
             const bool measured = stock == FilmStock::portra400;
-            EXPECT_EQ(svg.find("Base density") != std::string::npos, measured);
+            EXPECT_EQ(svg.find(">Base<") != std::string::npos, measured);
             EXPECT_EQ(text.find("E-4050") != std::string::npos, measured);
         }
     }
