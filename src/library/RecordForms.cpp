@@ -49,9 +49,9 @@ Photo readPhoto(Value value) {
 
 void write(json::Writer& out, const FingerprintStamp& stamp) {
     out.beginObject();
-    out.key("size").integer(stamp.size);
-    if (stamp.modified) out.key("modified").timestamp(*stamp.modified);
     if (stamp.created) out.key("created").timestamp(*stamp.created);
+    if (stamp.modified) out.key("modified").timestamp(*stamp.modified);
+    out.key("size").integer(stamp.size);
     out.endObject();
 }
 

@@ -16,7 +16,8 @@ namespace lumisort::library {
 void write(json::Writer& out, const Photo& photo);
 Photo readPhoto(json::Value value);
 
-/// {"size","modified","created"}; the size is required.
+/// {"created","modified","size"}, written in this order, which a document with sorted keys needs; the size is
+/// required.
 void write(json::Writer& out, const FingerprintStamp& stamp);
 FingerprintStamp readStamp(json::Value value);
 

@@ -1,16 +1,14 @@
 #include "library/SessionStore.h"
-#include "support/MemoryFileSystem.h"
+#include "support/EveryFault.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <cerrno>
 
 namespace lumisort::library {
 namespace {
 
 using test::MemoryFileSystem;
-using UnflushedEntries = MemoryFileSystem::UnflushedEntries;
+using test::throughEveryFault;
 
 const auto document = files::FileUrl::fromPath("/home/data/Lumisort/library.json");
 const std::string broken = "{\"photos\":[";
@@ -21,38 +19,6 @@ LibrarySession sessionOf(const char* folder, int photos) {
     for (int i = 0; i < photos; ++i)
         session.photos.push_back({session.folders[0].child(std::to_string(i)), i, i, i, std::nullopt});
     return session;
-}
-
-/// Runs `work` once for each of its operations, with that one failing, then with a crash there whose
-/// unflushed folder entries are lost and kept, and lets `check` look at what is left.
-template <class SetUp, class Work, class Check>
-void throughEveryFault(const SetUp& setUp, const Work& work, const Check& check) {
-    enum class Fault { failure, crashLosing, crashKeeping };
-    for (const auto fault : {Fault::failure, Fault::crashLosing, Fault::crashKeeping}) {
-        for (std::size_t n = 0;; ++n) {
-            SCOPED_TRACE("fault " + std::to_string(static_cast<int>(fault)) + " at " + std::to_string(n));
-            MemoryFileSystem system;
-            setUp(system);
-            if (fault == Fault::failure)
-                system.failAt(n, EIO);
-            else
-                system.crashAt(n);
-            bool done = false;
-            try {
-                work(system);
-                done = true;
-            } catch (const files::FileError&) {
-            } catch (const test::Crashed&) {
-            }
-            const bool met = system.faultMet();
-            if (met && fault != Fault::failure)
-                system.restart(fault == Fault::crashLosing ? UnflushedEntries::lost : UnflushedEntries::kept);
-            else
-                system.failAt(1'000'000, EIO);
-            check(system, done);
-            if (!met) break;
-        }
-    }
 }
 
 std::optional<LibrarySession> loaded(MemoryFileSystem& system) {

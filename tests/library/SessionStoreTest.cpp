@@ -68,7 +68,7 @@ TEST(SessionStore, WritesThisText) {
     session.reviewMarks = {{"/ü", {ReviewDecision::keep, {7, Timestamp(1), Timestamp(2.5)}}}};
     SessionStore::save(disk(), session, url);
     EXPECT_EQ(contents(url), R"({"photos":[],"folders":[],"reviewMarks":{"/ü":{"decision":"Keep",)"
-                             R"("stamp":{"size":7,"modified":1.0,"created":2.5}}}})");
+                             R"("stamp":{"created":2.5,"modified":1.0,"size":7}}}})");
     session.reviewMarks = {{"/\xFF", {ReviewDecision::cleanup, {7, std::nullopt, std::nullopt}}}};
     SessionStore::save(disk(), session, url);
     EXPECT_EQ(contents(url), R"({"photos":[],"folders":[],"reviewMarks":{"file:///%FF":)"
