@@ -1,0 +1,121 @@
+#include "similarity/VisualFingerprint.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <span>
+
+namespace lumisort::similarity {
+
+namespace {
+
+constexpr int cellCount = colorGridSide * colorGridSide;
+/// Sums of squared brightness differences up to this are rounding noise, not structure.
+constexpr double flatSumOfSquares = 1e-12;
+
+/// For each cell, row by row, the number of the cell that an orientation takes it from.
+using CellSources = std::array<int, cellCount>;
+
+constexpr std::array<CellSources, orientationCount> cellSources = [] {
+    std::array<CellSources, orientationCount> tables{};
+    for (std::size_t k = 0; k < orientationCount; ++k)
+        for (int y = 0; y < colorGridSide; ++y)
+            for (int x = 0; x < colorGridSide; ++x) {
+                const auto source =
+                    sourceCell(FingerprintOrientation{static_cast<int>(k)}, {y, x}, colorGridSide);
+                tables[k][y * colorGridSide + x] = source.y * colorGridSide + source.x;
+            }
+    return tables;
+}();
+
+const CellSources& sourcesOf(FingerprintOrientation orientation) {
+    return cellSources[static_cast<std::size_t>(orientation)];
+}
+
+using Lumas = std::array<double, cellCount>;
+
+Lumas lumas(std::span<const double> colors) {
+    Lumas result{};
+    for (std::size_t cell = 0; cell < result.size(); ++cell)
+        result[cell] = 0.299 * colors[3 * cell] + 0.587 * colors[3 * cell + 1] + 0.114 * colors[3 * cell + 2];
+    return result;
+}
+
+double mean(const Lumas& values) {
+    double sum = 0;
+    for (const double value : values) sum += value;
+    return sum / cellCount;
+}
+
+/// Mean absolute difference of two layouts of equal length; none where a turned one is incomplete.
+std::optional<double> colorDistance(std::span<const double> a, std::span<const double> b,
+                                    FingerprintOrientation orientation) {
+    double sum = 0;
+    if (orientation == FingerprintOrientation::unchanged) {
+        for (std::size_t i = 0; i < a.size(); ++i) sum += std::abs(a[i] - b[i]);
+        return sum / static_cast<double>(a.size());
+    }
+    if (a.size() != colorValueCount) return std::nullopt;
+    const auto& sources = sourcesOf(orientation);
+    for (std::size_t cell = 0; cell < sources.size(); ++cell)
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            sum += std::abs(a[3 * cell + channel] - b[3 * sources[cell] + channel]);
+    return sum / static_cast<double>(colorValueCount);
+}
+
+} // namespace
+
+std::optional<double> VisualFingerprint::structureCorrelation(const VisualFingerprint& other,
+                                                              FingerprintOrientation orientation) const {
+    if (colors.size() != colorValueCount || other.colors.size() != colorValueCount) return std::nullopt;
+    const Lumas lumasA = lumas(colors);
+    const Lumas lumasB = lumas(other.colors);
+    const double meanA = mean(lumasA);
+    const double meanB = mean(lumasB);
+    const auto& sources = sourcesOf(orientation);
+    double sumAA = 0;
+    double sumBB = 0;
+    double sumAB = 0;
+    for (std::size_t cell = 0; cell < sources.size(); ++cell) {
+        const double a = lumasA[cell] - meanA;
+        const double b = lumasB[sources[cell]] - meanB;
+        sumAA += a * a;
+        sumBB += b * b;
+        sumAB += a * b;
+    }
+    if (sumAA <= flatSumOfSquares || sumBB <= flatSumOfSquares) return std::nullopt;
+    return std::clamp(sumAB / std::sqrt(sumAA * sumBB), -1.0, 1.0);
+}
+
+std::optional<int> VisualFingerprint::matchDistance(const VisualFingerprint& anchor,
+                                                    SimilarityLevel level) const {
+    if (isLowDetail() || anchor.isLowDetail()) return std::nullopt;
+    if (colors.empty() || colors.size() != anchor.colors.size()) return std::nullopt;
+
+    const MatchLimits limit = limits(level);
+    const std::span<const std::uint64_t> hashes =
+        anchor.orientationHashes.empty() ? std::span(&anchor.hash, 1)
+                                         : std::span<const std::uint64_t>(anchor.orientationHashes);
+    // Written so that a difference that is not a number fails.
+    const bool fitsUpright = std::abs(std::log(aspect / anchor.aspect)) <= limit.aspectDifference;
+    const bool fitsTurned = std::abs(std::log(aspect / (1 / anchor.aspect))) <= limit.aspectDifference;
+
+    std::optional<int> best;
+    for (std::size_t k = 0; k < std::min(hashes.size(), orientationCount); ++k) {
+        const FingerprintOrientation orientation{static_cast<int>(k)};
+        if (!(swapsSides(orientation) ? fitsTurned : fitsUpright)) continue;
+        const int bits = std::popcount(hash ^ hashes[k]);
+        if (bits > limit.hammingDistance || (best && bits >= *best)) continue;
+        const auto color = colorDistance(colors, anchor.colors, orientation);
+        if (!color || *color > limit.colorDistance) continue;
+        if (orientation != FingerprintOrientation::unchanged) {
+            const auto correlation = structureCorrelation(anchor, orientation);
+            if (!correlation || *correlation < minimumStructureCorrelation) continue;
+        }
+        best = bits;
+    }
+    return best;
+}
+
+} // namespace lumisort::similarity
