@@ -1,0 +1,25 @@
+#include "similarity/ExactFileStamp.h"
+
+namespace lumisort::similarity {
+
+ExactFileStamp ExactFileStamp::read(files::FileSystem& system, const files::FileUrl& url) {
+    return of(system.status(url.path(), files::Links::doNotFollow), url);
+}
+
+ExactFileStamp ExactFileStamp::read(files::OpenFile& file, const files::FileUrl& url) {
+    return of(file.status(), url);
+}
+
+ExactFileStamp ExactFileStamp::of(const files::FileStatus& status, const files::FileUrl& url) {
+    if (status.kind != files::FileKind::regular)
+        throw files::FileError("read", url.path(), std::string("It is no regular file"));
+    return {.device = static_cast<std::int32_t>(status.device),
+            .inode = status.inode,
+            .size = status.size,
+            .modifiedSeconds = status.modified.seconds,
+            .modifiedNanoseconds = status.modified.nanoseconds,
+            .changedSeconds = status.changed.seconds,
+            .changedNanoseconds = status.changed.nanoseconds};
+}
+
+} // namespace lumisort::similarity

@@ -1,0 +1,87 @@
+#include "similarity/NearDuplicateScan.h"
+
+#include "platform/tasks/Cancellation.h"
+#include "platform/tasks/ProgressThrottle.h"
+#include "platform/tasks/WorkerPool.h"
+#include "similarity/Fingerprinting.h"
+#include "similarity/Grouping.h"
+#include "similarity/PathOrder.h"
+
+#include <exception>
+#include <utility>
+
+namespace lumisort::similarity::SimilarityEngine {
+
+namespace {
+
+std::optional<CachedFingerprint> extractUnlessChanged(const ScanServices& services, const files::FileUrl& url,
+                                                      const FingerprintCache& cache,
+                                                      const std::stop_token& stop) {
+    tasks::checkCancelled(stop);
+    const auto before = library::FingerprintStamp::read(services.system, url);
+    const auto known = cache.find(url);
+    const bool unchanged = known != cache.end() && known->second.stamp == before;
+    tasks::checkCancelled(stop);
+    CachedFingerprint cached{before, unchanged ? known->second.fingerprint : services.fingerprint(url, stop)};
+    tasks::checkCancelled(stop);
+    if (library::FingerprintStamp::read(services.system, url) != before) return std::nullopt;
+    return cached;
+}
+
+ExtractedFingerprint extract(const ScanServices& services, const files::FileUrl& url, std::size_t index,
+                             const FingerprintCache& cache, const std::stop_token& stop) {
+    try {
+        return {index, extractUnlessChanged(services, url, cache, stop)};
+    } catch (const tasks::Cancelled&) {
+        throw;
+    } catch (const std::exception&) {
+        return {index, std::nullopt};
+    }
+}
+
+} // namespace
+
+ScanServices ScanServices::real() {
+    return {.system = files::FileSystem::real(),
+            .clock = time::Clock::system(),
+            .fingerprint = [](const files::FileUrl& url, const std::stop_token& stop) {
+                return SimilarityEngine::fingerprint(url, stop);
+            }};
+}
+
+SimilarityResult scan(const ScanServices& services, std::vector<library::Photo> photos, SimilarityLevel level,
+                      const FingerprintCache& cache, int concurrency, const ScanProgress& progress,
+                      const std::stop_token& stop) {
+    tasks::checkCancelled(stop);
+    photos = sortedByPath(std::move(photos));
+    tasks::ProgressThrottle throttle(services.clock);
+    auto extracted = tasks::orderedWorkers(
+        photos.size(), concurrency,
+        [&](std::size_t index, const std::stop_token& workerStop) {
+            return extract(services, photos[index].url, index, cache, workerStop);
+        },
+        [&](std::size_t completed) {
+            if (progress && throttle.due(completed, photos.size())) progress(completed, photos.size());
+        },
+        stop);
+    tasks::checkCancelled(stop);
+
+    SimilarityResult result;
+    std::vector<GroupingItem> items;
+    for (auto& [index, cached] : extracted) {
+        if (!cached) {
+            ++result.unreadable;
+            continue;
+        }
+        const auto& photo = photos[index];
+        const auto& kept = result.cache.insert_or_assign(photo.url, std::move(*cached)).first->second;
+        if (kept.fingerprint.isLowDetail())
+            ++result.lowDetail;
+        else
+            items.push_back({photo, kept.fingerprint});
+    }
+    result.groups = group(items, level, stop);
+    return result;
+}
+
+} // namespace lumisort::similarity::SimilarityEngine

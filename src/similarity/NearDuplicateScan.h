@@ -1,0 +1,69 @@
+#pragma once
+
+#include "library/FingerprintStamp.h"
+#include "library/Photo.h"
+#include "platform/files/FileSystem.h"
+#include "platform/time/Clock.h"
+#include "similarity/SimilarityGroup.h"
+#include "similarity/SimilarityLevel.h"
+#include "similarity/VisualFingerprint.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <stop_token>
+#include <unordered_map>
+#include <vector>
+
+namespace lumisort::similarity {
+
+/// A fingerprint and the state of the file that it was taken of.
+struct CachedFingerprint {
+    library::FingerprintStamp stamp;
+    VisualFingerprint fingerprint;
+
+    friend bool operator==(const CachedFingerprint&, const CachedFingerprint&) = default;
+};
+
+using FingerprintCache = std::unordered_map<files::FileUrl, CachedFingerprint>;
+
+/// What one worker made of one photo.
+struct ExtractedFingerprint {
+    std::size_t index = 0;                   ///< among the photos in path order
+    std::optional<CachedFingerprint> cached; ///< none where the photo could not be fingerprinted
+};
+
+struct SimilarityResult {
+    std::vector<SimilarityGroup> groups;
+    FingerprintCache
+        cache; ///< the photos of this run that have a fingerprint, plain ones included, and no others
+    std::size_t unreadable = 0;
+    std::size_t lowDetail = 0; ///< photos too plain to be compared
+};
+
+namespace SimilarityEngine {
+
+/// What a scan needs of the world outside; tests put their own in place.
+struct ScanServices {
+    files::FileSystem& system;
+    time::Clock clock;
+    std::function<VisualFingerprint(const files::FileUrl&, const std::stop_token&)> fingerprint;
+
+    /// The machine's files and clock, and SimilarityEngine::fingerprint.
+    static ScanServices real();
+};
+
+/// Called on the thread that runs the scan.
+using ScanProgress = std::function<void(std::size_t completed, std::size_t total)>;
+
+/// Fingerprints `photos` with 1…4 workers, reusing what `cache` holds of files that have not changed since,
+/// and groups them in path order. A photo that cannot be read, or changes while it is, counts as unreadable
+/// and stops nothing. Reports the first photo finished, the last, and in between at most ten a second. Throws
+/// tasks::Cancelled alone, once all workers have ended.
+SimilarityResult scan(const ScanServices& services, std::vector<library::Photo> photos, SimilarityLevel level,
+                      const FingerprintCache& cache, int concurrency, const ScanProgress& progress,
+                      const std::stop_token& stop = {});
+
+} // namespace SimilarityEngine
+
+} // namespace lumisort::similarity
