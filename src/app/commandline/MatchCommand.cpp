@@ -1,0 +1,59 @@
+#include "app/commandline/Command.h"
+#include "app/commandline/Folders.h"
+#include "app/commandline/Matches.h"
+
+#include <CLI/CLI.hpp>
+
+namespace lumisort::app {
+
+namespace {
+
+struct MatchOptions {
+    std::vector<std::string> folders;
+    std::string method = "visual";
+    std::string level = "balanced";
+    bool json = false;
+};
+
+ExitStatus match(const MatchOptions& options, Surroundings& with) {
+    const auto method = std::map<std::string, decltype(&exactMatches)>{
+        {"exact", &exactMatches},
+        {"near", &nearMatches},
+        {"visual",
+         &visualMatches}}.at(options.method);
+    const auto level =
+        std::map<std::string, similarity::SimilarityLevel>{
+            {"strict", similarity::SimilarityLevel::strict},
+            {"balanced", similarity::SimilarityLevel::balanced},
+            {"loose", similarity::SimilarityLevel::loose}}
+            .at(options.level);
+    const auto found = scanFolders(folderArguments(options.folders), with);
+    const auto matches = method(found.photos, level, with);
+    with.progress.clear();
+    if (options.json)
+        printJson(matches, with.out);
+    else
+        printText(matches, with.out);
+    if (found.skipped) with.notes << found.skipped << " unreadable files were left out\n";
+    return found.skipped || matches.failed() ? ExitStatus::doneWithFailures : ExitStatus::done;
+}
+
+} // namespace
+
+void addMatchCommand(CLI::App& program, Command& chosen) {
+    auto* command =
+        program.add_subcommand("match", "Group photos that are copies of each other or look alike");
+    const auto options = std::make_shared<MatchOptions>();
+    command->add_option("FOLDER", options->folders, "Folders to look through")->required();
+    command->add_option("--method", options->method, "What counts as a match")
+        ->check(CLI::IsMember({"exact", "near", "visual"}))
+        ->capture_default_str();
+    command->add_option("--level", options->level, "How alike photos must be (near, visual)")
+        ->check(CLI::IsMember({"strict", "balanced", "loose"}))
+        ->capture_default_str();
+    command->add_flag("--json", options->json, "Print JSON");
+    command->callback(
+        [options, &chosen] { chosen = [options](Surroundings& with) { return match(*options, with); }; });
+}
+
+} // namespace lumisort::app

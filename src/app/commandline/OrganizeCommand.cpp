@@ -1,0 +1,108 @@
+#include "app/commandline/Command.h"
+#include "app/commandline/Folders.h"
+#include "app/commandline/Text.h"
+#include "library/ImportSelection.h"
+#include "library/SessionStore.h"
+#include "organize/ArchiveEngine.h"
+#include "platform/tasks/Cancellation.h"
+#include "platform/text/ByteCount.h"
+
+#include <CLI/CLI.hpp>
+
+namespace lumisort::app {
+
+namespace {
+
+struct OrganizeOptions {
+    std::vector<std::string> folders;
+    std::string destination;
+    std::string library;
+    bool keepDuplicates = false;
+    bool dryRun = false;
+    bool json = false;
+};
+
+/// The photos of the folders less those that the library document marks for cleanup.
+std::vector<library::Photo> chosenPhotos(const OrganizeOptions& options, std::vector<library::Photo> photos) {
+    if (options.library.empty()) return photos;
+    const auto session =
+        library::SessionStore::load(files::FileSystem::real(), fileArgument(options.library));
+    return library::ImportSelection::eligible(photos, session.reviewMarks);
+}
+
+void printFailures(const std::vector<std::string>& failures, std::ostream& notes) {
+    for (const auto& line : failures) notes << printable(line) << '\n';
+}
+
+void printPlan(const organize::ArchivePlan& plan, std::ostream& out) {
+    std::int64_t bytes = 0;
+    for (const auto& item : plan.items) {
+        out << printable(item.source.path()) << "\n  → " << printable(item.destination.path()) << '\n';
+        bytes += item.bytes;
+    }
+    out << counted(std::ssize(plan.items), "photo") << " to copy · " << text::byteCount(bytes);
+    if (plan.duplicates) out << " · " << counted(plan.duplicates, "duplicate") << " left out";
+    if (!plan.failures.empty()) out << " · " << plan.failures.size() << " failed";
+    out << '\n';
+}
+
+void printReport(const organize::ArchiveReport& report, std::ostream& out) {
+    out << counted(std::ssize(report.copied), "photo") << " copied and verified";
+    if (report.duplicates) out << " · " << counted(report.duplicates, "duplicate") << " left out";
+    if (!report.failures.empty()) out << " · " << report.failures.size() << " failed";
+    out << '\n';
+    if (report.logURL) out << "Report: " << printable(report.logURL->path()) << '\n';
+}
+
+ExitStatus organize(const OrganizeOptions& options, Surroundings& with) {
+    const auto destination = folderArgument(options.destination, "copy photos to");
+    auto found = scanFolders(folderArguments(options.folders), with);
+    const auto photos = chosenPhotos(options, std::move(found.photos));
+    const auto progress = [&](double fraction, const std::string& text) {
+        with.progress.show(fraction, text);
+    };
+    const organize::ArchiveEngine engine;
+
+    std::vector<std::string> failures;
+    if (options.dryRun) {
+        const auto plan = engine.plan(photos, destination, !options.keepDuplicates, progress, with.stop);
+        with.progress.clear();
+        tasks::checkCancelled(with.stop);
+        if (options.json)
+            with.out << organize::toJson(plan) << '\n';
+        else
+            printPlan(plan, with.out);
+        failures = plan.failures;
+    } else {
+        const auto report = engine.copy(photos, destination, !options.keepDuplicates, progress, with.stop);
+        with.progress.clear();
+        if (options.json)
+            with.out << organize::toJson(report) << '\n';
+        else
+            printReport(report, with.out);
+        failures = report.failures;
+    }
+    printFailures(failures, with.notes);
+    if (found.skipped) with.notes << counted(found.skipped, "unreadable file") << " left out\n";
+    if (with.stop.stop_requested()) return ExitStatus::interrupted;
+    return found.skipped || !failures.empty() ? ExitStatus::doneWithFailures : ExitStatus::done;
+}
+
+} // namespace
+
+void addOrganizeCommand(CLI::App& program, Command& chosen) {
+    auto* command = program.add_subcommand(
+        "organize", "Copy photos into a new dated folder tree, each copy verified; originals are only read");
+    const auto options = std::make_shared<OrganizeOptions>();
+    command->add_option("FOLDER", options->folders, "Folders whose photos are copied")->required();
+    command->add_option("--to", options->destination, "Existing folder that gets the new tree")->required();
+    command->add_option("--library", options->library,
+                        "Library document whose photos marked For Cleanup are left out");
+    command->add_flag("--keep-duplicates", options->keepDuplicates, "Copy exact duplicates too");
+    command->add_flag("--dry-run", options->dryRun, "Print the plan and copy nothing");
+    command->add_flag("--json", options->json, "Print JSON: the report, or the plan");
+    command->callback(
+        [options, &chosen] { chosen = [options](Surroundings& with) { return organize(*options, with); }; });
+}
+
+} // namespace lumisort::app

@@ -1,0 +1,256 @@
+// The program from outside: what it prints, what it returns, what it leaves behind.
+
+#include "library/SessionStore.h"
+#include "organize/ArchiveReport.h"
+#include "platform/files/FileSystem.h"
+#include "support/TemporaryFolder.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <rapidjson/document.h>
+#include <sched.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+namespace lumisort::app {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+/// A PNG of one grey pixel.
+const std::string
+    tinyPng("\211\120\116\107\015\012\032\012\000\000\000\015\111\110\104\122\000\000\000\001\000\000"
+            "\000\001\010\000\000\000\000\072\176\233\125\000\000\000\012\111\104\101\124\170\234\143"
+            "\150\000\000\000\202\000\201\167\315\162\266\000\000\000\000\111\105\116\104\256\102\140"
+            "\202",
+            67);
+
+std::string contentsOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+struct Finished {
+    int status = -1; ///< exit status, or −signal
+    std::string out, err;
+
+    rapidjson::Document json() const {
+        rapidjson::Document document;
+        document.Parse(out.c_str());
+        EXPECT_FALSE(document.HasParseError()) << out;
+        return document;
+    }
+};
+
+class CommandLineTest : public testing::Test {
+protected:
+    pid_t start(const std::vector<std::string>& arguments) {
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, (folder_.path() / "out").c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, (folder_.path() / "err").c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        std::vector<std::string> words{LUMISORT_PROGRAM};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        std::vector<char*> argv;
+        for (auto& word : words) argv.push_back(word.data());
+        argv.push_back(nullptr);
+        pid_t child = 0;
+        EXPECT_EQ(posix_spawn(&child, LUMISORT_PROGRAM, &actions, nullptr, argv.data(), environ), 0);
+        posix_spawn_file_actions_destroy(&actions);
+        return child;
+    }
+
+    Finished finish(pid_t child) {
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status),
+                contentsOf(folder_.path() / "out"), contentsOf(folder_.path() / "err")};
+    }
+
+    Finished run(const std::vector<std::string>& arguments) { return finish(start(arguments)); }
+
+    std::string photos() const { return (folder_.path() / "photos").string(); }
+    std::string destination() const {
+        const auto path = folder_.path() / "destination";
+        fs::create_directories(path);
+        return path.string();
+    }
+
+    test::TemporaryFolder folder_;
+};
+
+} // namespace
+
+TEST_F(CommandLineTest, SaysWhatItIsAndRefusesWhatItDoesNotKnow) {
+    EXPECT_THAT(run({"--version"}).out, StartsWith("lumisort "));
+    const auto help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    for (const auto* command : {"scan", "match", "fingerprint", "organize", "film"})
+        EXPECT_THAT(help.out, HasSubstr(command));
+    const std::vector<std::vector<std::string>> wrong{{"frobnicate"},
+                                                      {"scan"},
+                                                      {"scan", "--colour", "/tmp"},
+                                                      {"match", "--method", "magic", "/tmp"},
+                                                      {"match", "--level", "odd", "/tmp"},
+                                                      {"organize", "/tmp"},
+                                                      {"film", "inspect", "--stock", "x", "--paper", "y"}};
+    for (const auto& arguments : wrong) {
+        const auto finished = run(arguments);
+        EXPECT_EQ(finished.status, 2) << arguments[0];
+        EXPECT_THAT(finished.out, IsEmpty());
+        EXPECT_THAT(finished.err, testing::Not(IsEmpty()));
+    }
+}
+
+TEST_F(CommandLineTest, NamesTheFolderThatIsMissing) {
+    for (const auto* command : {"scan", "match"}) {
+        const auto finished = run({command, photos()});
+        EXPECT_EQ(finished.status, 3);
+        EXPECT_THAT(finished.err, HasSubstr(photos()));
+        EXPECT_THAT(finished.out, IsEmpty());
+    }
+    fs::create_directory(photos());
+    const auto finished = run({"organize", "--to", (folder_.path() / "nowhere").string(), photos()});
+    EXPECT_EQ(finished.status, 3);
+    EXPECT_THAT(finished.err, HasSubstr("nowhere"));
+}
+
+TEST_F(CommandLineTest, ScansNamesOfEveryKind) {
+    const std::string odd = "photos/new\nline \xff 'quoted\".png";
+    folder_.write(odd, tinyPng);
+    folder_.write("photos/" + std::string(251, 'n') + ".png", tinyPng);
+    auto text = run({"scan", photos()});
+    EXPECT_EQ(text.status, 0) << text.err;
+    EXPECT_THAT(text.out, HasSubstr("new\\x0aline \\xff 'quoted\".png  1 × 1  67 bytes"));
+    EXPECT_THAT(text.err, IsEmpty());
+
+    folder_.write("photos/broken.jpg", "no picture");
+    const auto finished = run({"scan", "--json", photos()});
+    EXPECT_EQ(finished.status, 1);
+    const auto json = finished.json();
+    EXPECT_EQ(json["skipped"].GetInt(), 1);
+    ASSERT_EQ(json["photos"].Size(), 2u);
+    EXPECT_EQ(files::FileUrl::fromString(json["photos"][0]["url"].GetString())->path(),
+              (folder_.path() / odd).string());
+    EXPECT_EQ(json["photos"][0]["width"].GetInt(), 1);
+    EXPECT_FALSE(json["photos"][0].HasMember("date"));
+}
+
+TEST_F(CommandLineTest, MatchesExactCopies) {
+    folder_.write("photos/b.png", tinyPng);
+    folder_.write("photos/a.png", tinyPng);
+    const auto json = run({"match", "--method", "exact", "--json", photos()}).json();
+    ASSERT_EQ(json["groups"].Size(), 1u);
+    EXPECT_THAT(json["groups"][0]["anchor"].GetString(), testing::EndsWith("/a.png"));
+    EXPECT_EQ(json["groups"][0]["photos"].Size(), 2u);
+    EXPECT_EQ(json["failed"].GetInt(), 0);
+    EXPECT_FALSE(json.HasMember("lowDetail"));
+
+    const auto near = run({"match", "--method", "near", "--json", photos()}).json();
+    EXPECT_EQ(near["groups"].Size(), 0u);
+    EXPECT_EQ(near["lowDetail"].GetInt(), 2); // one grey pixel
+}
+
+TEST_F(CommandLineTest, FingerprintsWhatItCanAndNamesTheRest) {
+    const auto good = folder_.write("photos/a.png", tinyPng), bad = folder_.write("photos/b.png", "nothing");
+    const auto finished = run({"fingerprint", "--json", good.path(), bad.path()});
+    EXPECT_EQ(finished.status, 1);
+    const auto json = finished.json();
+    EXPECT_EQ(json[0]["hash"].GetStringLength(), 16u);
+    EXPECT_LT(json[0]["deviation"].GetDouble(), 1e-9);
+    EXPECT_EQ(json[0]["orientationHashes"].Size(), 8u);
+    EXPECT_EQ(json[0]["colors"].Size(), 192u);
+    EXPECT_EQ(json[1]["url"].GetString(), bad.string());
+    EXPECT_TRUE(json[1].HasMember("error"));
+}
+
+TEST_F(CommandLineTest, OrganizesWhatIsNotMarkedAndLeavesTheRest) {
+    const auto kept = folder_.write("photos/a.png", tinyPng),
+               skipped = folder_.write("photos/b.png", tinyPng + "2");
+    folder_.write("photos/copy.png", tinyPng);
+    const auto document = folder_.path() / "library.json";
+    auto& system = files::FileSystem::real();
+    library::SessionStore::save(
+        system, {.reviewMarks = {{skipped.path(), {.decision = library::ReviewDecision::cleanup}}}},
+        files::FileUrl::fromPath(document.string()));
+    const std::vector<std::string> arguments{"organize",        "--to",  destination(), "--library",
+                                             document.string(), "--json"};
+    auto dry = arguments;
+    dry.insert(dry.end(), {"--dry-run", photos()});
+    EXPECT_EQ(run(dry).json()["items"].Size(), 1u);
+    EXPECT_TRUE(fs::is_empty(destination()));
+
+    auto real = arguments;
+    real.push_back(photos());
+    const auto finished = run(real);
+    EXPECT_EQ(finished.status, 0) << finished.err;
+    const auto json = finished.json();
+    ASSERT_EQ(json["copied"].Size(), 1u);
+    EXPECT_EQ(json["copied"][0]["source"].GetString(), kept.string());
+    EXPECT_EQ(json["duplicates"].GetInt(), 1);
+    const auto copy = files::FileUrl::fromString(json["copied"][0]["destination"].GetString());
+    EXPECT_EQ(contentsOf(copy->path()), tinyPng);
+    EXPECT_EQ(
+        copy->parent().path(),
+        json["logURL"].GetString()
+            ? files::FileUrl::fromString(json["logURL"].GetString())->parent().child("Unknown Date").path()
+            : "");
+    EXPECT_EQ(contentsOf(skipped.path()), tinyPng + "2");
+
+    std::ofstream(document) << "{";
+    const auto broken = run(real);
+    EXPECT_EQ(broken.status, 3);
+    EXPECT_THAT(broken.err, HasSubstr("library.json"));
+}
+
+TEST_F(CommandLineTest, AnInterruptLeavesNothingHalfDone) {
+    std::mt19937 random(1);
+    std::string noise(8'000'000, '\0');
+    for (auto& byte : noise) byte = static_cast<char>(random());
+    for (int i = 0; i < 12; ++i)
+        folder_.write("photos/" + std::to_string(i) + ".png", tinyPng + noise + std::to_string(i));
+    for (const std::size_t copies : {1, 2, 5}) {
+        const pid_t child = start({"organize", "--to", destination(), "--json", photos()});
+        const auto made = [&] {
+            std::size_t count = 0;
+            for (const auto& entry : fs::recursive_directory_iterator(destination()))
+                count += entry.path().extension() == ".png";
+            return count;
+        };
+        const auto before = made();
+        const auto running = [child] {
+            siginfo_t info{};
+            return waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+                   info.si_pid == 0;
+        };
+        while (made() < before + copies && running()) sched_yield();
+        kill(child, SIGINT);
+        const auto finished = finish(child);
+        EXPECT_THAT(finished.status, testing::AnyOf(0, 130));
+        for (const auto& entry : fs::recursive_directory_iterator(destination())) {
+            EXPECT_NE(entry.path().extension(), ".partial");
+            if (entry.path().extension() == ".png") {
+                EXPECT_EQ(entry.file_size(),
+                          fs::file_size(photos() + '/' + entry.path().filename().string()));
+            }
+            if (entry.path().filename() == "Lumisort-report.json") {
+                EXPECT_NO_THROW(organize::readReport(files::FileSystem::real(),
+                                                     files::FileUrl::fromPath(entry.path().string())));
+            }
+        }
+    }
+}
+
+} // namespace lumisort::app
