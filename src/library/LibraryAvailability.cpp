@@ -55,10 +55,9 @@ std::string_view title(FolderState state) {
     return "Unavailable";
 }
 
-LibraryAvailability LibraryAvailability::inspect(files::FileSystem& system,
-                                                 std::span<const files::FileUrl> folders,
-                                                 std::span<const Photo> photos, const std::stop_token& stop) {
-    LibraryAvailability found;
+LibrarySurvey survey(files::FileSystem& system, std::span<const files::FileUrl> folders,
+                     std::span<const Photo> photos, const std::stop_token& stop) {
+    LibrarySurvey found;
     std::vector<Container> online;
     for (const auto& folder : folders) {
         tasks::checkCancelled(stop);
@@ -66,15 +65,23 @@ LibraryAvailability LibraryAvailability::inspect(files::FileSystem& system,
         found.folders[folder] = state;
         if (state == FolderState::online) online.emplace_back(folder);
     }
-    found.readable.reserve(photos.size());
     found.stamps.reserve(photos.size());
     for (const auto& photo : photos) {
         tasks::checkCancelled(stop);
-        if (!isInsideAny(online, photo)) continue;
-        if (const auto stamp = readableStamp(system, photo.url)) {
-            found.readable.insert(photo.url);
-            found.stamps.emplace(photo.url, *stamp);
-        }
+        found.stamps.push_back(isInsideAny(online, photo) ? readableStamp(system, photo.url) : std::nullopt);
+    }
+    return found;
+}
+
+LibraryAvailability LibraryAvailability::inspect(files::FileSystem& system,
+                                                 std::span<const files::FileUrl> folders,
+                                                 std::span<const Photo> photos, const std::stop_token& stop) {
+    auto seen = survey(system, folders, photos, stop);
+    LibraryAvailability found{.folders = std::move(seen.folders)};
+    for (std::size_t i = 0; i < photos.size(); ++i) {
+        if (!seen.stamps[i]) continue;
+        found.readable.insert(photos[i].url);
+        found.stamps.emplace(photos[i].url, *seen.stamps[i]);
     }
     return found;
 }

@@ -4,6 +4,7 @@
 #include "library/Photo.h"
 #include "platform/files/FileSystem.h"
 
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <string_view>
@@ -22,6 +23,19 @@ enum class FolderState {
 /// "Online", "Offline", "Unavailable".
 std::string_view title(FolderState state);
 
+/// A look at folders and photos, in the order of the lists that were given.
+struct LibrarySurvey {
+    std::unordered_map<files::FileUrl, FolderState> folders;
+    /// By position of the photo: its current stamp, none where it cannot be read.
+    std::vector<std::optional<FingerprintStamp>> stamps;
+};
+
+/// Looks at every folder and photo: one status query and one access check each, no contents. A photo is
+/// readable while it is a regular file that may be read and lies inside a folder that is online. Blocks; has
+/// no errors, for what cannot be reached is what it reports. Throws tasks::Cancelled only. Any thread.
+LibrarySurvey survey(files::FileSystem& system, std::span<const files::FileUrl> folders,
+                     std::span<const Photo> photos, const std::stop_token& stop = {});
+
 /// Which folders and photos of the library can be reached, at one moment.
 struct LibraryAvailability {
     std::unordered_map<files::FileUrl, FolderState> folders;
@@ -32,8 +46,7 @@ struct LibraryAvailability {
 
     friend bool operator==(const LibraryAvailability&, const LibraryAvailability&) = default;
 
-    /// Looks at every folder and photo: one status query and one access check each, no contents. Blocks; has
-    /// no errors, for what cannot be reached is what it reports. Throws tasks::Cancelled only. Any thread.
+    /// The survey by URL.
     static LibraryAvailability inspect(files::FileSystem& system, std::span<const files::FileUrl> folders,
                                        std::span<const Photo> photos, const std::stop_token& stop = {});
 

@@ -1,0 +1,108 @@
+#include "model/LibraryState.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumisort::model {
+
+using library::FingerprintStamp;
+using library::Photo;
+using library::ReviewDecision;
+
+void LibraryState::setPhotos(std::vector<Photo> photos) {
+    const auto oldRows = std::exchange(rows_, {});
+    const auto oldReach = std::exchange(reach_, {});
+    rows_.reserve(photos.size());
+    std::erase_if(photos, [&](const Photo& photo) {
+        const auto row = static_cast<PhotoRow>(rows_.size());
+        if (!rows_.emplace(photo.url, row).second) return true;
+        const auto known = oldRows.find(photo.url);
+        reach_.push_back(known != oldRows.end() ? oldReach[known->second] : std::nullopt);
+        return false;
+    });
+    photos_ = std::make_shared<const std::vector<Photo>>(std::move(photos));
+    recount();
+}
+
+void LibraryState::setFolders(std::vector<files::FileUrl> folders) {
+    folders_ = std::move(folders);
+}
+
+void LibraryState::setMarks(library::ReviewMarks marks) {
+    marks_ = std::move(marks);
+    recount();
+}
+
+std::optional<PhotoRow> LibraryState::find(const files::FileUrl& url) const {
+    const auto found = rows_.find(url);
+    return found != rows_.end() ? std::optional(found->second) : std::nullopt;
+}
+
+std::optional<ReviewDecision> LibraryState::decision(PhotoRow row) const {
+    if (!reach_[row]) return std::nullopt;
+    const auto mark = marks_.find(photos()[row].url.path());
+    if (mark == marks_.end() || mark->second.stamp != *reach_[row]) return std::nullopt;
+    return mark->second.decision;
+}
+
+std::optional<library::FolderState> LibraryState::folderState(const files::FileUrl& folder) const {
+    const auto found = folderStates_.find(folder);
+    return found != folderStates_.end() ? std::optional(found->second) : std::nullopt;
+}
+
+std::vector<PhotoRow> LibraryState::readableRows() const {
+    std::vector<PhotoRow> rows;
+    rows.reserve(readableCount_);
+    for (PhotoRow row = 0; row < reach_.size(); ++row)
+        if (reach_[row]) rows.push_back(row);
+    return rows;
+}
+
+bool LibraryState::agreesWith(const library::LibrarySurvey& survey) const {
+    return survey.folders == folderStates_ && survey.stamps == reach_;
+}
+
+void LibraryState::apply(library::LibrarySurvey survey) {
+    folderStates_ = std::move(survey.folders);
+    reach_ = std::move(survey.stamps);
+    recount();
+}
+
+void LibraryState::mark(PhotoRow row, std::optional<ReviewDecision> decision, const FingerprintStamp& fresh) {
+    count(row, -1);
+    reach_[row] = fresh;
+    const auto& path = photos()[row].url.path();
+    if (decision)
+        marks_.insert_or_assign(path, library::ReviewMark{*decision, fresh});
+    else
+        marks_.erase(path);
+    count(row, +1);
+}
+
+void LibraryState::rename(PhotoRow row, const Photo& renamed) {
+    auto photos = *photos_;
+    const auto before = std::exchange(photos[row], renamed);
+    photos_ = std::make_shared<const std::vector<Photo>>(std::move(photos));
+    rows_.erase(before.url);
+    rows_[renamed.url] = row;
+    if (auto mark = marks_.extract(before.url.path())) {
+        marks_.erase(renamed.url.path()); // left behind by a file that once had this name
+        mark.key() = renamed.url.path();
+        marks_.insert(std::move(mark));
+    }
+    recount();
+}
+
+void LibraryState::count(PhotoRow row, int step) {
+    readableCount_ += static_cast<std::size_t>(reach_[row] ? step : 0);
+    const auto current = decision(row);
+    if (current == ReviewDecision::keep) importCount_ += static_cast<std::size_t>(step);
+    if (current == ReviewDecision::cleanup) skipCount_ += static_cast<std::size_t>(step);
+}
+
+void LibraryState::recount() {
+    readableCount_ = importCount_ = skipCount_ = 0;
+    for (PhotoRow row = 0; row < reach_.size(); ++row) count(row, +1);
+}
+
+} // namespace lumisort::model

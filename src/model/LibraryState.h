@@ -1,0 +1,78 @@
+#pragma once
+
+#include "library/FingerprintStamp.h"
+#include "library/LibraryAvailability.h"
+#include "library/LibrarySession.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace lumisort::model {
+
+using PhotoRow = std::uint32_t; ///< position of a photo in library order
+
+/// What the library knows, and what follows from it: photos, folders, marks, and which photos can be reached.
+/// A plain value without an event loop; everything that concerns one photo costs the same in a library of ten
+/// photos and of a million. The model owns one.
+class LibraryState {
+public:
+    using Photos = std::shared_ptr<const std::vector<library::Photo>>;
+
+    const std::vector<library::Photo>& photos() const { return *photos_; }
+    /// For a worker: the list as it is now, whatever happens to the library meanwhile.
+    Photos sharedPhotos() const { return photos_; }
+    const std::vector<files::FileUrl>& folders() const { return folders_; }
+    const library::ReviewMarks& marks() const { return marks_; }
+
+    /// Replaces the photos; of two with one URL the first stays. What was known of a photo's reachability
+    /// stays with its URL.
+    void setPhotos(std::vector<library::Photo> photos);
+    void setFolders(std::vector<files::FileUrl> folders);
+    void setMarks(library::ReviewMarks marks);
+
+    std::optional<PhotoRow> find(const files::FileUrl& url) const;
+    bool isReadable(PhotoRow row) const { return reach_[row].has_value(); }
+    /// The photo's stamp in the latest look at it; none while it cannot be read.
+    const std::optional<library::FingerprintStamp>& stamp(PhotoRow row) const { return reach_[row]; }
+    /// The decision that holds now: of a readable photo whose file is as it was when it was marked.
+    std::optional<library::ReviewDecision> decision(PhotoRow row) const;
+    std::optional<library::FolderState> folderState(const files::FileUrl& folder) const;
+
+    /// Rows in library order.
+    std::vector<PhotoRow> readableRows() const;
+    std::size_t readableCount() const { return readableCount_; }
+    std::size_t importCount() const { return importCount_; }
+    std::size_t skipCount() const { return skipCount_; }
+
+    /// Whether the survey, made of these photos and folders, says the same as the last one.
+    bool agreesWith(const library::LibrarySurvey& survey) const;
+    void apply(library::LibrarySurvey survey);
+
+    /// Notes a fresh stamp and the decision with it, or without a decision removes the mark.
+    void mark(PhotoRow row, std::optional<library::ReviewDecision> decision,
+              const library::FingerprintStamp& fresh);
+
+    /// The photo lives under another URL now; mark, stamp and row go with it.
+    void rename(PhotoRow row, const library::Photo& renamed);
+
+    library::LibrarySession session() const { return {*photos_, folders_, marks_}; }
+
+private:
+    void count(PhotoRow row, int step);
+    void recount();
+
+    Photos photos_ = std::make_shared<const std::vector<library::Photo>>();
+    std::vector<files::FileUrl> folders_;
+    library::ReviewMarks marks_;
+    std::unordered_map<files::FileUrl, PhotoRow> rows_;
+    std::unordered_map<files::FileUrl, library::FolderState> folderStates_;
+    std::vector<std::optional<library::FingerprintStamp>> reach_; ///< by row
+    std::size_t readableCount_ = 0, importCount_ = 0, skipCount_ = 0;
+};
+
+} // namespace lumisort::model

@@ -1,0 +1,103 @@
+// Folders that come into the library and leave it.
+
+#include "model/LibraryModel.h"
+
+#include <algorithm>
+
+namespace lumisort::model {
+
+using files::FileUrl;
+using library::Photo;
+
+void LibraryModel::chooseFolder(const std::optional<FileUrl>& startingAt) {
+    if (!busy_) Q_EMIT folderWanted(startingAt);
+}
+
+void LibraryModel::importFolder(const FileUrl& folder) {
+    if (busy_) return;
+    setBusy(true);
+    const auto name = folder.name();
+    say(QStringLiteral("Scanning %1…")
+            .arg(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))));
+    const auto progress = [post = runner_.mainThread(), model = QPointer(this)](std::size_t count) {
+        post([model, count] {
+            // The last reports may come in behind the result.
+            if (model && model->busy_ && !model->similarityRunning_)
+                model->say(QStringLiteral("Scanning %1 photos…").arg(count));
+        });
+    };
+    work_ = runner_.start(
+        this,
+        [scan = with_.scan, folder, progress, stop = ended_.get_token()] {
+            return scan(folder, progress, stop);
+        },
+        [this, folder](Outcome<library::LibraryScanner::Result> result) {
+            applyImport(folder, result ? *std::move(result) : library::LibraryScanner::Result{});
+        });
+}
+
+void LibraryModel::applyImport(const FileUrl& folder, library::LibraryScanner::Result result) {
+    const auto scanned = result.photos.size();
+    auto photos = state_.photos();
+    std::ranges::copy_if(result.photos, std::back_inserter(photos),
+                         [this](const Photo& photo) { return !state_.find(photo.url); });
+    installPhotos(std::move(photos));
+    if (std::ranges::find(folders(), folder) == folders().end()) {
+        auto all = folders();
+        all.push_back(folder);
+        state_.setFolders(std::move(all));
+        ++libraryRevision_;
+        Q_EMIT foldersChanged();
+    }
+    invalidateSimilarity();
+    setSection(QStringLiteral("library"));
+    setBusy(false);
+    auto text = QStringLiteral("%1 photos scanned").arg(scanned);
+    if (result.skipped >= 1) text += QStringLiteral(" · %1 unreadable").arg(result.skipped);
+    say(text);
+    refreshAvailability();
+    saveSession();
+}
+
+void LibraryModel::removeFolder(const FileUrl& folder) {
+    if (busy_) return;
+    auto remainingFolders = folders();
+    std::erase(remainingFolders, folder);
+    state_.setFolders(remainingFolders);
+    ++libraryRevision_;
+    if (selectedFolder_ == folder) {
+        selectedFolder_.reset();
+        if (section_ == QStringLiteral("folder")) setSection(QStringLiteral("library"));
+    }
+    installPhotos(library::LibraryAvailability::retaining(photos(), remainingFolders));
+
+    std::unordered_set<std::string_view> remaining;
+    for (const auto& photo : photos()) remaining.insert(photo.url.path());
+    auto marks = state_.marks();
+    std::erase_if(marks, [&](const auto& entry) { return !remaining.contains(entry.first); });
+    state_.setMarks(std::move(marks));
+    std::erase_if(importPhotos_, [&](const Photo& photo) { return !remaining.contains(photo.url.path()); });
+    derivedChanged();
+    Q_EMIT foldersChanged();
+    setSelected({});
+    invalidateSimilarity();
+    refreshAvailability();
+    say(QStringLiteral("Removed from library · Files unchanged"));
+    saveSession();
+}
+
+void LibraryModel::browseDevice(const FileUrl& volume) {
+    if (busy_) return;
+    if (!library::DeviceDiscovery::mountedDevices(with_.volumes()).contains(volume)) {
+        updateDevices();
+        return;
+    }
+    dismissDevice(volume);
+    chooseFolder(volume);
+}
+
+void LibraryModel::dismissDevice(const FileUrl& volume) {
+    if (std::erase(devices_.pending, volume) > 0) Q_EMIT devicesChanged();
+}
+
+} // namespace lumisort::model

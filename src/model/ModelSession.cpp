@@ -1,0 +1,102 @@
+// Reading the document at start-up, writing it after changes and once more at the end.
+
+#include "library/SessionStore.h"
+#include "model/LibraryModel.h"
+
+namespace lumisort::model {
+
+using library::LibrarySession;
+
+namespace {
+
+/// Changes within this time cost one write.
+constexpr std::chrono::milliseconds saveDelay{300};
+
+bool isMissingFile(const std::exception_ptr& failure) {
+    try {
+        std::rethrow_exception(failure);
+    } catch (const files::FileError& error) {
+        return error.isMissing();
+    } catch (...) {
+        return false;
+    }
+}
+
+} // namespace
+
+void LibraryModel::startLoading() {
+    setBusy(true);
+    loadTask_ = runner_.start(
+        this,
+        [&system = with_.system, url = sessionURL_] { return library::SessionStore::load(system, url); },
+        [this](Outcome<LibrarySession> session) {
+            if (session) {
+                restore(*std::move(session));
+                say(QStringLiteral("Library restored"));
+            } else if (isMissingFile(session.error())) {
+                say(QStringLiteral("Ready"));
+            } else {
+                documentUnreadable_ = true;
+                say(QStringLiteral("Could not restore library: ") +
+                    QString::fromStdString(describe(session.error())));
+            }
+            setBusy(false);
+            refreshAvailability();
+        });
+}
+
+void LibraryModel::restore(LibrarySession session) {
+    state_.setMarks(std::move(session.reviewMarks));
+    state_.setFolders(std::move(session.folders));
+    installPhotos(std::move(session.photos));
+    Q_EMIT foldersChanged();
+}
+
+void LibraryModel::saveSession() {
+    sessionDirty_ = true;
+    // Every change asks for a write, so the state when the time is up is that of the last request: taking it
+    // then keeps a mark in a large library from paying for a copy of the marks.
+    with_.after(saveDelay, this, [this, request = ++saveRequest_] {
+        if (request == saveRequest_) writeSession();
+    });
+}
+
+QFuture<void> LibraryModel::writeSession() {
+    struct Snapshot {
+        LibraryState::Photos photos;
+        std::vector<files::FileUrl> folders;
+        library::ReviewMarks marks;
+    };
+    auto snapshot = std::make_shared<Snapshot>(state_.sharedPhotos(), state_.folders(), state_.marks());
+    const bool setAside = std::exchange(documentUnreadable_, false);
+    return runner_.start(
+        [this](std::function<void()> job) { sessionWriter_.post(std::move(job)); }, this,
+        [&system = with_.system, now = with_.clock.now, url = sessionURL_, snapshot, setAside] {
+            if (setAside) library::SessionStore::setAsideUnreadable(system, url, now());
+            library::SessionStore::save(system, {*snapshot->photos, snapshot->folders, snapshot->marks}, url);
+        },
+        [this, setAside](const Outcome<void>& outcome) {
+            if (outcome) return;
+            documentUnreadable_ = documentUnreadable_ || setAside;
+            say(QStringLiteral("Could not save library: ") +
+                QString::fromStdString(describe(outcome.error())));
+        });
+}
+
+QFuture<void> LibraryModel::flushSession() {
+    auto done = std::make_shared<QPromise<void>>();
+    done->start();
+    whenFinished(loadTask_, this, [this, done] {
+        whenFinished(markTask_, this, [this, done] {
+            if (!sessionDirty_) {
+                done->finish();
+                return;
+            }
+            ++saveRequest_; // the write that was waiting for its time is this one
+            whenFinished(writeSession(), this, [done] { done->finish(); });
+        });
+    });
+    return done->future();
+}
+
+} // namespace lumisort::model

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "library/SessionStore.h"
+#include "model/LibraryModel.h"
+#include "support/MemoryFileSystem.h"
+
+#include <gmock/gmock.h>
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace lumisort::model {
+
+/// A machine around a model: files in memory, drives, timers and background jobs that move when the test says
+/// so.
+class ModelWorld : public testing::Test {
+protected:
+    static files::FileUrl url(std::string_view path) { return files::FileUrl::fromPath(path); }
+    static library::Photo photo(std::string_view path) { return {.url = url(path), .bytes = 1}; }
+
+    ModelSurroundings surroundings() {
+        ModelSurroundings with{
+            .system = system_,
+            .clock = {.now = [] { return time::Timestamp(0); }, .uptimeSeconds = [] { return 0.0; }}};
+        with.volumes = [this] { return volumes_; };
+        with.background = [this](std::function<void()> job) { jobs_.push_back(std::move(job)); };
+        with.after = [this](std::chrono::milliseconds, QObject*, std::function<void()> function) {
+            timers_.push_back(std::move(function));
+        };
+        with.scan = [this](const files::FileUrl&, const library::LibraryScanner::Progress& progress,
+                           const std::stop_token&) {
+            if (scanned_.photos.size() >= 100) progress(100);
+            return scanned_;
+        };
+        with.engines = engines_;
+        return with;
+    }
+
+    /// A model with the document in place, read and looked at.
+    std::unique_ptr<LibraryModel> model(const library::LibrarySession& session = {}) {
+        auto made = std::make_unique<LibraryModel>(document_, session, surroundings());
+        settle();
+        return made;
+    }
+
+    /// A library of /p with these names, each a file.
+    library::LibrarySession libraryOf(const std::vector<std::string>& names) {
+        library::LibrarySession session{.folders = {url("/p/")}};
+        for (const auto& name : names) {
+            system_.write("/p/" + name, name);
+            session.photos.push_back(photo("/p/" + name));
+        }
+        return session;
+    }
+
+    void runOneJob() {
+        auto job = std::move(jobs_.front());
+        jobs_.pop_front();
+        job();
+        QCoreApplication::processEvents();
+    }
+
+    /// Runs background jobs and their answers until nothing is under way. Timers keep waiting.
+    void settle() {
+        QCoreApplication::processEvents();
+        while (!jobs_.empty()) runOneJob();
+    }
+
+    /// The time of every timer is up; the writer has written.
+    void letTimersFire() {
+        for (auto& timer : std::exchange(timers_, {})) timer();
+        settle();
+    }
+
+    void finish(const QFuture<void>& task) {
+        const QDeadlineTimer deadline(10'000);
+        while (!task.isFinished() && !deadline.hasExpired()) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+            while (!jobs_.empty()) runOneJob();
+        }
+        ASSERT_TRUE(task.isFinished());
+    }
+
+    library::LibrarySession onDisk() { return library::SessionStore::load(system_, document_); }
+
+    test::MemoryFileSystem system_;
+    files::FileUrl document_ = url("/data/Lumisort/library.json");
+    std::vector<desktop::Volume> volumes_;
+    std::deque<std::function<void()>> jobs_;
+    std::vector<std::function<void()>> timers_;
+    library::LibraryScanner::Result scanned_;
+    SimilarityEngines engines_ = SimilarityEngines::real();
+};
+
+} // namespace lumisort::model

@@ -1,0 +1,119 @@
+#include "ModelWorld.h"
+
+#include <cerrno>
+
+namespace lumisort::model {
+
+using library::ReviewDecision;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+
+namespace {
+
+class SessionTest : public ModelWorld {
+protected:
+    std::unique_ptr<LibraryModel> started() {
+        auto made = std::make_unique<LibraryModel>(document_, std::nullopt, surroundings());
+        EXPECT_TRUE(made->busy());
+        settle();
+        EXPECT_FALSE(made->busy());
+        return made;
+    }
+};
+
+} // namespace
+
+TEST_F(SessionTest, StartsWithWhatTheDocumentHolds) {
+    EXPECT_EQ(started()->status(), "Ready"); // no document yet
+
+    const auto session = libraryOf({"a.jpg", "b.jpg"});
+    library::SessionStore::save(system_, session, document_);
+    const auto model = started();
+    EXPECT_EQ(model->photos(), session.photos);
+    EXPECT_EQ(model->folders(), session.folders);
+    EXPECT_EQ(model->availableCount(), 2);
+}
+
+TEST_F(SessionTest, SetsAnUnreadableDocumentAsideBeforeItWrites) {
+    for (const std::string_view text :
+         {"", "{", "[]", R"({"photos":[]})", R"({"photos":[{}],"folders":[]})",
+          R"({"photos":[],"folders":[],"reviewMarks":{"/a":{"decision":"Maybe"}}})"}) {
+        system_.write(document_.path(), text);
+        const auto model = started();
+        EXPECT_THAT(model->status().toStdString(), StartsWith("Could not restore library: "));
+        EXPECT_THAT(model->photos(), IsEmpty());
+        EXPECT_EQ(system_.contents(document_.path()), text);
+
+        model->removeFolder(url("/none")); // asks for a save
+        finish(model->flushSession());
+        EXPECT_THAT(onDisk().photos, IsEmpty());
+        const auto kept = system_.filesBelow("/data/Lumisort");
+        ASSERT_THAT(kept, SizeIs(2));
+        EXPECT_THAT(kept[1], StartsWith(document_.path() + ".unreadable-"));
+        EXPECT_EQ(system_.contents(kept[1]), text);
+        system_.remove(kept[1]);
+    }
+}
+
+TEST_F(SessionTest, ABurstOfChangesCostsOneWriteOfTheLastState) {
+    const auto session = libraryOf({"a.jpg", "b.jpg", "c.jpg"});
+    const auto model = this->model(session);
+    int writes = 0;
+    system_.before = [&](std::string_view operation, const std::string&) {
+        writes += operation == "replace";
+    };
+    for (const auto& each : session.photos) model->mark({each}, ReviewDecision::keep);
+    settle();
+    EXPECT_EQ(writes, 0);
+    letTimersFire();
+    finish(model->flushSession()); // behind the debounced write on the same thread
+    EXPECT_LE(writes, 2);
+    EXPECT_THAT(onDisk().reviewMarks, SizeIs(3));
+}
+
+TEST_F(SessionTest, AFlushWaitsForMarksAndWritesOnlyWhatChanged) {
+    const auto session = libraryOf({"a.jpg"});
+    {
+        const auto model = this->model(session);
+        finish(model->flushSession());
+        EXPECT_FALSE(system_.contents(document_.path())); // nothing was changed
+    }
+    const auto model = this->model(session);
+    model->mark(session.photos, ReviewDecision::cleanup);
+    const auto flushed = model->flushSession(); // before the mark's stamp was read, before the timer
+    EXPECT_FALSE(flushed.isFinished());
+    finish(flushed);
+    EXPECT_EQ(onDisk().reviewMarks.at("/p/a.jpg").decision, ReviewDecision::cleanup);
+}
+
+TEST_F(SessionTest, AFailedSaveIsSaidAndTheNextOneTriesAgain) {
+    const auto session = libraryOf({"a.jpg"});
+    const auto model = this->model(session);
+    system_.write("/data", "a file where the folder should be");
+    model->mark(session.photos, ReviewDecision::keep);
+    settle();
+    letTimersFire();
+    const QDeadlineTimer deadline(10'000);
+    while (!model->status().startsWith(u"Could not save") && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    EXPECT_THAT(model->status().toStdString(), StartsWith("Could not save library: "));
+    EXPECT_EQ(model->importCount(), 1);
+
+    system_.remove("/data");
+    finish(model->flushSession());
+    EXPECT_THAT(onDisk().reviewMarks, SizeIs(1));
+}
+
+TEST_F(SessionTest, AnswersThatComeAfterTheModelAreDropped) {
+    const auto session = libraryOf({"a.jpg"});
+    auto model = this->model(session);
+    model->mark(session.photos, ReviewDecision::keep);
+    model->refreshAvailability();
+    model->findSimilar();
+    model.reset();
+    settle(); // the sanitizers watch
+}
+
+} // namespace lumisort::model
