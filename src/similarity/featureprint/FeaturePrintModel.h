@@ -56,7 +56,7 @@ public:
 
     const FeaturePrintIdentity& identity() const noexcept { return identity_; }
 
-    /// The working memory of one thread, about 3 MB, for any model. It holds no results between calls.
+    /// The working memory of one thread, 2.5 MB, for any model. It holds no results between calls.
     class Scratch {
     public:
         Scratch();
@@ -71,9 +71,10 @@ public:
     };
 
     /// The print of a whole, upright picture, whatever its proportions; transparent parts count as white.
-    /// Takes about ten milliseconds on one core, so it looks at no stop token. Allocates nothing, except once
-    /// in a Scratch that meets its first picture wider than 1,024 pixels. Equal pictures give equal prints to
-    /// the last bit on one machine, whatever other threads do. Throws FeaturePrintError `noPrint`.
+    /// Takes less than ten milliseconds on one core, so it looks at no stop token. Allocates nothing, unless
+    /// the picture is wider than 1,024 pixels or transparent, and larger than all such before it in this
+    /// Scratch. Equal pictures give equal prints to the last bit on one machine, whatever other threads do.
+    /// Throws FeaturePrintError `noPrint`.
     FeaturePrint print(const images::Bitmap& photo, Scratch& scratch) const;
 
 private:

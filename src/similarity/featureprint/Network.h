@@ -9,7 +9,7 @@
 
 namespace lumisort::similarity {
 
-/// The working memory of one run, 2.8 MB. Maps are stored row by row and pixel by pixel, a pixel's channels
+/// The working memory of one run, 2.5 MB. Maps are stored row by row and pixel by pixel, a pixel's channels
 /// together.
 struct NetworkBuffers {
     NetworkBuffers();
