@@ -18,6 +18,8 @@ struct FilmReconstructedSpectrum {
     bool usedFallback = false;
     int iterations = 0;
     bool inputWasClamped = false;
+
+    friend bool operator==(const FilmReconstructedSpectrum&, const FilmReconstructedSpectrum&) = default;
 };
 
 /// Finds for a linear RGB colour a smooth reflectance, nowhere below 0 or above 1, that shows it: a

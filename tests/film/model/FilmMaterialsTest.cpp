@@ -1,5 +1,8 @@
 #include "film/model/FilmMaterials.h"
 
+#include "film/model/FilmPaper.h"
+#include "film/model/FilmStock.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -108,6 +111,24 @@ TEST(Portra400, SaysWhereEachGroupOfNumbersComesFrom) {
     EXPECT_EQ(materialEvidenceFromRawValue("guess"), std::nullopt);
     EXPECT_EQ(profile.grain.provenance, profile.provenance[5]);
     EXPECT_EQ(profile.halation.provenance, profile.provenance[6]);
+}
+
+// What documents store and people read.
+TEST(FilmChoices, KeepTheirNames) {
+    std::string names;
+    for (const FilmStock stock : allFilmStocks) {
+        names.append(rawValue(stock)).append("=").append(title(stock)).append(", ");
+        EXPECT_EQ(filmStockFromRawValue(rawValue(stock)), stock);
+    }
+    for (const FilmPaper paper : allFilmPapers) {
+        names.append(rawValue(paper)).append("=").append(title(paper)).append(", ");
+        EXPECT_EQ(filmPaperFromRawValue(rawValue(paper)), paper);
+    }
+    EXPECT_EQ(names,
+              "portra400=Portrait 400 Study, color100=Color 100, color400=Color 400, mono400=Mono 400, "
+              "glossy=Standard, soft=Soft, ");
+    EXPECT_EQ(filmStockFromRawValue("Mono 400"), std::nullopt);
+    EXPECT_EQ(filmPaperFromRawValue(""), std::nullopt);
 }
 
 TEST(Portra400, HasGrainAndHalationInMicrometres) {

@@ -6,6 +6,7 @@
 #include "platform/tasks/Cancellation.h"
 
 #include <gtest/gtest.h>
+#include <hwy/targets.h>
 
 #include <atomic>
 #include <cmath>
@@ -117,6 +118,21 @@ TEST(Optics, AreTheSameForAnyNumberOfWorkers) {
         EXPECT_EQ(many.paper, one.paper);
         EXPECT_EQ(many.curves, one.curves);
     }
+}
+
+// No instruction set may round differently.
+TEST(Optics, AreTheSameOnAnyProcessor) {
+    const FilmOptics best = buildOptics(FilmStock::portra400, FilmPaper::glossy);
+    for (const std::int64_t target : hwy::SupportedAndGeneratedTargets()) {
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().DeInit();
+        const FilmOptics other = buildOptics(FilmStock::portra400, FilmPaper::glossy);
+        EXPECT_EQ(other.exposure, best.exposure) << hwy::TargetName(target);
+        EXPECT_EQ(other.negative, best.negative) << hwy::TargetName(target);
+        EXPECT_EQ(other.paper, best.paper) << hwy::TargetName(target);
+    }
+    hwy::SetSupportedTargetsForTest(0);
+    hwy::GetChosenTarget().DeInit();
 }
 
 TEST(Optics, StopWhenAsked) {

@@ -98,6 +98,10 @@ TEST(FilmSpectralModel, ObeysItsLaws) {
     const FilmSpectralModel measured(FilmStock::portra400, FilmPaper::glossy);
     EXPECT_EQ(measured.baseDensities.front(), 0.70);
     EXPECT_EQ(measured.baseDensities.back(), 0.22);
+    EXPECT_EQ(measured.grainDensity, 0.04);
+    EXPECT_EQ(FilmSpectralModel(FilmStock::color100, FilmPaper::soft).grainDensity, 0.035);
+    EXPECT_EQ(FilmSpectralModel(FilmStock::color400, FilmPaper::soft).grainDensity, 0.065);
+    EXPECT_EQ(FilmSpectralModel(FilmStock::mono400, FilmPaper::soft).grainDensity, 0.075);
 }
 
 TEST(FilmSpectralModel, DevelopsAnyNumberWithinTheFilmsRange) {

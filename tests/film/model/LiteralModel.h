@@ -25,6 +25,69 @@ inline double determinant(const Columns& m) {
            m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
 }
 
+struct Search {
+    Vector3 c, rgb;
+    int iterations = 0;
+    bool rejected = false, singular = false, shortened = false; ///< what happened on the way
+};
+
+/// The damped search for c with rgb = target, from (0, 0, start); `evaluate` gives rgb and its columns.
+template <class Evaluate>
+Search search(const Evaluate& evaluate, const Vector3& target, double start, int maximumIterations) {
+    const auto squared = [&](const Vector3& rgb) { return dot(rgb - target, rgb - target); };
+    Search s{.c = {0, 0, start}};
+    Columns jacobian;
+    s.rgb = evaluate(s.c, jacobian);
+    double damping = 1e-5;
+    while (s.iterations < maximumIterations && damping <= 1e12) {
+        ++s.iterations;
+        const Vector3 residual = target - s.rgb;
+        if (largestMagnitude(residual) <= 1e-8) break;
+        Columns a;
+        std::array<double, 3> b;
+        for (std::size_t k = 0; k < 3; ++k) {
+            const Vector3 column{jacobian[k]};
+            for (std::size_t l = 0; l < 3; ++l) a[k][l] = dot(column, Vector3{jacobian[l]});
+            a[k][k] += damping * std::max(a[k][k], 1e-6);
+            b[k] = dot(column, residual);
+        }
+        const double d = determinant(a);
+        if (!(std::abs(d) >= 1e-30)) {
+            s.singular = true;
+            damping *= 10;
+            continue;
+        }
+        Vector3 step;
+        for (std::size_t k = 0; k < 3; ++k) {
+            Columns replaced = a;
+            for (std::size_t row = 0; row < 3; ++row) replaced[row][k] = b[row];
+            step[k] = determinant(replaced) / d;
+        }
+        if (const double length = largestMagnitude(step); length > 100) {
+            s.shortened = true;
+            step = step * (100 / length);
+        }
+        Columns candidateJacobian;
+        const Vector3 candidate = evaluate(s.c + step, candidateJacobian);
+        if (squared(candidate) < squared(s.rgb)) {
+            s.c = s.c + step;
+            s.rgb = candidate;
+            jacobian = candidateJacobian;
+            damping = std::max(damping / 3, 1e-12);
+        } else {
+            s.rejected = true;
+            damping *= 8;
+        }
+    }
+    return s;
+}
+
+/// Where the search starts: the flat spectrum of the target's mean.
+inline double flatStart(const Vector3& target) {
+    const double mean = std::min(std::max((target[0] + target[1] + target[2]) / 3, 0.01), 0.49);
+    return (2 * mean - 1) / std::sqrt(4 * mean * (1 - mean));
+}
+
 /// The fit of a sigmoid to a target that no channel of which exceeds 1/2.
 inline Fit fit(const std::vector<Vector3>& weights, const Vector3& target, int maximumIterations) {
     std::vector<double> t;
@@ -46,51 +109,10 @@ inline Fit fit(const std::vector<Vector3>& weights, const Vector3& target, int m
         }
         return rgb;
     };
-    const auto squared = [&](const Vector3& rgb) { return dot(rgb - target, rgb - target); };
-
-    const double mean = std::min(std::max((target[0] + target[1] + target[2]) / 3, 0.01), 0.49);
-    Vector3 c{0, 0, (2 * mean - 1) / std::sqrt(4 * mean * (1 - mean))};
-    Columns jacobian;
-    Fit result;
-    result.rgb = evaluate(c, jacobian);
-    double damping = 1e-5;
-    while (result.iterations < maximumIterations && damping <= 1e12) {
-        ++result.iterations;
-        const Vector3 residual = target - result.rgb;
-        if (largestMagnitude(residual) <= 1e-8) break;
-        Columns a;
-        std::array<double, 3> b;
-        for (std::size_t k = 0; k < 3; ++k) {
-            const Vector3 column{jacobian[k]};
-            for (std::size_t l = 0; l < 3; ++l) a[k][l] = dot(column, Vector3{jacobian[l]});
-            a[k][k] += damping * std::max(a[k][k], 1e-6);
-            b[k] = dot(column, residual);
-        }
-        const double d = determinant(a);
-        if (!(std::abs(d) >= 1e-30)) {
-            damping *= 10;
-            continue;
-        }
-        Vector3 step;
-        for (std::size_t k = 0; k < 3; ++k) {
-            Columns replaced = a;
-            for (std::size_t row = 0; row < 3; ++row) replaced[row][k] = b[row];
-            step[k] = determinant(replaced) / d;
-        }
-        if (const double length = largestMagnitude(step); length > 100) step = step * (100 / length);
-        Columns candidateJacobian;
-        const Vector3 candidate = evaluate(c + step, candidateJacobian);
-        if (squared(candidate) < squared(result.rgb)) {
-            c = c + step;
-            result.rgb = candidate;
-            jacobian = candidateJacobian;
-            damping = std::max(damping / 3, 1e-12);
-        } else {
-            damping *= 8;
-        }
-    }
-    for (std::size_t i = 0; i < weights.size(); ++i) {
-        const double z = c[0] * t[i] * t[i] + c[1] * t[i] + c[2];
+    const Search found = search(evaluate, target, flatStart(target), maximumIterations);
+    Fit result{{}, found.iterations, found.rgb};
+    for (const double x : t) {
+        const double z = found.c[0] * x * x + found.c[1] * x + found.c[2];
         result.reflectance.push_back(0.5 * z / std::hypot(1, z) + 0.5);
     }
     return result;
