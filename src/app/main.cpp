@@ -54,6 +54,7 @@ int main(int argc, char** argv) {
     addMatchCommand(program, chosen);
     addFingerprintCommand(program, chosen);
     addOrganizeCommand(program, chosen);
+    addLibraryCommand(program, chosen);
     addFilmCommand(program, chosen);
     try {
         program.parse(argc, argv);

@@ -22,12 +22,16 @@ ReviewDecision readDecision(Value value) {
 
 void write(json::Writer& out, const Photo& photo) {
     out.beginObject();
+    writeFields(out, photo);
+    out.endObject();
+}
+
+void writeFields(json::Writer& out, const Photo& photo) {
     out.key("url").url(photo.url);
     out.key("bytes").integer(photo.bytes);
     out.key("width").integer(photo.width);
     out.key("height").integer(photo.height);
     if (photo.date) out.key("date").timestamp(*photo.date);
-    out.endObject();
 }
 
 Photo readPhoto(Value value) {

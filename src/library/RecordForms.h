@@ -14,6 +14,8 @@ namespace lumisort::library {
 
 /// {"url","bytes","width","height","date"}; all but the date are required.
 void write(json::Writer& out, const Photo& photo);
+/// The same inside an object that the caller has begun, and may put more into.
+void writeFields(json::Writer& out, const Photo& photo);
 Photo readPhoto(json::Value value);
 
 /// {"created","modified","size"}, written in this order, which a document with sorted keys needs; the size is

@@ -2,6 +2,7 @@
 
 #include "library/SessionStore.h"
 #include "organize/ArchiveReport.h"
+#include "platform/files/FileLock.h"
 #include "platform/files/FileSystem.h"
 #include "support/TemporaryFolder.h"
 
@@ -213,6 +214,51 @@ TEST_F(CommandLineTest, OrganizesWhatIsNotMarkedAndLeavesTheRest) {
     const auto broken = run(real);
     EXPECT_EQ(broken.status, 3);
     EXPECT_THAT(broken.err, HasSubstr("library.json"));
+}
+
+TEST_F(CommandLineTest, KeepsALibraryFromRunToRun) {
+    const auto a = folder_.write("photos/a.png", tinyPng), b = folder_.write("photos/b.png", tinyPng + "2");
+    const auto document = (folder_.path() / "data/library.json").string();
+    const auto library = [&](std::vector<std::string> words) {
+        words.insert(words.begin(), "library");
+        words.insert(words.end(), {"--library", document});
+        return run(words);
+    };
+    EXPECT_EQ(library({"add", photos()}).out, "2 photos scanned\n");
+    EXPECT_EQ(library({"mark", "--keep", a.path()}).out, "1 marked\n");
+    EXPECT_EQ(library({"mark", "--cleanup", b.path(), "/nowhere.png"}).status, 1);
+    EXPECT_EQ(library({"rename", a.path(), "holiday"}).out, "Renamed to holiday.png\n");
+    EXPECT_EQ(library({"rename", b.path(), "holiday"}).status, 3);
+    EXPECT_THAT(library({"list", "--section", "keep", "--search", "HOLI"}).out,
+                HasSubstr("/holiday.png  Keep"));
+
+    const auto json = library({"status", "--json"}).json();
+    EXPECT_EQ(json["available"].GetInt(), 2);
+    EXPECT_EQ(json["import"].GetInt(), 1);
+    EXPECT_EQ(json["skip"].GetInt(), 1);
+    EXPECT_STREQ(json["folders"][0]["state"].GetString(), "Online");
+    EXPECT_EQ(
+        run({"organize", "--to", destination(), "--json", "--library", document}).json()["copied"].Size(),
+        1u);
+    EXPECT_EQ(run({"match", "--method", "exact", "--json", "--library", document}).json()["groups"].Size(),
+              0u);
+
+    fs::rename(photos(), photos() + "-unplugged");
+    EXPECT_STREQ(library({"status", "--json"}).json()["folders"][0]["state"].GetString(), "Offline");
+    EXPECT_THAT(library({"list", "--section", "offline"}).out, HasSubstr("2 photos"));
+    EXPECT_EQ(library({"remove", "/elsewhere"}).status, 3);
+    {
+        const auto open = files::FileLock::tryLock(document + ".lock");
+        const auto refused = library({"remove", photos()});
+        EXPECT_EQ(refused.status, 3);
+        EXPECT_THAT(refused.err, HasSubstr("open in another program (process " + std::to_string(getpid())));
+    }
+    EXPECT_EQ(library({"remove", photos()}).status, 0);
+    EXPECT_EQ(library({"status", "--json"}).json()["photos"].GetInt(), 0);
+
+    std::ofstream(document) << "{";
+    EXPECT_EQ(library({"add", destination()}).status, 3);
+    EXPECT_EQ(contentsOf(document), "{");
 }
 
 TEST_F(CommandLineTest, AnInterruptLeavesNothingHalfDone) {

@@ -31,6 +31,7 @@ void addScanCommand(CLI::App& program, Command& chosen);
 void addMatchCommand(CLI::App& program, Command& chosen);
 void addFingerprintCommand(CLI::App& program, Command& chosen);
 void addOrganizeCommand(CLI::App& program, Command& chosen);
+void addLibraryCommand(CLI::App& program, Command& chosen);
 void addFilmCommand(CLI::App& program, Command& chosen);
 
 } // namespace lumisort::app

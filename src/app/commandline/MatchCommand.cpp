@@ -1,6 +1,7 @@
 #include "app/commandline/Command.h"
 #include "app/commandline/Folders.h"
 #include "app/commandline/Matches.h"
+#include "app/commandline/OpenLibrary.h"
 
 #include <CLI/CLI.hpp>
 
@@ -10,6 +11,7 @@ namespace {
 
 struct MatchOptions {
     std::vector<std::string> folders;
+    std::string library;
     std::string method = "visual";
     std::string level = "balanced";
     bool json = false;
@@ -27,7 +29,8 @@ ExitStatus match(const MatchOptions& options, Surroundings& with) {
             {"balanced", similarity::SimilarityLevel::balanced},
             {"loose", similarity::SimilarityLevel::loose}}
             .at(options.level);
-    const auto found = scanFolders(folderArguments(options.folders), with);
+    const auto found = options.folders.empty() ? FoundPhotos{libraryContents(options.library, with).available}
+                                               : scanFolders(folderArguments(options.folders), with);
     const auto matches = method(found.photos, level, with);
     with.progress.clear();
     if (options.json)
@@ -44,7 +47,8 @@ void addMatchCommand(CLI::App& program, Command& chosen) {
     auto* command =
         program.add_subcommand("match", "Group photos that are copies of each other or look alike");
     const auto options = std::make_shared<MatchOptions>();
-    command->add_option("FOLDER", options->folders, "Folders to look through")->required();
+    command->add_option("FOLDER", options->folders, "Folders to look through; without any, the library");
+    command->add_option("--library", options->library, "The library document, in place of the user's own");
     command->add_option("--method", options->method, "What counts as a match")
         ->check(CLI::IsMember({"exact", "near", "visual"}))
         ->capture_default_str();

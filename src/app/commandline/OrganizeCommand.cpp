@@ -1,5 +1,6 @@
 #include "app/commandline/Command.h"
 #include "app/commandline/Folders.h"
+#include "app/commandline/OpenLibrary.h"
 #include "app/commandline/Text.h"
 #include "library/ImportSelection.h"
 #include "library/SessionStore.h"
@@ -22,12 +23,20 @@ struct OrganizeOptions {
     bool json = false;
 };
 
-/// The photos of the folders less those that the library document marks for cleanup.
-std::vector<library::Photo> chosenPhotos(const OrganizeOptions& options, std::vector<library::Photo> photos) {
-    if (options.library.empty()) return photos;
-    const auto session =
-        library::SessionStore::load(files::FileSystem::real(), fileArgument(options.library));
-    return library::ImportSelection::eligible(photos, session.reviewMarks);
+/// The photos to copy: of the folders or, without any, of the library; less those marked for cleanup in the
+/// library document, where one takes part.
+FoundPhotos chosenPhotos(const OrganizeOptions& options, Surroundings& with) {
+    if (options.folders.empty()) {
+        const auto library = libraryContents(options.library, with);
+        return {library::ImportSelection::eligible(library.available, library.marks)};
+    }
+    auto found = scanFolders(folderArguments(options.folders), with);
+    if (!options.library.empty()) {
+        const auto session =
+            library::SessionStore::load(files::FileSystem::real(), fileArgument(options.library));
+        found.photos = library::ImportSelection::eligible(found.photos, session.reviewMarks);
+    }
+    return found;
 }
 
 void printFailures(const std::vector<std::string>& failures, std::ostream& notes) {
@@ -56,8 +65,7 @@ void printReport(const organize::ArchiveReport& report, std::ostream& out) {
 
 ExitStatus organize(const OrganizeOptions& options, Surroundings& with) {
     const auto destination = folderArgument(options.destination, "copy photos to");
-    auto found = scanFolders(folderArguments(options.folders), with);
-    const auto photos = chosenPhotos(options, std::move(found.photos));
+    const auto found = chosenPhotos(options, with);
     const auto progress = [&](double fraction, const std::string& text) {
         with.progress.show(fraction, text);
     };
@@ -65,7 +73,8 @@ ExitStatus organize(const OrganizeOptions& options, Surroundings& with) {
 
     std::vector<std::string> failures;
     if (options.dryRun) {
-        const auto plan = engine.plan(photos, destination, !options.keepDuplicates, progress, with.stop);
+        const auto plan =
+            engine.plan(found.photos, destination, !options.keepDuplicates, progress, with.stop);
         with.progress.clear();
         tasks::checkCancelled(with.stop);
         if (options.json)
@@ -74,7 +83,8 @@ ExitStatus organize(const OrganizeOptions& options, Surroundings& with) {
             printPlan(plan, with.out);
         failures = plan.failures;
     } else {
-        const auto report = engine.copy(photos, destination, !options.keepDuplicates, progress, with.stop);
+        const auto report =
+            engine.copy(found.photos, destination, !options.keepDuplicates, progress, with.stop);
         with.progress.clear();
         if (options.json)
             with.out << organize::toJson(report) << '\n';
@@ -94,7 +104,8 @@ void addOrganizeCommand(CLI::App& program, Command& chosen) {
     auto* command = program.add_subcommand(
         "organize", "Copy photos into a new dated folder tree, each copy verified; originals are only read");
     const auto options = std::make_shared<OrganizeOptions>();
-    command->add_option("FOLDER", options->folders, "Folders whose photos are copied")->required();
+    command->add_option("FOLDER", options->folders,
+                        "Folders whose photos are copied; without any, those of the library");
     command->add_option("--to", options->destination, "Existing folder that gets the new tree")->required();
     command->add_option("--library", options->library,
                         "Library document whose photos marked For Cleanup are left out");

@@ -1,0 +1,87 @@
+#include "app/commandline/OpenLibrary.h"
+
+#include "app/commandline/Folders.h"
+#include "app/commandline/Text.h"
+#include "library/SessionStore.h"
+#include "platform/tasks/Cancellation.h"
+
+#include <QEventLoop>
+#include <QTimer>
+#include <chrono>
+#include <stdexcept>
+
+namespace lumisort::app {
+
+namespace {
+
+/// How soon an interrupt is noticed.
+constexpr std::chrono::milliseconds stopInterval{50};
+
+files::FileUrl documentAt(const std::string& path) {
+    return path.empty() ? library::SessionStore::location() : fileArgument(path);
+}
+
+files::FileLock lockOf(const files::FileUrl& document) {
+    const auto path = document.path() + ".lock";
+    if (auto lock = files::FileLock::tryLock(path)) return *std::move(lock);
+    std::string message = "The library “" + printable(document.path()) + "” is open in another program";
+    if (const auto process = files::FileLock::holder(path))
+        message += " (process " + std::to_string(*process) + ")";
+    throw std::runtime_error(message + ".");
+}
+
+std::unique_ptr<QCoreApplication> application() {
+    static char name[] = "lumisort";
+    static char* arguments[] = {name, nullptr};
+    static int count = 1; // the application keeps a reference to all three
+    return std::make_unique<QCoreApplication>(count, arguments);
+}
+
+} // namespace
+
+OpenLibrary::OpenLibrary(const std::string& document, const Surroundings& with)
+    : stop_(with.stop), document_(documentAt(document)), lock_(lockOf(document_)),
+      application_(application()), model_(std::make_unique<model::LibraryModel>(document_)) {
+    wait(model_->loading());
+    if (model_->status().startsWith(QStringLiteral("Could not")))
+        throw std::runtime_error(model_->status().toStdString());
+    wait(model_->refreshing());
+}
+
+void OpenLibrary::runUntil(const QFuture<void>& task, bool stoppable) {
+    QEventLoop loop;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &loop, [&] {
+        if (stoppable && stop_.stop_requested()) loop.quit();
+    });
+    watch.start(stopInterval);
+    bool finished = false;
+    model::whenFinished(task, &loop, [&] {
+        finished = true;
+        loop.quit();
+    });
+    if (!finished) loop.exec();
+}
+
+void OpenLibrary::wait(const QFuture<void>& task) {
+    runUntil(task, true);
+    if (!stop_.stop_requested()) return;
+    if (model_) runUntil(model_->flushSession(), false);
+    throw tasks::Cancelled();
+}
+
+void OpenLibrary::close() {
+    wait(model_->working());
+    wait(model_->marking());
+    wait(model_->refreshing());
+    runUntil(model_->flushSession(), false);
+    if (model_->status().startsWith(QStringLiteral("Could not save")))
+        throw std::runtime_error(model_->status().toStdString());
+}
+
+LibraryContents libraryContents(const std::string& document, const Surroundings& with) {
+    const OpenLibrary library(document, with);
+    return {library.model().availablePhotos(), library.model().reviewMarks()};
+}
+
+} // namespace lumisort::app
