@@ -234,8 +234,8 @@ files::FileStatus MemoryFileSystem::status(const std::string& path, Links links)
 
 std::string MemoryFileSystem::readLink(const std::string& path) {
     const auto lock = begin("readLink", path);
-    const auto node = existing("read the link", path, Links::doNotFollow);
-    if (node->status.kind != FileKind::symbolicLink) throw FileError("read the link", path, EINVAL);
+    const auto node = existing("follow", path, Links::doNotFollow);
+    if (node->status.kind != FileKind::symbolicLink) throw FileError("follow", path, EINVAL);
     return node->contents;
 }
 
@@ -277,7 +277,7 @@ void MemoryFileSystem::move(std::string_view action, const std::string& from, co
     const auto source = find(action, from, Links::doNotFollow);
     const auto target = find(action, to, Links::doNotFollow);
     if (!source.node) throw FileError(action, from, ENOENT);
-    if (target.node && !overwrite) throw FileError(action, to, EEXIST);
+    if (target.node && !overwrite) throw FileError("create", to, EEXIST);
     if (target.node && target.node->isFolder()) throw FileError(action, to, EISDIR);
     source.folder->entries.erase(source.name);
     target.folder->entries[target.name] = source.node;
@@ -345,7 +345,7 @@ bool MemoryFileSystem::isReadable(const std::string& path) {
 
 std::int64_t MemoryFileSystem::availableBytes(const std::string& path) {
     const auto lock = begin("availableBytes", path);
-    existing("read the free space at", path, Links::follow);
+    existing("find the free space around", path, Links::follow);
     return freeBytes_;
 }
 

@@ -54,7 +54,8 @@ FileError::FileError(std::string_view action, std::string path, int code)
 
 FileError::FileError(std::string_view action, std::string path, std::string reason)
     : std::runtime_error(sentence(action, path, reason)), path_(std::move(path)),
-      description_("Could not " + std::string(action) + " the file: " + reason) {}
+      description_("Could not " + std::string(action) + (action.ends_with("the folder") ? "" : " the file") +
+                   ": " + reason) {}
 
 bool FileError::isMissing() const {
     return code_ == ENOENT || code_ == ENOTDIR;

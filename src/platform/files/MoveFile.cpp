@@ -20,7 +20,7 @@ bool meansUnsupported(int code) {
 
 /// The failure lies with the target's name when that is taken, with the source otherwise.
 [[noreturn]] void throwMoveError(const std::string& from, const std::string& to, int code) {
-    if (code == EEXIST) throw FileError("move a file to", to, code);
+    if (code == EEXIST) throw FileError("create", to, code);
     throw FileError("move", from, code);
 }
 

@@ -54,7 +54,7 @@ public:
         std::string target(256, '\0');
         while (true) {
             const auto length = ::readlink(path.c_str(), target.data(), target.size());
-            if (length < 0) throw FileError("read the link", path, errno);
+            if (length < 0) throw FileError("follow", path, errno);
             const auto whole = static_cast<std::size_t>(length) < target.size();
             target.resize(whole ? static_cast<std::size_t>(length) : target.size() * 2);
             if (whole) return target;
@@ -130,7 +130,7 @@ public:
     std::int64_t availableBytes(const std::string& path) override {
         struct statvfs record{};
         if (uninterrupted([&] { return ::statvfs(path.c_str(), &record); }) != 0)
-            throw FileError("read the free space at", path, errno);
+            throw FileError("find the free space around", path, errno);
         std::int64_t bytes = 0;
         if (__builtin_mul_overflow(record.f_bavail, record.f_frsize, &bytes))
             return std::numeric_limits<std::int64_t>::max();

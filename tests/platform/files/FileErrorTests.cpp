@@ -33,6 +33,8 @@ TEST(FileError, KnowsWhatIsMissing) {
     const FileError reason("copy", "/a", "It changed while it was copied");
     EXPECT_STREQ(reason.what(), "Could not copy “/a”: It changed while it was copied");
     EXPECT_EQ(reason.code(), 0);
+    EXPECT_EQ(FileError("create the folder", "/a", EROFS).description(),
+              "Could not create the folder: Read-only file system");
 }
 
 } // namespace
