@@ -82,15 +82,18 @@ void ArchiveRun::process(const ArchiveItem& item) {
 }
 
 void ArchiveRun::transfer(const ArchiveItem& item) {
+    const std::string& destination = item.destination.path();
     const std::string partial = root_ + "/." + newUuid_() + ".partial";
+    std::string current = partial;
     try {
         makeVerifiedCopy(item, partial);
-        moveIntoPlace(item, partial);
+        moveIntoPlace(partial, destination);
+        current = destination;
+        flushFolders(item.destination.parent().path());
     } catch (...) {
-        removeIfThere(system_, partial);
+        removeIfThere(system_, current);
         throw;
     }
-    flushFolders(item.destination.parent().path());
 }
 
 void ArchiveRun::makeVerifiedCopy(const ArchiveItem& item, const std::string& partial) {
@@ -104,8 +107,7 @@ void ArchiveRun::makeVerifiedCopy(const ArchiveItem& item, const std::string& pa
         throw files::FileError("verify the copy", item.destination.path(), "It differs from the original");
 }
 
-void ArchiveRun::moveIntoPlace(const ArchiveItem& item, const std::string& partial) {
-    const std::string& destination = item.destination.path();
+void ArchiveRun::moveIntoPlace(const std::string& partial, const std::string& destination) {
     try {
         system_.moveWithoutOverwrite(partial, destination);
     } catch (const files::FileError& error) {

@@ -28,7 +28,7 @@ public:
 private:
     void transfer(const ArchiveItem& item);
     void makeVerifiedCopy(const ArchiveItem& item, const std::string& partial);
-    void moveIntoPlace(const ArchiveItem& item, const std::string& partial);
+    void moveIntoPlace(const std::string& partial, const std::string& destination);
     void flushFolders(const std::string& folder);
 
     files::FileSystem& system_;

@@ -17,8 +17,8 @@ inline constexpr std::string_view checksumFileName = "SHA256SUMS";
 std::string checksumLine(std::string_view digest, std::string_view path);
 
 /// The digests of a run's copies, for `sha256sum -c SHA256SUMS` inside the run's folder. Grows by one line
-/// per copy, which is all that is written, and is flushed each time. A power cut can leave the last line
-/// incomplete. Used by one thread.
+/// per copy, which is all that is written, and is flushed each time. A power cut or a full disk can leave the
+/// last line incomplete. Used by one thread.
 class ChecksumList {
 public:
     /// Nothing is created before the first line.
