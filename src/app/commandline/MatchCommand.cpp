@@ -2,8 +2,14 @@
 #include "app/commandline/Folders.h"
 #include "app/commandline/Matches.h"
 #include "app/commandline/OpenLibrary.h"
+#include "app/commandline/Text.h"
+#include "platform/files/AtomicFile.h"
+#include "similarity/report/ContactSheet.h"
 
 #include <CLI/CLI.hpp>
+
+#include <map>
+#include <thread>
 
 namespace lumisort::app {
 
@@ -14,8 +20,25 @@ struct MatchOptions {
     std::string library;
     std::string method = "visual";
     std::string level = "balanced";
+    std::string contactSheet;
     bool json = false;
 };
+
+void writeContactSheet(const MatchOptions& options, const Matches& matches, Surroundings& with) {
+    const std::map<std::string, std::string> titles{
+        {"exact", "Exact Copies"}, {"near", "Near Duplicates"}, {"visual", "Visual Similarity"}};
+    std::string page;
+    similarity::writeContactSheet(
+        matches.groups,
+        {.title = titles.at(options.method),
+         .subtitle = options.method == "exact" ? "" : options.level,
+         .failures = matches.failures.value_or(std::vector<std::string>{}),
+         .concurrency = static_cast<int>(std::thread::hardware_concurrency())},
+        [&](std::string_view piece) { page += piece; }, with.stop);
+    const auto file = fileArgument(options.contactSheet);
+    files::replaceFile(files::FileSystem::real(), file.path(), page);
+    with.notes << "Written: " << printable(file.path()) << '\n';
+}
 
 ExitStatus match(const MatchOptions& options, Surroundings& with) {
     const auto method = std::map<std::string, decltype(&exactMatches)>{
@@ -33,6 +56,7 @@ ExitStatus match(const MatchOptions& options, Surroundings& with) {
                                                : scanFolders(folderArguments(options.folders), with);
     const auto matches = method(found.photos, level, with);
     with.progress.clear();
+    if (!options.contactSheet.empty()) writeContactSheet(options, matches, with);
     if (options.json)
         printJson(matches, with.out);
     else
@@ -55,6 +79,8 @@ void addMatchCommand(CLI::App& program, Command& chosen) {
     command->add_option("--level", options->level, "How alike photos must be (near, visual)")
         ->check(CLI::IsMember({"strict", "balanced", "loose"}))
         ->capture_default_str();
+    command->add_option("--contact-sheet", options->contactSheet,
+                        "Write the groups with thumbnails into this HTML page");
     command->add_flag("--json", options->json, "Print JSON");
     command->callback(
         [options, &chosen] { chosen = [options](Surroundings& with) { return match(*options, with); }; });
