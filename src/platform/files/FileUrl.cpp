@@ -72,11 +72,16 @@ std::optional<FileUrl> FileUrl::fromString(std::string_view url) {
     return fromPath(*path);
 }
 
+const std::string& FileUrl::emptyPath() {
+    static const std::string empty;
+    return empty;
+}
+
 std::string FileUrl::string() const {
     static constexpr char digits[] = "0123456789ABCDEF";
     std::string url(scheme);
-    url.reserve(scheme.size() + path_.size() + 8);
-    for (const char character : path_) {
+    url.reserve(scheme.size() + path().size() + 8);
+    for (const char character : path()) {
         const auto byte = static_cast<unsigned char>(character);
         if (staysPlain[byte]) {
             url += character;
@@ -91,9 +96,9 @@ std::string FileUrl::string() const {
 }
 
 std::string_view FileUrl::name() const {
-    const std::string_view path = path_;
-    const auto slash = path.rfind('/');
-    return slash == std::string_view::npos ? path : path.substr(slash + 1);
+    const std::string_view whole = path();
+    const auto slash = whole.rfind('/');
+    return slash == std::string_view::npos ? whole : whole.substr(slash + 1);
 }
 
 std::string_view FileUrl::extension() const {
@@ -111,13 +116,13 @@ std::string_view FileUrl::stem() const {
 }
 
 FileUrl FileUrl::parent() const {
-    const auto slash = path_.rfind('/');
+    const auto slash = path().rfind('/');
     if (slash == 0 || slash == std::string::npos) return FileUrl("/", false);
-    return FileUrl(path_.substr(0, slash), true);
+    return FileUrl(path().substr(0, slash), true);
 }
 
 FileUrl FileUrl::child(std::string_view name) const {
-    return fromPath(path_ == "/" ? "/" + std::string(name) : path_ + '/' + std::string(name));
+    return fromPath(path() == "/" ? "/" + std::string(name) : path() + '/' + std::string(name));
 }
 
 } // namespace lumisort::files

@@ -2,6 +2,7 @@
 
 #include <compare>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,9 @@ namespace lumisort::files {
 /// documents as a percent-encoded file URL. Nothing is normalised: "." and "..", doubled slashes and letter
 /// case stay as they are. A folder's URL may end in a slash; that difference is kept and counts in
 /// comparisons, while `path()` never ends in one (except the root itself).
+///
+/// A copy shares the text, so that a library of a million photos can be handed to a worker, or kept in
+/// several lists, without copying a million paths.
 class FileUrl {
 public:
     FileUrl() = default;
@@ -25,12 +29,12 @@ public:
     static std::optional<FileUrl> fromString(std::string_view url);
 
     /// The plain path, as system calls take it.
-    const std::string& path() const { return path_; }
+    const std::string& path() const { return path_ ? *path_ : emptyPath(); }
     /// "file://" and the percent-encoded path. Unreserved and sub-delimiter characters other than ";" stay
     /// as they are (RFC 3986 pchar), all other bytes become %XX in upper case.
     std::string string() const;
     bool endsInSlash() const { return endsInSlash_; }
-    bool empty() const { return path_.empty(); }
+    bool empty() const { return path().empty(); }
 
     /// The last component, "" for the root.
     std::string_view name() const;
@@ -44,13 +48,21 @@ public:
     /// The item `name` inside this folder. `name` may hold slashes.
     FileUrl child(std::string_view name) const;
 
-    friend bool operator==(const FileUrl&, const FileUrl&) = default;
-    friend auto operator<=>(const FileUrl&, const FileUrl&) = default;
+    friend bool operator==(const FileUrl& a, const FileUrl& b) {
+        return (a.path_ == b.path_ || a.path() == b.path()) && a.endsInSlash_ == b.endsInSlash_;
+    }
+    friend std::strong_ordering operator<=>(const FileUrl& a, const FileUrl& b) {
+        const auto paths = a.path() <=> b.path();
+        return paths != 0 ? paths : a.endsInSlash_ <=> b.endsInSlash_;
+    }
 
 private:
-    FileUrl(std::string path, bool endsInSlash) : path_(std::move(path)), endsInSlash_(endsInSlash) {}
+    FileUrl(std::string path, bool endsInSlash)
+        : path_(std::make_shared<const std::string>(std::move(path))), endsInSlash_(endsInSlash) {}
 
-    std::string path_;
+    static const std::string& emptyPath();
+
+    std::shared_ptr<const std::string> path_; ///< none for the empty URL
     bool endsInSlash_ = false;
 };
 
