@@ -29,6 +29,7 @@ figure { margin: 0; min-width: 0; }
 .tile img { width: auto; height: auto; max-width: 100%; max-height: 100%; border-radius: 2px; }
 figcaption { padding-top: 8px; font-size: 11px; color: var(--soft); }
 figcaption div, figcaption a { display: block; overflow: hidden; text-overflow: ellipsis; white-space: nowrap; }
+figcaption div:last-child { direction: rtl; text-align: left; } /* a folder too long loses its beginning */
 figcaption .mark { float: right; padding-left: 8px; font-size: 13px; color: var(--ink); }
 figcaption .anchor { padding: 0 8px; margin-left: 8px; border-radius: 6px; background: var(--accent); color: #fff;
   font-size: 11px; line-height: 18px; }

@@ -1,23 +1,10 @@
 #include "similarity/visual/MatchedGroups.h"
 
 #include "platform/tasks/Cancellation.h"
-#include "platform/text/Collation.h"
 
-#include <algorithm>
 #include <optional>
-#include <string_view>
 
 namespace lumisort::similarity {
-
-std::vector<library::Photo> inPathOrder(const std::vector<library::Photo>& photos) {
-    std::vector<std::string_view> paths;
-    paths.reserve(photos.size());
-    for (const auto& photo : photos) paths.emplace_back(photo.url.path());
-    std::vector<library::Photo> sorted;
-    sorted.reserve(photos.size());
-    for (const std::size_t index : text::canonicalPermutation(paths)) sorted.push_back(photos[index]);
-    return sorted;
-}
 
 std::vector<SimilarityGroup> matchedGroups(const std::vector<library::Photo>& photos,
                                            const std::vector<AnchorMatch>& matches,

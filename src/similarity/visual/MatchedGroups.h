@@ -9,9 +9,6 @@
 
 namespace lumisort::similarity {
 
-/// The photos by path, compared by code points after NFC normalization; equal ones keep their order.
-std::vector<library::Photo> inPathOrder(const std::vector<library::Photo>& photos);
-
 /// The groups of two photos and more that the matches (one for each photo) make, in the order of their
 /// anchors. A photo at another's anchor carries its distance. Throws tasks::Cancelled.
 std::vector<SimilarityGroup> matchedGroups(const std::vector<library::Photo>& photos,

@@ -4,6 +4,7 @@
 #include "platform/tasks/Cancellation.h"
 #include "platform/tasks/ProgressThrottle.h"
 #include "platform/tasks/WorkerPool.h"
+#include "similarity/PathOrder.h"
 #include "similarity/visual/MatchedGroups.h"
 #include "similarity/visual/PhotoDetail.h"
 #include "similarity/visual/PrintMatching.h"
@@ -33,42 +34,41 @@ struct VisionSimilarityEngine::ExtractedFeature {
     std::string failure;
 };
 
-VisionScanResult VisionSimilarityEngine::scan(const std::vector<library::Photo>& photos,
-                                              SimilarityLevel level, const FeaturePrintCache& cache,
-                                              int concurrency, const Progress& progress,
-                                              const std::stop_token& stop) const {
+VisionScanResult VisionSimilarityEngine::scan(std::vector<library::Photo> photos, SimilarityLevel level,
+                                              const FeaturePrintCache& cache, int concurrency,
+                                              const Progress& progress, const std::stop_token& stop) const {
     tasks::checkCancelled(stop);
     if (service_.identity->revision != FeaturePrintModel::revision)
         throw FeaturePrintError(FeaturePrintFailure::unsupported,
                                 "This version of the image features is not supported.");
 
-    const std::vector<library::Photo> sorted = inPathOrder(photos);
+    photos = sortedByPath(std::move(photos));
     tasks::ProgressThrottle throttle(clock_);
     auto extracted = tasks::orderedWorkers(
-        sorted.size(), concurrency,
-        [&](std::size_t index, const std::stop_token& inner) { return extract(sorted[index], cache, inner); },
+        photos.size(), concurrency,
+        [&](std::size_t index, const std::stop_token& inner) { return extract(photos[index], cache, inner); },
         [&](std::size_t completed) {
-            if (throttle.due(completed, sorted.size()))
-                progress(0.75 * static_cast<double>(completed) / static_cast<double>(sorted.size()),
-                         counted("Analyzing", completed, sorted.size()));
+            if (throttle.due(completed, photos.size()))
+                progress(0.75 * static_cast<double>(completed) / static_cast<double>(photos.size()),
+                         counted("Analyzing", completed, photos.size()));
         },
         stop);
 
     VisionScanResult result;
     std::vector<library::Photo> items;
     std::vector<std::shared_ptr<const FeaturePrint>> prints;
-    for (std::size_t index = 0; index < sorted.size(); ++index) {
+    for (std::size_t index = 0; index < photos.size(); ++index) {
         tasks::checkCancelled(stop);
         auto& [cached, failure] = extracted[index];
         if (cached) {
-            items.push_back(sorted[index]);
+            items.push_back(photos[index]);
             prints.push_back(cached->observation);
-            result.cache.insert_or_assign(sorted[index].url, std::move(*cached));
+            result.cache.insert_or_assign(photos[index].url, std::move(*cached));
         } else {
             result.failures.push_back(std::move(failure));
         }
     }
-    if (items.empty() && !sorted.empty())
+    if (items.empty() && !photos.empty())
         throw VisionError(VisionFailure::nothingAnalyzed,
                           "Vision could not analyze any photos. " + result.failures.front());
 

@@ -57,7 +57,7 @@ public:
     /// Throws tasks::Cancelled soon after a stop; FeaturePrintError `unsupported`, before any work, where the
     /// service makes prints of another revision; VisionError `nothingAnalyzed` where there are photos and
     /// none has a print; VisionError `corruptFile` where two prints have no distance.
-    VisionScanResult scan(const std::vector<library::Photo>& photos, SimilarityLevel level,
+    VisionScanResult scan(std::vector<library::Photo> photos, SimilarityLevel level,
                           const FeaturePrintCache& cache, int concurrency, const Progress& progress,
                           const std::stop_token& stop) const;
 
