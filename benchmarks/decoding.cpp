@@ -148,6 +148,7 @@ int main(int argumentCount, char** arguments) {
         std::fprintf(stderr, "usage: %s PHOTO FOLDER\n", arguments[0]);
         return 2;
     }
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     images::initialiseDecoder();
     const fs::path folder = fs::temp_directory_path() / ("lumisort-benchmark-" + std::to_string(getpid()));
     fs::create_directories(folder);

@@ -9,7 +9,7 @@ namespace lumisort::images {
 struct Bitmap {
     int width = 0;
     int height = 0;
-    std::vector<std::uint8_t> rgba{}; ///< 4 · width · height bytes
+    std::vector<std::uint8_t> rgba; ///< 4 · width · height bytes
 };
 
 } // namespace lumisort::images

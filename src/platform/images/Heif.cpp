@@ -34,7 +34,7 @@ struct Stream {
     const FileBytes* file;
     std::stop_token stop;
     std::int64_t position = 0;
-    std::vector<std::uint8_t> window{};
+    std::vector<std::uint8_t> window;
     std::uint64_t windowAt = 0;
 
     /// As ByteSource::read.

@@ -15,9 +15,9 @@ enum class Alpha {
 
 /// A photo opened for decoding, before it is turned upright and brought to its final size and colours.
 struct Picture {
-    std::shared_ptr<void> storage{}; ///< what `image` reads its samples from, where that is ours to keep
-    ImageReference image{};          ///< evaluated on demand, from the top; the embedded profile is attached
-    std::int64_t fullWidth = 0; ///< as decoded at full size, before `orientation`; `image` may be smaller
+    std::shared_ptr<void> storage; ///< what `image` reads its samples from, where that is ours to keep
+    ImageReference image;          ///< evaluated on demand, from the top; the embedded profile is attached
+    std::int64_t fullWidth = 0;    ///< as decoded at full size, before `orientation`; `image` may be smaller
     std::int64_t fullHeight = 0;
     int orientation = 1;           ///< what remains to be applied, 1…8 as in EXIF
     Alpha alpha = Alpha::straight; ///< counts where `image` has more channels than colours

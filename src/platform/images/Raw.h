@@ -5,7 +5,7 @@
 
 namespace lumisort::images {
 
-/// Camera RAW through LibRaw, which prints what it finds when `verbose`. All throw ImageError.
+/// Camera RAW through LibRaw. Both throw ImageError.
 ImageProperties readRawProperties(const FileBytes& file);
 
 /// The developed sensor data, never the embedded preview: the camera's white balance, sRGB; at half size

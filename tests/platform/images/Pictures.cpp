@@ -17,9 +17,9 @@ ImageReference asymmetricPicture(int width, int height) {
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const bool corner = x < width / 4 && y < height / 4;
-            samples.push_back(corner ? 250 : static_cast<std::uint8_t>(40 + 150 * x / width));
-            samples.push_back(corner ? 250 : static_cast<std::uint8_t>(30 + 120 * y / height));
-            samples.push_back(corner ? 250 : 60);
+            const int red = corner ? 250 : 40 + 150 * x / width, green = corner ? 250 : 30 + 120 * y / height;
+            for (const int sample : {red, green, corner ? 250 : 60})
+                samples.push_back(static_cast<std::uint8_t>(sample));
         }
     return runVips([&](VipsImage** out) {
         *out = vips_image_new_from_memory_copy(samples.data(), samples.size(), width, height, 3,
