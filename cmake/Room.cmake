@@ -21,6 +21,32 @@ function(lumisort_room)
     endif()
 endfunction()
 
+# A room with windows or what they are made of: besides the .cpp files, every .qml file and every .svg below
+# icons/ belongs to its QML module. The module's types are known once registerModule of app/desktop has run.
+#
+#   lumisort_qml_room(Lumisort.Ui SINGLETONS Theme.qml USES Qt6::Quick)
+function(lumisort_qml_room uri)
+    cmake_parse_arguments(ROOM "" "" "USES;SINGLETONS" ${ARGN})
+    file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR})
+    string(REPLACE "/" "-" target ${folder})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+    file(GLOB views RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.qml)
+    file(GLOB icons RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/icons/*.svg)
+    set_source_files_properties(${ROOM_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
+    qt_add_library(${target} STATIC)
+    set_target_properties(${target} PROPERTIES AUTOMOC ON AUTOMOC_COMPILER_PREDEFINES OFF)
+    qt_add_qml_module(${target} URI ${uri} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
+                      OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml/${target}
+                      SOURCES ${sources} QML_FILES ${views} RESOURCES ${icons})
+    target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    # What Qt generates for the module includes the room's headers by name alone.
+    target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+    target_compile_definitions(${target} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
+    # Qt's generated code converts signs and shadows names.
+    target_compile_options(${target} PRIVATE -Wno-conversion -Wno-shadow)
+    target_link_libraries(${target} PUBLIC ${ROOM_USES})
+endfunction()
+
 # The tests of one room: tests/<folder>/*.cpp become one GoogleTest program, and each test in it one
 # entry of ctest.
 #

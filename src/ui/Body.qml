@@ -1,0 +1,5 @@
+import QtQuick
+
+StyledText {
+    font.pixelSize: Theme.bodySize
+}

@@ -1,0 +1,6 @@
+import QtQuick
+
+StyledText {
+    font.pixelSize: Theme.captionSize
+    color: Theme.secondary
+}

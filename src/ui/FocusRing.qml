@@ -1,0 +1,13 @@
+import QtQuick
+
+/// Shows which control the keyboard speaks to.
+Rectangle {
+    property Item control: parent
+    anchors.fill: parent
+    anchors.margins: -2
+    radius: Theme.controlRadius + 2
+    color: "transparent"
+    border.width: 2
+    border.color: Theme.accentLine
+    visible: control.visualFocus
+}

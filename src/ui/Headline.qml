@@ -1,0 +1,6 @@
+import QtQuick
+
+StyledText {
+    font.pixelSize: Theme.headlineSize
+    font.weight: Font.DemiBold
+}

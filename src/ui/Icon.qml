@@ -1,0 +1,15 @@
+import QtQuick
+import QtQuick.Window
+
+/// An icon of the program in one colour.
+Image {
+    property string name
+    property color color: Theme.text
+    property int size: 16
+
+    width: size
+    height: size
+    sourceSize: Qt.size(size * Screen.devicePixelRatio, size * Screen.devicePixelRatio)
+    source: name ? "image://icon/" + name + "/" + color : ""
+    Accessible.ignored: true
+}

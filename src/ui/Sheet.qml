@@ -1,0 +1,32 @@
+import QtQuick
+import QtQuick.Templates as T
+
+/// A modal sheet over the window. `dismissable` says whether Escape closes it.
+T.Popup {
+    id: sheet
+    property string title
+    property bool dismissable: true
+
+    parent: T.Overlay.overlay
+    x: Math.round((parent.width - width) / 2)
+    y: Math.round((parent.height - height) / 2)
+    modal: true
+    focus: true
+    padding: Theme.xl
+    closePolicy: dismissable ? T.Popup.CloseOnEscape : T.Popup.NoAutoClose
+
+    background: Rectangle {
+        radius: Theme.tileRadius
+        color: Theme.window
+        border.color: Theme.hairline
+        Accessible.role: Accessible.Dialog
+        Accessible.name: sheet.title
+    }
+    T.Overlay.modal: Rectangle { color: Theme.scrim }
+    enter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.motion; easing.type: Easing.OutQuad }
+    }
+    exit: Transition {
+        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.motion; easing.type: Easing.OutQuad }
+    }
+}

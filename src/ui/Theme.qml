@@ -1,0 +1,53 @@
+pragma Singleton
+import QtQuick
+
+/// Neutral greys, one accent, one scale of distances. Contrast of text to its surface is at least 4.5 : 1 in both
+/// themes.
+QtObject {
+    readonly property bool dark: ColourScheme.dark
+
+    readonly property color window: dark ? "#1b1b1b" : "#f4f4f4"
+    readonly property color surface: dark ? "#232323" : "#e9e9e9"
+    readonly property color raised: dark ? "#2e2e2e" : "#ffffff"
+    readonly property color hover: dark ? "#383838" : "#f0f0f0"
+    readonly property color pressed: dark ? "#424242" : "#e2e2e2"
+    readonly property color tile: dark ? "#262626" : "#e8e8e8"
+    readonly property color hairline: dark ? Qt.rgba(1, 1, 1, 0.10) : Qt.rgba(0, 0, 0, 0.10)
+    readonly property color edge: dark ? Qt.rgba(1, 1, 1, 0.06) : Qt.rgba(0, 0, 0, 0.14)
+    readonly property color text: dark ? "#ececec" : "#1c1c1c"
+    readonly property color secondary: dark ? "#a8a8a8" : "#5a5a5a"
+    readonly property color disabled: dark ? "#6e6e6e" : "#9a9a9a"
+
+    readonly property color accent: Qt.rgba(0.23, 0.40, 0.34, 1)
+    readonly property color accentHover: Qt.rgba(0.27, 0.46, 0.39, 1)
+    readonly property color accentPressed: Qt.rgba(0.19, 0.34, 0.29, 1)
+    readonly property color onAccent: "#ffffff"
+    /// The accent as a line or as text on a surface.
+    readonly property color accentLine: dark ? "#86c9b1" : accent
+    readonly property color accentFill: dark ? Qt.rgba(0.23, 0.40, 0.34, 0.75) : Qt.rgba(0.23, 0.40, 0.34, 0.18)
+    readonly property color keep: dark ? "#66c493" : "#1c6b43"
+    readonly property color skip: dark ? "#f0a35a" : "#9a4b00"
+    readonly property color error: dark ? "#ff8a80" : "#b3261e"
+
+    /// Around originals, always dark: a bright surround falsifies a photo.
+    readonly property color photoSurround: "#141414"
+    readonly property color photoText: "#ececec"
+    readonly property color scrim: Qt.rgba(0, 0, 0, 0.45)
+
+    readonly property int xs: 4
+    readonly property int s: 8
+    readonly property int m: 12
+    readonly property int l: 16
+    readonly property int xl: 24
+    readonly property int xxl: 32
+    readonly property int controlRadius: 6
+    readonly property int tileRadius: 10
+    readonly property int controlHeight: 30
+
+    readonly property int captionSize: 11
+    readonly property int bodySize: 13
+    readonly property int headlineSize: 15
+    readonly property int titleSize: 22
+
+    readonly property int motion: 120
+}

@@ -1,0 +1,6 @@
+import QtQuick
+
+StyledText {
+    font.pixelSize: Theme.titleSize
+    font.weight: Font.Bold
+}
