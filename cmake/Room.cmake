@@ -29,6 +29,7 @@ function(lumisort_qml_room uri)
     cmake_parse_arguments(ROOM "" "" "USES;SINGLETONS" ${ARGN})
     file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR})
     string(REPLACE "/" "-" target ${folder})
+    string(REPLACE "." "/" path ${uri})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
     file(GLOB views RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.qml)
     file(GLOB icons RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/icons/*.svg)
@@ -36,7 +37,7 @@ function(lumisort_qml_room uri)
     qt_add_library(${target} STATIC)
     set_target_properties(${target} PROPERTIES AUTOMOC ON AUTOMOC_COMPILER_PREDEFINES OFF)
     qt_add_qml_module(${target} URI ${uri} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
-                      OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml/${target}
+                      OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml/${path}
                       SOURCES ${sources} QML_FILES ${views} RESOURCES ${icons})
     target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)
     # What Qt generates for the module includes the room's headers by name alone.
