@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <limits>
+#include <random>
 
 namespace lumisort::library {
 namespace {
@@ -88,6 +89,27 @@ TEST(SessionStore, SaysWhatIsWrongWithADocument) {
         }
         EXPECT_EQ(system.contents(document.path()), text);
     }
+}
+
+TEST(SessionStore, DamageIsAFailureOrAnotherLibrary) {
+    MemoryFileSystem system;
+    SessionStore::save(system, sample(), document);
+    const auto whole = *system.contents(document.path());
+    std::mt19937 random(11);
+    int failures = 0;
+    for (int run = 0; run < 3000; ++run) {
+        auto text = whole;
+        for (auto count = 1 + random() % 4; count > 0; --count)
+            text[random() % text.size()] = "\"{}[],:\\0e-n\xFF"[random() % 14];
+        if (run % 3 == 0) text.resize(random() % text.size());
+        system.write(document.path(), text);
+        try {
+            SessionStore::load(system, document); // the sanitizers watch
+        } catch (const files::FileError&) {
+            ++failures;
+        }
+    }
+    EXPECT_GT(failures, 2000);
 }
 
 TEST(SessionStore, TheOldDocumentOrTheNewOneIsThere) {

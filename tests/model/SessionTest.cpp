@@ -1,6 +1,7 @@
 #include "ModelWorld.h"
 
 #include <cerrno>
+#include <thread>
 
 namespace lumisort::model {
 
@@ -34,6 +35,14 @@ TEST_F(SessionTest, StartsWithWhatTheDocumentHolds) {
     EXPECT_EQ(model->photos(), session.photos);
     EXPECT_EQ(model->folders(), session.folders);
     EXPECT_EQ(model->availableCount(), 2);
+
+    system_.write(document_.path(), R"({"by":"another","folders":["file:///p/"],"photos":[
+        {"url":"file:///p/a.jpg","bytes":1,"width":1,"height":1,"stars":5},
+        {"url":"file:///p/a.jpg","bytes":2,"width":2,"height":2}]})");
+    model->removeFolder(url("/none")); // a document that was replaced meanwhile is replaced in turn
+    EXPECT_THAT(started()->photos(), SizeIs(1));
+    finish(model->flushSession());
+    EXPECT_EQ(onDisk().photos, session.photos);
 }
 
 TEST_F(SessionTest, SetsAnUnreadableDocumentAsideBeforeItWrites) {
@@ -61,7 +70,10 @@ TEST_F(SessionTest, ABurstOfChangesCostsOneWriteOfTheLastState) {
     const auto session = libraryOf({"a.jpg", "b.jpg", "c.jpg"});
     const auto model = this->model(session);
     int writes = 0;
-    system_.before = [&](std::string_view operation, const std::string&) {
+    bool byThisThread = false;
+    system_.before = [&, self = std::this_thread::get_id()](std::string_view operation, const std::string&) {
+        if (operation == "write" || operation == "replace")
+            byThisThread |= self == std::this_thread::get_id();
         writes += operation == "replace";
     };
     for (const auto& each : session.photos) model->mark({each}, ReviewDecision::keep);
@@ -70,6 +82,7 @@ TEST_F(SessionTest, ABurstOfChangesCostsOneWriteOfTheLastState) {
     letTimersFire();
     finish(model->flushSession()); // behind the debounced write on the same thread
     EXPECT_LE(writes, 2);
+    EXPECT_FALSE(byThisThread);
     EXPECT_THAT(onDisk().reviewMarks, SizeIs(3));
 }
 
