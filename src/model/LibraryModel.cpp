@@ -47,6 +47,11 @@ std::vector<Photo> LibraryModel::unavailablePhotos() const {
     return photos;
 }
 
+std::optional<Photo> LibraryModel::photo(const FileUrl& url) const {
+    const auto row = state_.find(url);
+    return row ? std::optional(state_.photos()[*row]) : std::nullopt;
+}
+
 bool LibraryModel::isReadable(const Photo& photo) const {
     return stamp(photo).has_value();
 }
@@ -157,6 +162,15 @@ void LibraryModel::select(const Photo& photo) {
     setSelected(std::move(selected));
 }
 
+void LibraryModel::selectAll(std::unordered_set<FileUrl> photos, const std::optional<FileUrl>& focus) {
+    std::erase_if(photos, [this](const FileUrl& url) {
+        const auto row = state_.find(url);
+        return !row || !state_.isReadable(*row);
+    });
+    if (focus && photos.contains(*focus)) focused_ = focus;
+    setSelected(std::move(photos));
+}
+
 void LibraryModel::showDetails(const std::optional<Photo>& photo) {
     if (photo) {
         if (!isReadable(*photo)) return;
@@ -190,6 +204,13 @@ void LibraryModel::openFullscreen(const Photo& photo) {
     const auto at = std::ranges::find(sequence, photo.url, &Photo::url);
     if (at == sequence.end()) return;
     Q_EMIT fullscreenWanted(sequence, static_cast<int>(at - sequence.begin()));
+}
+
+bool LibraryModel::hasEligiblePhotos() const {
+    for (PhotoRow row = 0; row < photos().size(); ++row)
+        if (state_.isReadable(row) && library::ImportSelection::isEligible(photos()[row], reviewMarks()))
+            return true;
+    return false;
 }
 
 void LibraryModel::beginOrganize() {

@@ -64,6 +64,9 @@ public:
     const library::ReviewMarks& reviewMarks() const { return state_.marks(); }
     std::vector<library::Photo> availablePhotos() const;
     std::vector<library::Photo> unavailablePhotos() const;
+    std::optional<library::Photo> photo(const files::FileUrl& url) const;
+    /// Its place in `photos`.
+    std::optional<PhotoRow> row(const files::FileUrl& url) const { return state_.find(url); }
     bool isReadable(const library::Photo& photo) const;
     std::optional<library::FingerprintStamp> stamp(const library::Photo& photo) const;
     std::optional<library::FolderState> folderState(const files::FileUrl& folder) const;
@@ -73,6 +76,8 @@ public:
     int unavailableCount() const { return static_cast<int>(photos().size() - state_.readableCount()); }
     int importCount() const { return static_cast<int>(state_.importCount()); }
     int skipCount() const { return static_cast<int>(state_.skipCount()); }
+    /// Whether organizing would have a photo to copy.
+    bool hasEligiblePhotos() const;
 
     // What the user sees and has chosen.
 
@@ -95,6 +100,8 @@ public:
     std::optional<library::Photo> detailPhoto() const;
     /// Toggles a readable photo's selection and moves the focus to it.
     void select(const library::Photo& photo);
+    /// Selects these and no others, as far as they are readable, and moves the focus.
+    void selectAll(std::unordered_set<files::FileUrl> photos, const std::optional<files::FileUrl>& focus);
     /// Selects and focuses a readable photo, where one is given; then asks for the details panel if there is
     /// a photo to show.
     void showDetails(const std::optional<library::Photo>& photo = {});
@@ -131,6 +138,7 @@ public:
     void findSimilar();
     void stopSimilarity();
     SimilarityMethod similarityMethod() const { return similarityMethod_; }
+    /// Another method's groups would say nothing about this one's: they go.
     void setSimilarityMethod(SimilarityMethod method);
     similarity::SimilarityLevel similarityLevel() const { return similarityLevel_; }
     void setSimilarityLevel(similarity::SimilarityLevel level);

@@ -54,7 +54,11 @@ bool isCancellation(const std::exception_ptr& failure) {
 } // namespace
 
 void LibraryModel::setSimilarityMethod(SimilarityMethod method) {
-    if (std::exchange(similarityMethod_, method) != method) Q_EMIT similarityChanged();
+    if (std::exchange(similarityMethod_, method) == method) return;
+    similarGroups_.clear();
+    similarityComplete_ = false;
+    setSelected({});
+    Q_EMIT similarityChanged();
 }
 
 void LibraryModel::setSimilarityLevel(similarity::SimilarityLevel level) {

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "model/LibraryModel.h"
+
+#include <QAbstractListModel>
+
+namespace lumisort::review {
+
+/// The library's folders for the sidebar. Main thread; the model outlives it.
+class FolderList : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum Role {
+        UrlRole = Qt::UserRole + 1, ///< the file URL as text
+        NameRole,
+        PathRole,
+        StateRole,   ///< "Offline", "Unavailable", "" while it is online or not looked at yet
+        CurrentRole, ///< whether the grid shows it
+    };
+
+    explicit FolderList(const model::LibraryModel& model);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+private:
+    void refill();
+
+    const model::LibraryModel& model_;
+    std::vector<files::FileUrl> folders_;
+};
+
+} // namespace lumisort::review

@@ -1,0 +1,202 @@
+#include "review/LibraryWindow.h"
+
+#include "ui/Utf8.h"
+
+#include <QFileInfo>
+#include <algorithm>
+
+namespace lumisort::review {
+
+using files::FileUrl;
+using library::Photo;
+using library::ReviewDecision;
+using model::LibraryModel;
+using model::Section;
+
+namespace {
+
+std::optional<FileUrl> fileUrl(const QString& url) { return FileUrl::fromString(url.toStdString()); }
+
+Section sectionOf(const LibraryModel& model) { return model::sectionNamed(model.section().toStdString()); }
+
+} // namespace
+
+LibraryWindow::LibraryWindow(LibraryModel& model, QObject* parent)
+    : QObject(parent), model_(model), marks_(model), folders_(model), groups_(model), cursor_(model, groups_),
+      commands_(model, marks_, nullptr) {
+    connect(&model, &LibraryModel::sectionChanged, this, [this] {
+        Q_EMIT titleChanged();
+        Q_EMIT pageChanged();
+    });
+    connect(&model, &LibraryModel::countsChanged, this, [this] {
+        ++marksRevision_;
+        Q_EMIT marksChanged();
+        Q_EMIT pageChanged();
+    });
+    connect(&model, &LibraryModel::similarityChanged, this, [this] {
+        Q_EMIT similarityChanged();
+        Q_EMIT pageChanged();
+    });
+    connect(&model, &LibraryModel::queryChanged, this, &LibraryWindow::pageChanged);
+    connect(&model, &LibraryModel::busyChanged, this, &LibraryWindow::pageChanged);
+    connect(&model, &LibraryModel::selectionChanged, this, [this] {
+        ++selectionRevision_;
+        Q_EMIT selectionChanged();
+    });
+    connect(&model, &LibraryModel::devicesChanged, this, &LibraryWindow::deviceChanged);
+}
+
+QString LibraryWindow::title() const {
+    switch (sectionOf(model_)) {
+    case Section::folder: {
+        const auto& folder = model_.selectedFolder();
+        return folder ? ui::fromUtf8(folder->name()) : QString();
+    }
+    case Section::offline: return QStringLiteral("Unavailable");
+    case Section::keep: return QStringLiteral("Import");
+    case Section::cleanup: return QStringLiteral("Skip");
+    case Section::similar: return QStringLiteral("Similar Photos");
+    case Section::library: break;
+    }
+    return QStringLiteral("All Photos");
+}
+
+QString LibraryWindow::page() const {
+    if (model_.photos().empty()) return QStringLiteral("welcome");
+    if (sectionOf(model_) != Section::similar)
+        return model_.visiblePhotos().rows().empty() ? QStringLiteral("empty") : QStringLiteral("photos");
+    if (model_.similarityRunning()) return QStringLiteral("scanning");
+    if (!model_.similarityComplete()) return QStringLiteral("findMatches");
+    if (model_.similarGroups().empty()) return QStringLiteral("noMatches");
+    return groups_.groupCount() == 0 ? QStringLiteral("empty") : QStringLiteral("groups");
+}
+
+QString LibraryWindow::emptyText() const {
+    const bool allAway = model_.availableCount() == 0 && model_.unavailableCount() > 0;
+    return allAway && sectionOf(model_) != Section::offline ? QStringLiteral("Reconnect a drive to view photos.")
+                                                            : QStringLiteral("No matching photos");
+}
+
+std::optional<Photo> LibraryWindow::photoOf(const QString& url) const {
+    const auto file = fileUrl(url);
+    return file ? model_.photo(*file) : std::nullopt;
+}
+
+bool LibraryWindow::isSelected(const QString& url) const {
+    const auto file = fileUrl(url);
+    return file && model_.selected().contains(*file);
+}
+
+bool LibraryWindow::isReadable(const QString& url) const {
+    const auto photo = photoOf(url);
+    return photo && model_.isReadable(*photo);
+}
+
+QString LibraryWindow::decision(const QString& url) const {
+    const auto photo = photoOf(url);
+    const auto decision = photo ? model_.decision(*photo) : std::nullopt;
+    return decision ? ui::fromUtf8(rawValue(*decision)) : QString();
+}
+
+void LibraryWindow::showSection(const QString& section) {
+    model_.setSection(section);
+    model_.selectAll({}, std::nullopt);
+}
+
+void LibraryWindow::showFolder(const QString& url) {
+    if (const auto folder = fileUrl(url)) model_.showFolder(*folder);
+    Q_EMIT titleChanged();
+}
+
+void LibraryWindow::showDetails(const QString& url) {
+    if (const auto photo = photoOf(url)) model_.showDetails(photo);
+}
+
+void LibraryWindow::mark(const QString& url, const QString& decision) {
+    if (const auto photo = photoOf(url))
+        marks_.mark({*photo}, library::reviewDecisionFromRawValue(decision.toStdString()));
+}
+
+void LibraryWindow::setMethod(int method) {
+    if (model_.busy() || method == this->method()) return;
+    model_.setSimilarityMethod(static_cast<model::SimilarityMethod>(method));
+    model_.findSimilar();
+}
+
+void LibraryWindow::setLevel(int level) {
+    if (model_.busy() || level == this->level()) return;
+    model_.setSimilarityLevel(static_cast<similarity::SimilarityLevel>(level));
+    if (model_.similarityComplete()) model_.findSimilar();
+}
+
+QStringList LibraryWindow::methods() {
+    QStringList names;
+    for (const auto method : model::allSimilarityMethods) names << ui::fromUtf8(rawValue(method));
+    return names;
+}
+
+QStringList LibraryWindow::levels() {
+    QStringList names;
+    for (const auto level : similarity::allSimilarityLevels) names << ui::fromUtf8(rawValue(level));
+    return names;
+}
+
+QString LibraryWindow::deviceName() const {
+    const auto& pending = model_.devices().pending;
+    return pending.empty() ? QString() : ui::fromUtf8(pending.front().name());
+}
+
+void LibraryWindow::browseDevice() {
+    if (const auto pending = model_.devices().pending; !pending.empty()) model_.browseDevice(pending.front());
+}
+
+void LibraryWindow::dismissDevice() {
+    if (const auto pending = model_.devices().pending; !pending.empty())
+        model_.dismissDevice(pending.front());
+}
+
+void LibraryWindow::askToRemove(const QString& url) {
+    if (std::exchange(folderToRemove_, url) != url) Q_EMIT folderToRemoveChanged();
+}
+
+void LibraryWindow::answerRemoval(bool remove) {
+    if (const auto folder = fileUrl(folderToRemove_); remove && folder) model_.removeFolder(*folder);
+    askToRemove({});
+}
+
+void LibraryWindow::addFolders(const QList<QUrl>& urls) {
+    QStringList others;
+    for (const auto& url : urls) {
+        if (QFileInfo(url.toLocalFile()).isDir())
+            foldersToAdd_.push_back(FileUrl::fromPath(url.toLocalFile().toStdString() + '/'));
+        else
+            others << url.fileName();
+    }
+    say(others.isEmpty() ? QString()
+                         : QStringLiteral("Only folders can be added: %1").arg(others.join(QStringLiteral(", "))));
+    addNextFolder();
+}
+
+void LibraryWindow::addNextFolder() {
+    if (foldersToAdd_.empty()) return;
+    if (!model_.busy()) {
+        model_.importFolder(foldersToAdd_.front());
+        foldersToAdd_.pop_front();
+    }
+    // Read, scan, organize: whatever is under way is over when `busy` falls.
+    if (!foldersToAdd_.empty())
+        connect(&model_, &LibraryModel::busyChanged, this, &LibraryWindow::addNextFolder,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+void LibraryWindow::say(const QString& notice) {
+    if (std::exchange(notice_, notice) != notice) Q_EMIT noticeChanged();
+}
+
+std::vector<Photo> LibraryWindow::comparedGroup() const {
+    const auto picked = model_.picked();
+    return picked.size() == 2 && sectionOf(model_) == Section::similar ? groups_.groupOf(picked[0], picked[1])
+                                                                       : std::vector<Photo>{};
+}
+
+} // namespace lumisort::review
