@@ -1,0 +1,43 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumisort.Ui
+
+/// A drive was plugged in that holds nothing of the library yet.
+Rectangle {
+    id: banner
+    required property LibraryWindow window
+
+    visible: window.deviceName !== ""
+    implicitHeight: row.implicitHeight + 2 * Theme.s
+    color: Theme.accentFill
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: "New device detected: " + window.deviceName
+
+    RowLayout {
+        id: row
+        anchors.fill: parent
+        anchors.leftMargin: Theme.l
+        anchors.rightMargin: Theme.l
+        spacing: Theme.s
+        Icon { name: "drive-harddisk" }
+        Body {
+            text: "New device detected"
+            font.weight: Font.DemiBold
+        }
+        Body {
+            text: banner.window.deviceName
+            Layout.fillWidth: true
+        }
+        PushButton {
+            text: "Browse"
+            enabled: !banner.window.model.busy
+            reason: "Please wait for the current task to finish."
+            onClicked: banner.window.browseDevice()
+        }
+        PushButton {
+            text: "Dismiss"
+            flat: true
+            onClicked: banner.window.dismissDevice()
+        }
+    }
+}

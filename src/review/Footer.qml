@@ -1,0 +1,76 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumisort.Ui
+
+/// What the program does, how large the thumbnails are, how much is there.
+Item {
+    id: footer
+    required property LibraryWindow window
+    property real tileSize: 210
+    readonly property QtObject model: window.model
+    signal tileSizeWanted(real size)
+
+    implicitHeight: 34
+
+    Rectangle {
+        width: parent.width
+        height: 1
+        color: Theme.hairline
+    }
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: Theme.l
+        anchors.rightMargin: Theme.l
+        spacing: Theme.s
+        Item {
+            implicitWidth: 16
+            implicitHeight: 16
+            Spinner {
+                visible: running
+                running: footer.model.busy
+            }
+            Icon {
+                visible: !footer.model.busy
+                name: "security-high"
+                color: Theme.secondary
+            }
+        }
+        StyledText {
+            text: footer.model.status
+            font.pixelSize: 12
+            color: Theme.secondary
+            Accessible.name: "Status: " + text
+            Layout.fillWidth: true
+        }
+        ProgressLine {
+            visible: footer.model.similarityRunning
+            label: "Scan progress"
+            value: footer.model.similarityProgress
+            Layout.preferredWidth: 120
+        }
+        PushButton {
+            visible: footer.model.similarityRunning
+            command: footer.window.commands.stop
+            implicitHeight: 24
+        }
+        Icon {
+            name: "view-grid"
+            color: Theme.secondary
+            Layout.leftMargin: Theme.m
+        }
+        ValueSlider {
+            label: "Thumbnail size"
+            from: 85
+            to: 420
+            value: footer.tileSize
+            onMoved: footer.tileSizeWanted(value)
+            Layout.rightMargin: Theme.m
+        }
+        StyledText {
+            font.pixelSize: 12
+            text: footer.model.availableCount.toLocaleString(Qt.locale("en"), "f", 0) + " available / "
+                  + footer.window.recordedCount.toLocaleString(Qt.locale("en"), "f", 0) + " recorded"
+            color: Theme.secondary
+        }
+    }
+}

@@ -1,0 +1,147 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumisort.Ui
+
+/// What to look at, what to do with it, and what was chosen.
+Item {
+    id: header
+    required property LibraryWindow window
+    readonly property QtObject model: window.model
+    readonly property WindowCommands commands: window.commands
+    readonly property bool similar: model.section === "similar"
+    readonly property bool narrow: width < 900
+    signal photosWanted
+
+    implicitHeight: column.implicitHeight + Theme.l + Theme.m
+
+    function focusSearch() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
+
+    ColumnLayout {
+        id: column
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.leftMargin: Theme.l
+        anchors.rightMargin: Theme.l
+        anchors.topMargin: Theme.l
+        spacing: Theme.m
+
+        RowLayout {
+            spacing: Theme.s
+            Title {
+                text: header.window.title
+                Accessible.role: Accessible.Heading
+                Layout.fillWidth: true
+            }
+            SearchField {
+                id: search
+                placeholderText: "Search filenames"
+                text: header.model.query
+                onTextEdited: header.model.query = text
+                onTextChanged: if (text === "" && header.model.query !== "") header.model.query = ""
+                onAccepted: header.photosWanted()
+                Keys.onDownPressed: header.photosWanted()
+                Layout.preferredWidth: header.narrow ? 170 : 220
+            }
+            IconButton { command: header.commands.details }
+            PushButton {
+                command: header.commands.compare
+                hint: ""
+                help: command.hint
+            }
+            PushButton {
+                command: header.commands.film
+                help: "Select a RAW photo for Film"
+            }
+            PushButton {
+                command: header.commands.organize
+                hint: ""
+                help: command.hint
+                prominent: true
+            }
+        }
+
+        RowLayout {
+            spacing: Theme.s
+            PushButton {
+                visible: !header.similar
+                command: header.commands.findMatches
+                hint: ""
+                help: command.hint
+                prominent: true
+            }
+            Segmented {
+                visible: header.similar && !header.narrow
+                label: "Find"
+                model: header.window.methods
+                currentIndex: header.window.method
+                enabled: !header.model.busy
+                reason: "Please wait for the current task to finish."
+                onActivated: index => header.window.method = index
+            }
+            Picker {
+                visible: header.similar && header.narrow
+                label: "Find"
+                model: header.window.methods
+                currentIndex: header.window.method
+                enabled: !header.model.busy
+                reason: "Please wait for the current task to finish."
+                onActivated: index => header.window.method = index
+                Layout.preferredWidth: 150
+            }
+            Picker {
+                visible: header.similar
+                label: "Matching"
+                model: header.window.levels
+                currentIndex: header.window.level
+                enabled: !header.model.busy
+                reason: "Please wait for the current task to finish."
+                onActivated: index => header.window.level = index
+            }
+            Item { Layout.fillWidth: true }
+            SelectionBar {
+                window: header.window
+                narrow: header.narrow
+                // Its place stays, so that nothing moves when a selection begins.
+                opacity: header.window.selectedCount > 0 ? 1 : 0
+                enabled: header.window.selectedCount > 0
+            }
+        }
+
+        RowLayout {
+            visible: header.model.unavailableCount > 0
+            spacing: Theme.s
+            Icon {
+                name: "data-warning"
+                color: Theme.skip
+            }
+            Caption {
+                text: header.model.unavailableCount.toLocaleString(Qt.locale("en"), "f", 0)
+                      + " saved records unavailable. Reconnect the drive or check the source folder."
+                Layout.fillWidth: true
+            }
+        }
+
+        Disclosure {
+            visible: header.similar && header.model.similarityFailures.length > 0
+            title: header.model.similarityFailures.length + " analysis failures"
+            Layout.fillWidth: true
+            SelectableText {
+                width: parent.width
+                height: Math.min(implicitHeight, 120)
+                text: header.model.similarityFailures.join("\n")
+            }
+        }
+    }
+
+    Rectangle {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        height: 1
+        color: Theme.hairline
+    }
+}

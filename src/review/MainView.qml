@@ -1,0 +1,99 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumisort.Ui
+
+/// The library's window: sidebar, header, photos, footer.
+Rectangle {
+    id: view
+    required property LibraryWindow window
+    readonly property QtObject model: window.model
+    /// Something modal is open: keys are not for the photos.
+    property bool covered: false
+    property real tileSize: 210
+
+    color: Theme.window
+
+    function focusPhotos() {
+        content.forceActiveFocus();
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        Sidebar {
+            window: view.window
+            Layout.fillHeight: true
+            Layout.preferredWidth: 232
+        }
+        Rectangle {
+            Layout.fillHeight: true
+            Layout.preferredWidth: 1
+            color: Theme.hairline
+        }
+        ColumnLayout {
+            spacing: 0
+            DeviceBanner {
+                window: view.window
+                Layout.fillWidth: true
+            }
+            Header {
+                id: header
+                window: view.window
+                Layout.fillWidth: true
+                onPhotosWanted: content.forceActiveFocus()
+            }
+            Content {
+                id: content
+                window: view.window
+                tileSize: view.tileSize
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+            }
+            NoticeBar {
+                window: view.window
+                Layout.fillWidth: true
+            }
+            Footer {
+                window: view.window
+                tileSize: view.tileSize
+                onTileSizeWanted: size => view.tileSize = size
+                Layout.fillWidth: true
+            }
+        }
+    }
+
+    RemoveFolderSheet { window: view.window }
+
+    Shortcuts {
+        commands: view.window.commands
+        enabled: !view.covered
+    }
+    Connections {
+        target: view.window.commands.search
+        function onTriggered() { header.focusSearch(); }
+    }
+    DropArea {
+        id: drop
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+        onDropped: event => {
+            if (event.hasUrls) {
+                event.accept(Qt.CopyAction);
+                view.window.addFolders(event.urls);
+            }
+        }
+        Rectangle {
+            anchors.fill: parent
+            visible: drop.containsDrag
+            color: Theme.scrim
+            border.width: 3
+            border.color: Theme.accentLine
+            Headline {
+                anchors.centerIn: parent
+                text: "Drop folders to add their photos"
+                color: Theme.photoText
+            }
+        }
+    }
+}

@@ -1,0 +1,51 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumisort.Ui
+
+/// Something that the user may want to take back or should know; it forbids nothing.
+Rectangle {
+    id: bar
+    required property LibraryWindow window
+    readonly property bool warns: window.marks.warning !== ""
+
+    visible: warns || window.notice !== ""
+    implicitHeight: row.implicitHeight + 2 * Theme.s
+    color: Theme.raised
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: label.text
+
+    Rectangle {
+        width: parent.width
+        height: 1
+        color: Theme.hairline
+    }
+    RowLayout {
+        id: row
+        anchors.fill: parent
+        anchors.leftMargin: Theme.l
+        anchors.rightMargin: Theme.l
+        spacing: Theme.s
+        Icon {
+            name: "data-warning"
+            color: Theme.skip
+        }
+        Body {
+            id: label
+            text: bar.warns ? bar.window.marks.warning : bar.window.notice
+            Layout.fillWidth: true
+        }
+        PushButton {
+            visible: bar.warns
+            command: bar.window.commands.undo
+        }
+        IconButton {
+            flat: true
+            iconName: "window-close"
+            label: "Dismiss"
+            onClicked: {
+                bar.window.marks.dismissWarning();
+                bar.window.dismissNotice();
+            }
+        }
+    }
+}

@@ -1,0 +1,138 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumisort.Ui
+
+/// Sections and folders of the library.
+Rectangle {
+    id: sidebar
+    required property LibraryWindow window
+    readonly property QtObject model: window.model
+
+    color: Theme.surface
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "Library"
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: Theme.m
+        spacing: Theme.xs
+
+        RowLayout {
+            spacing: Theme.m
+            Layout.leftMargin: Theme.xs
+            Layout.topMargin: Theme.s
+            Layout.bottomMargin: Theme.m
+            Image {
+                source: "image://icon/lumisort"
+                sourceSize: Qt.size(72, 72)
+                Layout.preferredWidth: 36
+                Layout.preferredHeight: 36
+                Accessible.ignored: true
+            }
+            Column {
+                Layout.fillWidth: true
+                Headline { text: "Lumisort" }
+                Caption { text: "Preview 0.10.2" }
+            }
+        }
+
+        SidebarRow {
+            text: "All Photos"
+            iconName: "view-grid"
+            count: sidebar.model.availableCount
+            current: sidebar.model.section === "library"
+            onClicked: sidebar.window.showSection("library")
+        }
+        SidebarRow {
+            text: "Unavailable"
+            iconName: "drive-removable-media"
+            count: sidebar.model.unavailableCount
+            current: sidebar.model.section === "offline"
+            onClicked: sidebar.window.showSection("offline")
+        }
+        SidebarRow {
+            text: "Similar Photos"
+            iconName: "edit-duplicate"
+            count: sidebar.window.groupCount
+            current: sidebar.model.section === "similar"
+            onClicked: sidebar.window.showSection("similar")
+        }
+        SidebarRow {
+            text: "Import"
+            iconName: "checkmark"
+            count: sidebar.model.importCount
+            current: sidebar.model.section === "keep"
+            onClicked: sidebar.window.showSection("keep")
+        }
+        SidebarRow {
+            text: "Skip"
+            iconName: "flag"
+            count: sidebar.model.skipCount
+            current: sidebar.model.section === "cleanup"
+            onClicked: sidebar.window.showSection("cleanup")
+        }
+
+        Caption {
+            text: "Folders"
+            font.weight: Font.DemiBold
+            visible: folders.count > 0
+            Layout.topMargin: Theme.l
+            Layout.leftMargin: Theme.s
+        }
+        ListView {
+            id: folders
+            model: sidebar.window.folders
+            clip: true
+            spacing: Theme.xs
+            boundsBehavior: Flickable.StopAtBounds
+            keyNavigationEnabled: false
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            ScrollHandle {
+                anchors.right: parent.right
+                height: parent.height
+                size: folders.visibleArea.heightRatio
+                position: folders.visibleArea.yPosition
+                onPositionChanged: if (pressed) folders.contentY = position * folders.contentHeight
+            }
+            delegate: SidebarRow {
+                id: row
+                required property string url
+                required property string name
+                required property string path
+                required property string folderState
+                required current
+                width: ListView.view.width
+                text: name
+                help: path
+                iconName: "folder"
+                note: folderState
+                menuLabel: "Folder actions for " + name
+                onClicked: sidebar.window.showFolder(url)
+                onMenuWanted: place => {
+                    menu.url = row.url;
+                    menu.popup(place.item, place.x, place.y);
+                }
+            }
+        }
+
+        PushButton {
+            command: sidebar.window.commands.addFolder
+            hint: ""
+            help: command.hint
+            Layout.fillWidth: true
+        }
+    }
+
+    ContextMenu {
+        id: menu
+        property string url
+        ContextMenuItem {
+            text: "Remove from Library…"
+            iconName: "list-remove"
+            enabled: !sidebar.model.busy
+            reason: "Please wait for the current task to finish."
+            onTriggered: sidebar.window.askToRemove(menu.url)
+        }
+    }
+}
