@@ -43,6 +43,16 @@ function(lumisort_qml_room uri)
     # What Qt generates for the module includes the room's headers by name alone.
     target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
     target_compile_definitions(${target} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
+    # Ninja looks for new meta-objects only in the files that were there last time.
+    set(seen ${CMAKE_CURRENT_BINARY_DIR}/${target}-sources.txt)
+    set(before "")
+    if(EXISTS ${seen})
+        file(READ ${seen} before)
+    endif()
+    if(NOT before STREQUAL "${sources}")
+        file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp)
+        file(WRITE ${seen} "${sources}")
+    endif()
     # Qt's generated code converts signs and shadows names.
     target_compile_options(${target} PRIVATE -Wno-conversion -Wno-shadow)
     target_link_libraries(${target} PUBLIC ${ROOM_USES})
