@@ -15,7 +15,7 @@ T.TextField {
     color: enabled ? Theme.text : Theme.disabled
     placeholderTextColor: Theme.secondary
     selectionColor: Theme.accent
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.accentText
     selectByMouse: true
     Accessible.name: label
 

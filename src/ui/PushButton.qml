@@ -10,7 +10,7 @@ T.Button {
     property bool prominent: false
     property bool destructive: false
     property bool flat: false
-    property color tint: destructive ? Theme.error : prominent ? Theme.onAccent : Theme.text
+    property color tint: destructive ? Theme.error : prominent ? Theme.accentText : Theme.text
     /// Its keys, shown beside the text.
     property string hint: command ? command.hint : ""
     /// What it does, where the text does not say so; the tooltip.
@@ -58,7 +58,7 @@ T.Button {
                 text: button.hint
                 textFormat: Text.PlainText
                 font.pixelSize: Theme.captionSize
-                color: button.enabled ? (button.prominent ? Theme.onAccent : Theme.secondary) : Theme.disabled
+                color: button.enabled ? (button.prominent ? Theme.accentText : Theme.secondary) : Theme.disabled
             }
         }
     }

@@ -21,7 +21,7 @@ QtObject {
     readonly property color accent: Qt.rgba(0.23, 0.40, 0.34, 1)
     readonly property color accentHover: Qt.rgba(0.27, 0.46, 0.39, 1)
     readonly property color accentPressed: Qt.rgba(0.19, 0.34, 0.29, 1)
-    readonly property color onAccent: "#ffffff"
+    readonly property color accentText: "#ffffff"
     /// The accent as a line or as text on a surface.
     readonly property color accentLine: dark ? "#86c9b1" : accent
     readonly property color accentFill: dark ? Qt.rgba(0.23, 0.40, 0.34, 0.75) : Qt.rgba(0.23, 0.40, 0.34, 0.18)

@@ -23,7 +23,7 @@ T.CheckBox {
             anchors.centerIn: parent
             visible: toggle.checked
             name: "checkmark"
-            color: Theme.onAccent
+            color: Theme.accentText
         }
         FocusRing { control: toggle }
     }
