@@ -98,11 +98,11 @@ Item {
             radius: 11
             visible: card.selected
             color: Theme.accent
-            border.color: Theme.onAccent
+            border.color: Theme.accentText
             Icon {
                 anchors.centerIn: parent
                 name: "checkmark"
-                color: Theme.onAccent
+                color: Theme.accentText
             }
         }
         Rectangle {

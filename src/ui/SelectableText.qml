@@ -22,7 +22,7 @@ Flickable {
         wrapMode: TextEdit.WrapAnywhere
         color: Theme.secondary
         selectionColor: Theme.accent
-        selectedTextColor: Theme.onAccent
+        selectedTextColor: Theme.accentText
         font.pixelSize: Theme.captionSize
         Accessible.role: Accessible.StaticText
         Accessible.name: text
