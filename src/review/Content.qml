@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Review
 import Lumisort.Ui
 
 /// The page that the library's state calls for.

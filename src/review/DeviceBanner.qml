@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Review
 import Lumisort.Ui
 
 /// A drive was plugged in that holds nothing of the library yet.

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Review
 import Lumisort.Ui
 
 /// What the program does, how large the thumbnails are, how much is there.

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Review
 import Lumisort.Ui
 
 /// What to look at, what to do with it, and what was chosen.
@@ -9,7 +10,7 @@ Item {
     readonly property QtObject model: window.model
     readonly property WindowCommands commands: window.commands
     readonly property bool similar: model.section === "similar"
-    readonly property bool narrow: width < 900
+    readonly property bool narrow: width < (similar ? 1100 : 900)
     signal photosWanted
 
     implicitHeight: column.implicitHeight + Theme.l + Theme.m

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Review
 import Lumisort.Ui
 
 /// The library's window: sidebar, header, photos, footer.

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Lumisort.Review
 import Lumisort.Ui
 
 /// One photo among others: its preview, its name, whether it is selected, what was decided.
@@ -14,10 +15,8 @@ Item {
     property bool readable: true
     property string decision
     property real pictureHeight: 150
-    readonly property bool selected: {
-        window.selectionRevision;
-        return window.isSelected(url);
-    }
+    // Asked again with every revision.
+    readonly property bool selected: window.selectionRevision >= 0 && window.isSelected(url)
     readonly property bool current: window.cursor.position === position
     /// Whether the keyboard is among the photos.
     property bool keyboardHere: false

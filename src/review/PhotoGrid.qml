@@ -1,4 +1,5 @@
 import QtQuick
+import Lumisort.Review
 import Lumisort.Ui
 
 /// The photos of a section. Cards are recycled; the columns share the width.

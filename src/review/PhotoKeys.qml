@@ -1,4 +1,5 @@
 import QtQuick
+import Lumisort.Review
 
 /// The keys that move among photos.
 QtObject {

@@ -1,4 +1,5 @@
 import QtQuick
+import Lumisort.Review
 import Lumisort.Ui
 
 /// What one photo offers.
@@ -6,10 +7,7 @@ ContextMenu {
     id: menu
     required property LibraryWindow window
     property string url
-    readonly property bool readable: {
-        window.marksRevision;
-        return window.isReadable(url);
-    }
+    readonly property bool readable: window.marksRevision >= 0 && window.isReadable(url)
     readonly property string unreadable: "This photo is unavailable."
 
     function show(item, x, y, photo) {

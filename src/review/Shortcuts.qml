@@ -1,4 +1,5 @@
 import QtQuick
+import Lumisort.Review
 import Lumisort.Ui
 
 /// The keys of a window's commands.

@@ -1,4 +1,5 @@
 import QtQuick
+import Lumisort.Review
 import Lumisort.Ui
 
 /// Groups of matching photos, each under its heading.
@@ -89,14 +90,8 @@ ListView {
                         url: cell.photo.url ?? ""
                         name: cell.photo.name ?? ""
                         note: cell.photo.note ?? ""
-                        readable: {
-                            list.window.marksRevision;
-                            return list.window.isReadable(url);
-                        }
-                        decision: {
-                            list.window.marksRevision;
-                            return list.window.decision(url);
-                        }
+                        readable: list.window.marksRevision >= 0 && list.window.isReadable(url)
+                        decision: list.window.marksRevision >= 0 ? list.window.decision(url) : ""
                         keyboardHere: list.activeFocus
                         onMenuWanted: (x, y) => menu.show(this, x, y, url)
                     }

@@ -1,4 +1,5 @@
 import QtQuick
+import Lumisort.Ui
 import QtQuick.Templates as T
 
 T.MenuItem {

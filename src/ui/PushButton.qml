@@ -1,4 +1,5 @@
 import QtQuick
+import Lumisort.Ui
 import QtQuick.Templates as T
 
 /// A button with a text, an icon or both. Given a command it shows and triggers that one.
@@ -9,7 +10,6 @@ T.Button {
     property string iconName: command ? command.iconName : ""
     property bool prominent: false
     property bool destructive: false
-    property bool flat: false
     property color tint: destructive ? Theme.error : prominent ? Theme.accentText : Theme.text
     /// Its keys, shown beside the text.
     property string hint: command ? command.hint : ""
@@ -23,7 +23,7 @@ T.Button {
     enabled: command ? command.enabled : true
     onClicked: if (command) command.trigger()
 
-    implicitWidth: Math.max(Theme.controlHeight, contentItem.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(Theme.controlHeight, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Theme.controlHeight
     leftPadding: Theme.m
     rightPadding: Theme.m

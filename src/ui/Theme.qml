@@ -1,5 +1,6 @@
 pragma Singleton
 import QtQuick
+import Lumisort.Ui
 
 /// Neutral greys, one accent, one scale of distances. Contrast of text to its surface is at least 4.5 : 1 in both
 /// themes.

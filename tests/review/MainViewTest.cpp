@@ -1,0 +1,134 @@
+#include "ReviewWorld.h"
+
+#include "support/quick/QuickStage.h"
+#include "ui/ThumbnailProvider.h"
+
+#include <QAccessible>
+
+void qml_register_types_Lumisort_Marks();
+void qml_register_types_Lumisort_Review();
+
+namespace lumisort::review {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+const QByteArray window = R"(
+import QtQuick
+import QtQuick.Window
+import Lumisort.Review
+Window {
+    id: stage
+    property LibraryWindow library
+    width: 1250
+    height: 820
+    MainView { anchors.fill: parent; window: stage.library; focus: true }
+})";
+
+class MainViewTest : public ReviewWorld {
+protected:
+    MainViewTest() {
+        qml_register_types_Lumisort_Marks();
+        qml_register_types_Lumisort_Review();
+        stage_.engine().addImageProvider(QStringLiteral("thumbnail"), new ui::ThumbnailProvider(store_));
+    }
+
+    void show(const std::vector<std::string>& names) {
+        open(names);
+        stage_.show(window, {{QStringLiteral("library"), QVariant::fromValue(window_.get())}});
+    }
+
+    ~MainViewTest() override { stage_.window().close(); }
+
+    library::ThumbnailStore store_;
+    test::QuickStage stage_;
+};
+
+} // namespace
+
+TEST_F(MainViewTest, IsUsedByKeyboardAlone) {
+    show({"a.jpg", "b.jpg", "c.jpg", "d.jpg"});
+    stage_.key(Qt::Key_F, Qt::ControlModifier);
+    stage_.type(QStringLiteral("a.j"));
+    EXPECT_EQ(model_->visible().size(), 1u);
+    stage_.key(Qt::Key_Escape);
+    EXPECT_EQ(model_->visible().size(), 4u);
+    stage_.key(Qt::Key_Return); // from the search to the photos
+    stage_.key(Qt::Key_Right);
+    stage_.key(Qt::Key_Space);
+    stage_.key(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_THAT(selectedNames(), ElementsAre("a.jpg", "b.jpg"));
+    EXPECT_TRUE(stage_.has(QStringLiteral("2 selected")));
+    stage_.key(Qt::Key_K, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(model_->importCount(), 2);
+    stage_.key(Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(model_->importCount(), 0);
+    stage_.key(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_TRUE(model_->compare());
+    model_->setCompare(false);
+
+    int opened = -1;
+    QObject::connect(model_.get(), &model::LibraryModel::fullscreenWanted,
+                     [&](const auto&, int index) { opened = index; });
+    stage_.type(QStringLiteral("d"));
+    stage_.key(Qt::Key_Return);
+    EXPECT_EQ(opened, 3);
+    stage_.key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(window_->selectedCount(), 4);
+    const auto* face = QAccessible::queryAccessibleInterface(stage_.item(QStringLiteral("c.jpg")));
+    EXPECT_TRUE(face->state().selected);
+    stage_.picture(QStringLiteral("main-selected"));
+}
+
+TEST_F(MainViewTest, IsUsedByMouseAlone) {
+    show({"a.jpg", "b.jpg", "c.jpg"});
+    stage_.click(QStringLiteral("b.jpg"));
+    EXPECT_THAT(selectedNames(), ElementsAre("b.jpg"));
+    stage_.click(QStringLiteral("Skip"));
+    settle();
+    EXPECT_EQ(model_->skipCount(), 1);
+    stage_.click(QStringLiteral("Skip, 1"));
+    EXPECT_EQ(model_->section(), "cleanup");
+    EXPECT_THAT(selectedNames(), IsEmpty());
+    EXPECT_TRUE(stage_.has(QStringLiteral("b.jpg, Skip")));
+    stage_.click(QStringLiteral("p"));
+    EXPECT_EQ(model_->section(), "folder");
+
+    findGroups({{0, 2}});
+    stage_.settle();
+    EXPECT_THAT(stage_.names(), Contains("Group 1"));
+    stage_.click(QStringLiteral("c.jpg"));
+    EXPECT_THAT(selectedNames(), ElementsAre("c.jpg"));
+    stage_.picture(QStringLiteral("main-groups"));
+}
+
+TEST_F(MainViewTest, RemovesAFolderOnlyWhenItIsConfirmed) {
+    show({"a.jpg"});
+    stage_.click(QStringLiteral("Folder actions for p"));
+    stage_.click(QStringLiteral("Remove from Library…"));
+    EXPECT_TRUE(stage_.has(QStringLiteral("Remove folder from library?")));
+    stage_.picture(QStringLiteral("main-remove"));
+    stage_.click(QStringLiteral("Cancel"));
+    EXPECT_THAT(model_->folders(), SizeIs(1));
+    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Cancel")); }));
+    stage_.click(QStringLiteral("Folder actions for p"));
+    stage_.click(QStringLiteral("Remove from Library…"));
+    stage_.click(QStringLiteral("Remove from Library"));
+    settle();
+    EXPECT_THAT(model_->folders(), IsEmpty());
+    EXPECT_TRUE(stage_.has(QStringLiteral("Add photos")));
+    stage_.picture(QStringLiteral("main-welcome"));
+}
+
+TEST_F(MainViewTest, NamesEverythingThatTakesInput) {
+    show({"a.jpg"});
+    EXPECT_THAT(stage_.nameless(), IsEmpty());
+}
+
+} // namespace lumisort::review
