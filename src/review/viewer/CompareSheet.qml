@@ -1,0 +1,8 @@
+import QtQuick
+import Lumisort.Ui
+
+/// Originals side by side.
+Sheet {
+    property CompareState state
+    title: "Compare Originals"
+}

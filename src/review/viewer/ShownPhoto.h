@@ -1,0 +1,32 @@
+#pragma once
+
+#include "library/Photo.h"
+#include "library/ReviewMark.h"
+
+#include <QObject>
+#include <QString>
+#include <optional>
+
+namespace lumisort::review {
+
+/// What a view of originals says about a photo.
+struct ShownPhoto {
+    Q_GADGET
+    Q_PROPERTY(QString url MEMBER url)
+    Q_PROPERTY(QString name MEMBER name)
+    Q_PROPERTY(QString details MEMBER details)
+
+public:
+    QString url;     ///< as FileUrl writes it
+    QString name;    ///< the file's name; bytes that are no UTF-8 and control characters replaced
+    QString details; ///< "6000 × 4000 · 12.3 MB"; the size in pixels only where it is known
+
+    static ShownPhoto of(const library::Photo& photo);
+};
+
+/// "Import", "Skip" or "Unmarked".
+QString decisionWord(std::optional<library::ReviewDecision> decision);
+/// The decision behind such a word; none for any other.
+std::optional<library::ReviewDecision> decisionFromWord(const QString& word);
+
+} // namespace lumisort::review
