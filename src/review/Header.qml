@@ -10,7 +10,9 @@ Item {
     readonly property QtObject model: window.model
     readonly property WindowCommands commands: window.commands
     readonly property bool similar: model.section === "similar"
-    readonly property bool narrow: width < (similar ? 1100 : 900)
+    /// Room for words instead of icons, and for keys beside the words.
+    readonly property bool narrow: width < 960
+    readonly property bool tight: width < (similar ? 1200 : 900)
     signal photosWanted
 
     implicitHeight: column.implicitHeight + Theme.l + Theme.m
@@ -105,7 +107,7 @@ Item {
             Item { Layout.fillWidth: true }
             SelectionBar {
                 window: header.window
-                narrow: header.narrow
+                tight: header.tight
                 // Its place stays, so that nothing moves when a selection begins.
                 opacity: header.window.selectedCount > 0 ? 1 : 0
                 enabled: header.window.selectedCount > 0

@@ -43,7 +43,9 @@ Item {
             id: picture
             anchors.fill: parent
             anchors.margins: 4
-            visible: card.readable && status === Image.Ready
+            // Without a preview it is ready and has no size.
+            readonly property bool shows: status === Image.Ready && implicitWidth > 0
+            visible: card.readable && shows
             asynchronous: true
             cache: false
             fillMode: Image.PreserveAspectFit
@@ -55,7 +57,7 @@ Item {
         }
         Icon {
             anchors.centerIn: parent
-            visible: card.readable && picture.status !== Image.Ready
+            visible: card.readable && !picture.shows
             name: "photo"
             size: 32
             color: Theme.disabled

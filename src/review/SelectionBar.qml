@@ -7,7 +7,7 @@ import Lumisort.Ui
 RowLayout {
     id: bar
     required property LibraryWindow window
-    property bool narrow: false
+    property bool tight: false
     readonly property WindowCommands commands: window.commands
     spacing: Theme.s
 
@@ -18,21 +18,27 @@ RowLayout {
     PushButton {
         command: bar.commands.keep
         tint: Theme.keep
-        hint: bar.narrow ? "" : command.hint
+        hint: bar.tight ? "" : command.hint
         help: command.hint
     }
     PushButton {
         command: bar.commands.skip
         tint: Theme.skip
-        hint: bar.narrow ? "" : command.hint
+        hint: bar.tight ? "" : command.hint
         help: command.hint
     }
     PushButton {
         command: bar.commands.clearMark
-        hint: bar.narrow ? "" : command.hint
+        hint: bar.tight ? "" : command.hint
         help: command.hint
     }
+    IconButton {
+        visible: bar.tight
+        command: bar.commands.clearChoice
+        flat: true
+    }
     PushButton {
+        visible: !bar.tight
         command: bar.commands.clearChoice
         iconName: ""
         hint: ""
