@@ -44,6 +44,9 @@ LibraryWindow::LibraryWindow(LibraryModel& model, QObject* parent)
         Q_EMIT selectionChanged();
     });
     connect(&model, &LibraryModel::devicesChanged, this, &LibraryWindow::deviceChanged);
+    connect(&model, &LibraryModel::folderWanted, this, [this](const std::optional<FileUrl>& startingAt) {
+        Q_EMIT folderWanted(startingAt ? ui::fromUtf8(startingAt->string()) : QString());
+    });
 }
 
 QString LibraryWindow::title() const {

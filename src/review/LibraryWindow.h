@@ -113,6 +113,8 @@ Q_SIGNALS:
     void deviceChanged();
     void folderToRemoveChanged();
     void noticeChanged();
+    /// A folder is to be chosen and given to addFolders; `startingAt` is a file URL, or "" for anywhere.
+    void folderWanted(const QString& startingAt);
 
 private:
     std::optional<library::Photo> photoOf(const QString& url) const;

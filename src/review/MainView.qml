@@ -70,6 +70,15 @@ Rectangle {
         commands: view.window.commands
         enabled: !view.covered
     }
+    FolderChooser {
+        id: chooser
+        title: "Add Folder"
+        onChosen: folder => view.window.addFolders([folder])
+    }
+    Connections {
+        target: view.window
+        function onFolderWanted(startingAt) { chooser.choose(startingAt); }
+    }
     Connections {
         target: view.window.commands.search
         function onTriggered() { header.focusSearch(); }

@@ -8,6 +8,8 @@ T.Popup {
     property bool dismissable: true
 
     parent: T.Overlay.overlay
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     x: Math.round((parent.width - width) / 2)
     y: Math.round((parent.height - height) / 2)
     modal: true

@@ -103,11 +103,11 @@ TEST_F(LibraryWindowTest, OffersANewDriveUntilItIsAnswered) {
     volumes_ = {{.url = url("/media/CARD/"), .external = true}};
     model_->updateDevices();
     EXPECT_EQ(window_->deviceName(), "CARD");
-    std::vector<std::string> browsed;
-    QObject::connect(model_.get(), &model::LibraryModel::folderWanted,
-                     [&](const auto& at) { browsed.push_back(at->path()); });
+    std::vector<QString> browsed;
+    QObject::connect(window_.get(), &LibraryWindow::folderWanted,
+                     [&](const QString& at) { browsed.push_back(at); });
     window_->browseDevice();
-    EXPECT_THAT(browsed, ElementsAre("/media/CARD"));
+    EXPECT_THAT(browsed, ElementsAre("file:///media/CARD/"));
     EXPECT_EQ(window_->deviceName(), "");
     settle();
 }
