@@ -22,7 +22,7 @@ function(lumisort_room)
 endfunction()
 
 # A room with windows or what they are made of: besides the .cpp files, every .qml file and every .svg below
-# icons/ belongs to its QML module. The module's types are known once registerModule of app/desktop has run.
+# icons/ belongs to its QML module. Whatever links the room has the module at qrc:/qt/qml.
 #
 #   lumisort_qml_room(Lumisort.Ui SINGLETONS Theme.qml USES Qt6::Quick)
 function(lumisort_qml_room uri)
@@ -56,6 +56,11 @@ function(lumisort_qml_room uri)
     # Qt's generated code converts signs and shadows names.
     target_compile_options(${target} PRIVATE -Wno-conversion -Wno-shadow)
     target_link_libraries(${target} PUBLIC ${ROOM_USES})
+    # Nothing calls the function that tells QML the module's types, and a linker leaves out of a static library
+    # what nothing calls. This is its name as the compiler writes it.
+    string(REPLACE "." "_" register qml_register_types_${uri})
+    string(LENGTH ${register} length)
+    target_link_options(${target} INTERFACE LINKER:--undefined=_Z${length}${register}v)
 endfunction()
 
 # The tests of one room: tests/<folder>/*.cpp become one GoogleTest program, and each test in it one

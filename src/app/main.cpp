@@ -1,5 +1,6 @@
 #include "app/commandline/Command.h"
 #include "app/commandline/Interrupt.h"
+#include "app/desktop/StartDesktop.h"
 #include "platform/images/ImageDecoder.h"
 #include "platform/tasks/Cancellation.h"
 
@@ -12,11 +13,6 @@
 namespace {
 
 using namespace lumisort::app;
-
-ExitStatus startDesktop(Surroundings& with) {
-    with.notes << "The desktop application is not built yet. The commands are: lumisort --help\n";
-    return ExitStatus::failed;
-}
 
 ExitStatus run(const Command& command, const Interrupt& interrupt) {
     ProgressBar progress;
@@ -49,7 +45,9 @@ int main(int argc, char** argv) {
     program.footer("Exit status: 0 done, 1 done with files that failed, 2 usage, 3 failed, 130 interrupted.");
     program.fallthrough();
 
-    Command chosen = startDesktop;
+    DesktopOptions desktop;
+    addDesktopOptions(program, desktop);
+    Command chosen = [&desktop](Surroundings& with) { return startDesktop(desktop, with.stop); };
     addScanCommand(program, chosen);
     addMatchCommand(program, chosen);
     addFingerprintCommand(program, chosen);

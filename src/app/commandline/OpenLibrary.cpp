@@ -1,8 +1,6 @@
 #include "app/commandline/OpenLibrary.h"
 
-#include "app/commandline/Folders.h"
-#include "app/commandline/Text.h"
-#include "library/SessionStore.h"
+#include "app/commandline/DocumentLock.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <QEventLoop>
@@ -17,19 +15,6 @@ namespace {
 /// How soon an interrupt is noticed.
 constexpr std::chrono::milliseconds stopInterval{50};
 
-files::FileUrl documentAt(const std::string& path) {
-    return path.empty() ? library::SessionStore::location() : fileArgument(path);
-}
-
-files::FileLock lockOf(const files::FileUrl& document) {
-    const auto path = document.path() + ".lock";
-    if (auto lock = files::FileLock::tryLock(path)) return *std::move(lock);
-    std::string message = "The library “" + printable(document.path()) + "” is open in another program";
-    if (const auto process = files::FileLock::holder(path))
-        message += " (process " + std::to_string(*process) + ")";
-    throw std::runtime_error(message + ".");
-}
-
 std::unique_ptr<QCoreApplication> application() {
     static char name[] = "lumisort";
     static char* arguments[] = {name, nullptr};
@@ -40,7 +25,7 @@ std::unique_ptr<QCoreApplication> application() {
 } // namespace
 
 OpenLibrary::OpenLibrary(const std::string& document, const Surroundings& with)
-    : stop_(with.stop), document_(documentAt(document)), lock_(lockOf(document_)),
+    : stop_(with.stop), document_(documentAt(document)), lock_(lockDocument(document_)),
       application_(application()), model_(std::make_unique<model::LibraryModel>(document_)) {
     wait(model_->loading());
     if (model_->status().startsWith(QStringLiteral("Could not")))

@@ -1,0 +1,86 @@
+#include "app/desktop/Desktop.h"
+
+#include "ui/IconProvider.h"
+#include "ui/ThumbnailProvider.h"
+
+#include <unistd.h>
+
+#include <QFile>
+#include <QGuiApplication>
+#include <stdexcept>
+#include <vector>
+
+namespace lumisort::app {
+
+namespace {
+
+/// Without a graphics driver the window is painted by the processor. Qt Quick chooses once per process, so
+/// the program starts over; nothing has been changed by then.
+void startOverInSoftware() {
+    if (qEnvironmentVariable("QT_QUICK_BACKEND") == QLatin1String("software"))
+        qFatal("The window cannot be drawn, not even without a graphics driver.");
+    qputenv("QT_QUICK_BACKEND", "software");
+    QFile commandLine(QStringLiteral("/proc/self/cmdline"));
+    QList<QByteArray> words;
+    if (commandLine.open(QIODevice::ReadOnly)) words = commandLine.readAll().split('\0');
+    words.removeLast(); // behind the last NUL
+    std::vector<char*> arguments;
+    for (auto& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    execv("/proc/self/exe", arguments.data());
+    qFatal("The program cannot start over without a graphics driver.");
+}
+
+} // namespace
+
+Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
+    : model_(document), library_(model_), lifecycle_(std::move(exit)),
+      devices_([this] { model_.updateDevices(); }, {.mountDescriptor = mounts_.descriptor(),
+                                                    .mountsChanged = [this] { return mounts_.changed(); }}) {
+    connect(&model_, &model::LibraryModel::thumbnailRevisionChanged, this,
+            [this] { thumbnails_.removeAll(); });
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive) devices_.applicationActivated();
+    });
+    connect(&lifecycle_, &Lifecycle::quitting, this, [this] {
+        for (auto* window : QGuiApplication::allWindows()) window->hide();
+    });
+}
+
+Desktop::~Desktop() = default;
+
+void Desktop::show() {
+    engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine_.addImageProvider(QStringLiteral("icon"), new ui::IconProvider);
+    engine_.addImageProvider(QStringLiteral("thumbnail"), new ui::ThumbnailProvider(thumbnails_));
+    engine_.setInitialProperties({{QStringLiteral("lifecycle"), QVariant::fromValue(&lifecycle_)},
+                                  {QStringLiteral("library"), QVariant::fromValue(&library_)}});
+    QString problems;
+    const auto hearing = connect(&engine_, &QQmlEngine::warnings, this, [&](const QList<QQmlError>& found) {
+        for (const auto& problem : found) problems += problem.toString() + QLatin1Char('\n');
+    });
+    engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumisort/App/Main.qml")));
+    disconnect(hearing);
+    const auto roots = engine_.rootObjects();
+    window_ = roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(roots.first());
+    if (!window_) throw std::runtime_error("The window could not be loaded.\n" + problems.toStdString());
+    // At once and on whatever thread it draws: there is nothing to show until then.
+    connect(window_, &QQuickWindow::sceneGraphError, window_, startOverInSoftware, Qt::DirectConnection);
+    connect(window_, &QWindow::visibleChanged, this, &Desktop::windowShown);
+    window_->show();
+}
+
+void Desktop::windowShown(bool shown) {
+    if (shown) lifecycle_.setModel(&model_);
+    devices_.setShown(shown);
+}
+
+void Desktop::comeForward(const QString& activationToken) {
+    if (!window_) return;
+    if (!activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    if (window_->visibility() == QWindow::Minimized) window_->showNormal();
+    window_->raise();
+    window_->requestActivate();
+}
+
+} // namespace lumisort::app

@@ -1,0 +1,40 @@
+#include "app/desktop/DeviceWatch.h"
+
+#include <utility>
+
+namespace lumisort::app {
+
+DeviceWatch::DeviceWatch(std::function<void()> look, Surroundings with, QObject* parent)
+    : QObject(parent), look_(std::move(look)), with_(std::move(with)) {
+    if (with_.mountDescriptor < 0) return;
+    mounts_.setSocket(with_.mountDescriptor);
+    mounts_.setEnabled(true);
+    connect(&mounts_, &QSocketNotifier::activated, this, &DeviceWatch::mountTableSpoke);
+}
+
+void DeviceWatch::setShown(bool shown) {
+    if (shown == std::exchange(shown_, shown)) return;
+    ++showing_;
+    if (shown) tick();
+}
+
+void DeviceWatch::applicationActivated() {
+    if (shown_) look_();
+}
+
+void DeviceWatch::tick() {
+    look_();
+    with_.after(interval, this, [this, showing = showing_] {
+        if (showing == showing_) tick();
+    });
+}
+
+void DeviceWatch::mountTableSpoke() {
+    if (!with_.mountsChanged() || !shown_ || std::exchange(settling_, true)) return;
+    with_.after(settling, this, [this] {
+        settling_ = false;
+        if (shown_) look_();
+    });
+}
+
+} // namespace lumisort::app

@@ -1,0 +1,54 @@
+#include "app/desktop/StartDesktop.h"
+
+#include "app/commandline/DocumentLock.h"
+#include "app/desktop/Desktop.h"
+#include "app/desktop/Display.h"
+#include "app/desktop/SingleInstance.h"
+#include "app/diagnostics/PerformanceDiagnostics.h"
+#include "ui/ColourScheme.h"
+
+namespace lumisort::app {
+
+namespace {
+
+/// Has a function run on the main thread, soon; called from any thread.
+void post(std::function<void()> function) {
+    QMetaObject::invokeMethod(qGuiApp, std::move(function), Qt::QueuedConnection);
+}
+
+std::unique_ptr<PerformanceDiagnostics> wantedDiagnostics() {
+    const auto output = qgetenv("LUMISORT_PERF_OUTPUT");
+    if (output.isEmpty()) return nullptr;
+    return std::make_unique<PerformanceDiagnostics>(
+        output.toStdString(), PerformanceSampler::Surroundings{.system = files::FileSystem::real(),
+                                                               .clock = time::Clock::system(),
+                                                               .post = post});
+}
+
+void setTheme(const std::string& theme) {
+    if (theme != "auto") ui::ColourScheme::shared().pin(theme == "dark");
+}
+
+} // namespace
+
+ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& interrupted) {
+    const auto activationToken = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    const auto application = openDisplay(Screen::real);
+    setTheme(options.theme);
+
+    const auto document = documentAt(options.library);
+    const auto instance = SingleInstance::claim(document, activationToken);
+    if (!instance) return ExitStatus::done;
+    const auto diagnostics = wantedDiagnostics();
+
+    Desktop desktop(document, [] { QCoreApplication::exit(static_cast<int>(ExitStatus::done)); });
+    QObject::connect(instance.get(), &SingleInstance::raiseWanted, &desktop, &Desktop::comeForward);
+    QObject::connect(&desktop.engine(), &QQmlEngine::quit, &desktop.lifecycle(), &Lifecycle::quit);
+    desktop.show();
+    const std::stop_callback onInterrupt(interrupted, [&desktop] {
+        QMetaObject::invokeMethod(&desktop.lifecycle(), &Lifecycle::quit, Qt::QueuedConnection);
+    });
+    return static_cast<ExitStatus>(QCoreApplication::exec());
+}
+
+} // namespace lumisort::app
