@@ -85,10 +85,7 @@ images::ImageReference cameraLike(const char* photo) {
     });
     const auto noisy =
         runVips([&](VipsImage** out) { return vips_add(large.get(), grain.get(), out, nullptr); });
-    const auto clipped =
-        runVips([&](VipsImage** out) { return vips_cast(noisy.get(), out, VIPS_FORMAT_UCHAR, nullptr); });
-    // In memory: the photo is read from top to bottom, which serves one file only.
-    return runVips([&](VipsImage** out) { return (*out = vips_image_copy_memory(clipped.get())) ? 0 : -1; });
+    return runVips([&](VipsImage** out) { return vips_cast(noisy.get(), out, VIPS_FORMAT_UCHAR, nullptr); });
 }
 
 void compareThumbnails(const char* photo, const fs::path& folder) {

@@ -11,14 +11,18 @@ FullscreenPhotoState::FullscreenPhotoState(model::LibraryModel& model, MarkHisto
     connect(&model, &model::LibraryModel::countsChanged, this, &FullscreenPhotoState::updateDecision);
     connect(this, &FullscreenPhotoState::indexChanged, this, &FullscreenPhotoState::updateDecision);
     updateDecision();
+    prefetch();
 }
 
-QStringList FullscreenPhotoState::neighbours() const {
-    QStringList urls;
+/// After the photo on show was asked for: what is being decoded ahead and is shown now must not be let go
+/// between.
+void FullscreenPhotoState::prefetch() {
+    std::vector<library::OriginalDecodeQueue::Ticket> ahead;
     for (const int step : {direction_, -direction_})
         if (const int at = index_ + step; at >= 0 && at < count())
-            urls << QString::fromStdString(photos_[static_cast<std::size_t>(at)].url.string());
-    return urls;
+            ahead.push_back(
+                library::OriginalDecodeQueue::shared().prefetch(photos_[static_cast<std::size_t>(at)].url));
+    ahead_ = std::move(ahead);
 }
 
 void FullscreenPhotoState::updateDecision() {
@@ -48,6 +52,7 @@ void FullscreenPhotoState::move(int delta) {
     center_ = {0.5, 0.5};
     Q_EMIT viewChanged();
     Q_EMIT indexChanged();
+    prefetch();
 }
 
 void FullscreenPhotoState::mark(const QString& decision) {

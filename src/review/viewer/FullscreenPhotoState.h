@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/OriginalDecodeQueue.h"
 #include "review/marks/MarkHistory.h"
 #include "review/viewer/ShownPhoto.h"
 
@@ -7,13 +8,13 @@
 
 #include <QObject>
 #include <QPointF>
-#include <QStringList>
 #include <vector>
 
 namespace lumisort::review {
 
-/// One photo of a list at a time, as large as the screen: which, and how it is zoomed and panned. Lives as
-/// long as its window. Main thread; model and history outlive it.
+/// One photo of a list at a time, as large as the screen: which, and how it is zoomed and panned. Has its
+/// neighbours decoded ahead, one each side. Lives as long as its window. Main thread; model and history
+/// outlive it.
 class FullscreenPhotoState : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -21,10 +22,10 @@ class FullscreenPhotoState : public QObject {
     Q_PROPERTY(int index READ index NOTIFY indexChanged)
     Q_PROPERTY(int count READ count CONSTANT)
     Q_PROPERTY(lumisort::review::ShownPhoto photo READ photo NOTIFY indexChanged)
-    Q_PROPERTY(QStringList neighbours READ neighbours NOTIFY indexChanged)
     Q_PROPERTY(QString decision READ decision NOTIFY decisionChanged)
     Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY viewChanged)
     Q_PROPERTY(QPointF center READ center WRITE setCenter NOTIFY viewChanged)
+    Q_PROPERTY(double mostZoom READ mostZoom CONSTANT)
 
 public:
     static constexpr double maxZoom = 12;
@@ -44,6 +45,7 @@ public:
     QString decision() const { return decision_; } ///< as decisionWord has it
 
     double zoom() const { return zoom_; }
+    double mostZoom() const { return maxZoom; }
     /// Corrected to 1 … maxZoom, and centred at exactly 1; what is no number changes nothing.
     void setZoom(double zoom);
     QPointF center() const { return center_; }
@@ -66,12 +68,14 @@ Q_SIGNALS:
 
 private:
     void updateDecision();
+    void prefetch();
 
     model::LibraryModel& model_;
     MarkHistory& history_;
     const std::vector<library::Photo> photos_;
     int index_;
     int direction_ = 1; ///< of the last step
+    std::vector<library::OriginalDecodeQueue::Ticket> ahead_;
     QString decision_;
     double zoom_ = 1;
     QPointF center_{0.5, 0.5};

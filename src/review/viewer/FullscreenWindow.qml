@@ -1,0 +1,135 @@
+import QtQuick
+import QtQuick.Window
+import Lumisort.Ui
+import Lumisort.Viewer
+
+/// One photo as large as the screen. The colours around it are always dark.
+Window {
+    id: window
+    required property FullscreenPhotoState state
+    readonly property color backdrop: Qt.rgba(0, 0, 0, 0.45)
+    /// The pointer has moved of late: it shows, and with it what the photo is called.
+    property bool awake: true
+
+    title: "Photo"
+    color: "black"
+
+    Item {
+        anchors.fill: parent
+        focus: true
+        Keys.onShortcutOverride: event => event.accepted = event.modifiers & Qt.ControlModifier
+        Keys.onPressed: event => event.accepted = window.state.press(event.key, event.modifiers)
+
+        OriginalView {
+            anchors.fill: parent
+            url: window.state.photo.url
+            name: window.state.photo.name
+            zoom: window.state.zoom
+            center: window.state.center
+            text: Theme.photoText
+            secondary: "#a8a8a8"
+            warning: "#f0a35a"
+            onPanned: center => window.state.center = center
+            onZoomWanted: (zoom, at) => {
+                const within = Math.max(1, Math.min(window.state.mostZoom, zoom));
+                const center = centerFor(within, at);
+                window.state.zoom = zoom;
+                if (window.state.zoom > 1)
+                    window.state.center = center;
+            }
+        }
+        FullscreenEdge {
+            anchors.left: parent.left
+            iconName: "go-previous"
+            label: "Previous photo"
+            onTapped: window.state.move(-1)
+        }
+        FullscreenEdge {
+            anchors.right: parent.right
+            iconName: "go-next"
+            label: "Next photo"
+            onTapped: window.state.move(1)
+        }
+        Item {
+            id: close
+            anchors.right: parent.right
+            width: 80
+            height: 80
+            opacity: window.awake || closeHover.hovered ? 1 : 0
+            Accessible.role: Accessible.Button
+            Accessible.name: "Close"
+            Accessible.description: tip.text
+            Accessible.onPressAction: window.state.close()
+            Rectangle {
+                anchors.centerIn: parent
+                width: 40
+                height: 40
+                radius: 20
+                color: closeHover.hovered ? Qt.rgba(0.25, 0.25, 0.25, 0.8) : window.backdrop
+                Icon {
+                    anchors.centerIn: parent
+                    name: "window-close"
+                    size: 18
+                    color: Theme.photoText
+                }
+            }
+            HoverHandler { id: closeHover }
+            TapHandler { onTapped: window.state.close() }
+            Tip {
+                id: tip
+                text: "Close (Esc)"
+                shown: closeHover.hovered
+            }
+            Behavior on opacity { NumberAnimation { duration: Theme.motion } }
+        }
+        Rectangle {
+            anchors.left: parent.left
+            anchors.bottom: parent.bottom
+            anchors.margins: Theme.l
+            width: Math.min(about.implicitWidth + 2 * Theme.m, parent.width - 2 * Theme.l)
+            height: 26
+            radius: 13
+            color: window.backdrop
+            opacity: window.awake ? 1 : 0
+            Caption {
+                id: about
+                anchors.fill: parent
+                anchors.leftMargin: Theme.m
+                anchors.rightMargin: Theme.m
+                color: Theme.photoText
+                text: window.state.photo.name + " · " + (window.state.index + 1) + " of " + window.state.count
+            }
+            Behavior on opacity { NumberAnimation { duration: Theme.motion } }
+        }
+        Rectangle {
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            anchors.margins: Theme.l
+            width: badge.implicitWidth + 2 * Theme.m
+            height: 26
+            radius: 13
+            visible: badge.decided
+            color: Qt.rgba(0, 0, 0, 0.75)
+            DecisionLabel {
+                id: badge
+                anchors.centerIn: parent
+                decision: window.state.decision
+                keep: "#66c493"
+                skip: "#f0a35a"
+            }
+        }
+        HoverHandler {
+            cursorShape: window.awake ? Qt.ArrowCursor : Qt.BlankCursor
+            onPointChanged: {
+                window.awake = true;
+                rest.restart();
+            }
+        }
+        Timer {
+            id: rest
+            running: true
+            interval: 2500
+            onTriggered: window.awake = closeHover.hovered
+        }
+    }
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "library/OriginalDecodeQueue.h"
+#include "review/viewer/PaneGeometry.h"
+
+#include <QSGImageNode>
+#include <map>
+#include <tuple>
+
+class QQuickWindow;
+
+namespace lumisort::review {
+
+/// The tiles of an original in the scene graph. Those that stay on show keep their textures. Render thread,
+/// while the main thread waits.
+class TilesNode : public QSGNode {
+public:
+    void show(QQuickWindow& window, const library::OriginalDecodeQueue::Original& original,
+              const PaneView& view);
+
+private:
+    using Key = std::tuple<std::size_t, int, int>; ///< level, column, row
+
+    library::OriginalDecodeQueue::Original original_;
+    std::map<Key, QSGImageNode*> tiles_; ///< children of this
+};
+
+} // namespace lumisort::review

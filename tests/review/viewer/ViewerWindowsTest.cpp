@@ -1,0 +1,239 @@
+#include "review/viewer/CompareState.h"
+#include "review/viewer/FullscreenPhotoController.h"
+#include "review/viewer/OriginalPane.h"
+#include "review/viewer/ViewerWorld.h"
+#include "support/TemporaryFolder.h"
+#include "support/quick/QuickStage.h"
+#include "ui/ColourScheme.h"
+
+#include <QtTest/qtestkeyboard.h>
+#include <QtTest/qtestmouse.h>
+#include <QtTest/qtestsystem.h>
+
+#include <QImage>
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+void qml_register_types_Lumisort_Marks();
+void qml_register_types_Lumisort_Viewer();
+
+namespace lumisort::review {
+namespace {
+
+/// Real pictures that the library of the test believes in.
+class ViewerWindows : public ViewerWorld {
+protected:
+    ViewerWindows() {
+        qml_register_types_Lumisort_Marks();
+        qml_register_types_Lumisort_Viewer();
+        ui::ColourScheme::shared().pin(true);
+        session_.folders = {folder_.url()};
+        for (const int hue : {10, 130, 250}) {
+            QImage image(90, 60, QImage::Format_RGB32);
+            image.fill(QColor::fromHsv(hue, 200, 180));
+            add(image, QStringLiteral("hue %1.png").arg(hue));
+        }
+        model_ = model(session_);
+        history_ = std::make_unique<MarkHistory>(*model_);
+    }
+
+    void add(const QImage& image, const QString& name) {
+        const auto url = folder_.url().child(name.toStdString());
+        ASSERT_TRUE(image.save(QString::fromStdString(url.path())));
+        system_.write(url.path(), "the library's look at it");
+        session_.photos.push_back(
+            {.url = url, .bytes = 12'300'000, .width = image.width(), .height = image.height()});
+    }
+
+    /// From left to right.
+    static std::vector<OriginalPane*> panesIn(QQuickItem* item) {
+        if (auto* pane = qobject_cast<OriginalPane*>(item)) return {pane};
+        std::vector<OriginalPane*> panes;
+        for (auto* child : item->childItems()) std::ranges::copy(panesIn(child), std::back_inserter(panes));
+        return panes;
+    }
+
+    static bool allReady(QQuickWindow& window, std::ptrdiff_t count) {
+        return test::QuickStage::until([&] {
+            const auto panes = panesIn(window.contentItem());
+            return std::ssize(panes) == count && std::ranges::all_of(panes, [](auto* pane) {
+                       return pane->status() == OriginalPane::Ready;
+                   });
+        });
+    }
+
+    test::TemporaryFolder folder_;
+    test::QuickStage stage_;
+};
+
+class CompareSheetTest : public ViewerWindows {
+protected:
+    CompareSheetTest() : state_(*model_, *history_) {
+        stage_.show(R"(import QtQuick
+                       import Lumisort.Ui
+                       import Lumisort.Viewer
+                       Window {
+                           width: 1250; height: 820
+                           property CompareState compareState
+                           property int keysOfTheWindow: 0
+                           color: Theme.window
+                           Shortcut { sequence: "Ctrl+K"; onActivated: ++keysOfTheWindow }
+                           CompareSheet { state: compareState }
+                       })",
+                    {{QStringLiteral("compareState"), QVariant::fromValue(&state_)}});
+    }
+
+    void open(const std::vector<std::size_t>& indices, const std::vector<std::size_t>& group = {}) {
+        state_.open(photos(indices), photos(group));
+        ASSERT_TRUE(allReady(stage_.window(), std::ssize(indices)));
+        ASSERT_TRUE(test::QuickStage::until([&] { return focusedPane() == state_.active(); }));
+    }
+
+    /// Which pane has the keyboard, −1 for none.
+    int focusedPane() {
+        auto* focus = stage_.window().activeFocusItem();
+        return focus && focus->property("shown").isValid() ? focus->property("index").toInt() : -1;
+    }
+
+    QStringList shownUrls() {
+        QStringList urls;
+        for (const auto* pane : panesIn(stage_.window().contentItem())) urls << pane->url();
+        return urls;
+    }
+
+    CompareState state_;
+};
+
+TEST_F(CompareSheetTest, SaysWhatItShows) {
+    open({0, 1});
+    for (const auto* text :
+         {"Compare Originals", "Fit", "100%", "Linked zoom", "Done", "Original photo: hue 10.png",
+          "Original photo: hue 130.png", "90 × 60 · 12.3 MB", "Unmarked", "Import", "Skip", "Clear",
+          "Open Original",
+          "Drag to pan both photos · Ctrl+K Import · Ctrl+D Skip · Ctrl+U Clear · Space Flip"})
+        EXPECT_TRUE(stage_.has(QString::fromUtf8(text))) << text;
+    EXPECT_EQ(stage_.nameless(), QStringList());
+    stage_.picture(QStringLiteral("compare"));
+}
+
+TEST_F(CompareSheetTest, IsUsedByKeysAlone) {
+    open({0, 1}, {0, 1, 2});
+    EXPECT_TRUE(stage_.has(QStringLiteral("Pair 1 of 3")));
+    stage_.key(Qt::Key_K, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(state_.decisions().at(0), QStringLiteral("Import"));
+    EXPECT_EQ(stage_.window().property("keysOfTheWindow"), 0);
+    stage_.key(Qt::Key_Right);
+    EXPECT_EQ(focusedPane(), 1);
+    stage_.key(Qt::Key_D, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(state_.decisions().at(1), QStringLiteral("Skip"));
+    stage_.key(Qt::Key_U, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(state_.decisions().at(1), QStringLiteral("Unmarked"));
+    stage_.key(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(state_.active(), 0);
+    stage_.key(Qt::Key_Tab);
+    EXPECT_EQ(state_.active(), 1);
+
+    // Space shows the other photo in place, for as long as it is held.
+    const auto before = shownUrls();
+    QTest::keyPress(&stage_.window(), Qt::Key_Space);
+    EXPECT_EQ(shownUrls(), QStringList({before[0], before[0]}));
+    EXPECT_TRUE(allReady(stage_.window(), 2));
+    QTest::keyRelease(&stage_.window(), Qt::Key_Space);
+    EXPECT_EQ(shownUrls(), before);
+
+    stage_.key(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_TRUE(stage_.has(QStringLiteral("Original photo: hue 250.png")));
+    EXPECT_TRUE(stage_.has(QStringLiteral("Pair 2 of 3")));
+    EXPECT_TRUE(test::QuickStage::until([&] { return focusedPane() == 0; }));
+    stage_.key(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_TRUE(stage_.has(QStringLiteral("Pair 1 of 3")));
+
+    stage_.key(Qt::Key_Escape);
+    EXPECT_FALSE(state_.isOpened());
+    EXPECT_TRUE(test::QuickStage::until([&] { return !stage_.has(QStringLiteral("Compare Originals")); }));
+}
+
+TEST_F(CompareSheetTest, IsUsedByClicksAlone) {
+    open({0, 1, 2});
+    stage_.click(QStringLiteral("Original photo: hue 250.png"));
+    EXPECT_EQ(state_.active(), 2);
+    stage_.click(QStringLiteral("Skip")); // the first photo's
+    settle();
+    EXPECT_EQ(state_.active(), 0);
+    EXPECT_EQ(state_.decisions().at(0), QStringLiteral("Skip"));
+    stage_.click(QStringLiteral("100%"));
+    EXPECT_TRUE(state_.actualPixels());
+    stage_.click(QStringLiteral("Linked zoom"));
+    EXPECT_NEAR(state_.zoom(), 4.5, 0.3);
+    stage_.click(QStringLiteral("Fit"));
+    EXPECT_FALSE(state_.actualPixels());
+    EXPECT_EQ(state_.zoom(), 1);
+    stage_.click(QStringLiteral("Done"));
+    EXPECT_FALSE(state_.isOpened());
+}
+
+class FullscreenWindowTest : public ViewerWindows {
+protected:
+    void show(std::size_t index) {
+        controller_.show(session_.photos[index], session_.photos);
+        ASSERT_TRUE(controller_.window());
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(controller_.window()));
+        ASSERT_TRUE(allReady(*controller_.window(), 1));
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(controller_.window(), key, modifiers);
+    }
+    QColor middle() {
+        const auto image = controller_.window()->grabWindow();
+        return image.pixelColor(image.width() / 2, image.height() / 2);
+    }
+
+    FullscreenPhotoController controller_{*model_, *history_, stage_.engine()};
+};
+
+TEST_F(FullscreenWindowTest, ShowsAPhotoAtATimeAndStepsByKeysAndEdges) {
+    show(0);
+    auto& window = *controller_.window();
+    EXPECT_EQ(window.title(), QStringLiteral("Photo"));
+    EXPECT_EQ(window.visibility(), QWindow::FullScreen);
+    EXPECT_NEAR(middle().hsvHue(), 10, 2);
+    key(Qt::Key_Right);
+    ASSERT_TRUE(allReady(window, 1));
+    EXPECT_NEAR(middle().hsvHue(), 130, 2);
+    QTest::mouseClick(&window, Qt::LeftButton, {}, {window.width() - 50, window.height() / 2});
+    EXPECT_EQ(controller_.state()->index(), 2);
+    QTest::mouseClick(&window, Qt::LeftButton, {}, {50, window.height() / 2});
+    EXPECT_EQ(controller_.state()->index(), 1);
+    key(Qt::Key_Equal);
+    EXPECT_EQ(controller_.state()->zoom(), 1.25);
+    key(Qt::Key_K, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(controller_.state()->decision(), QStringLiteral("Import"));
+}
+
+TEST_F(FullscreenWindowTest, ClosesByEscapeByItsButtonByTheDesktopAndForAnother) {
+    const auto closes = [&] { return test::QuickStage::until([&] { return !controller_.window(); }); };
+    show(0);
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(closes());
+    show(0);
+    QTest::mouseClick(controller_.window(), Qt::LeftButton, {}, {controller_.window()->width() - 40, 40});
+    EXPECT_TRUE(closes());
+    show(0);
+    controller_.window()->close();
+    EXPECT_TRUE(closes());
+
+    show(0);
+    const QPointer first = controller_.window();
+    show(1);
+    EXPECT_TRUE(first.isNull());
+    controller_.show(photo("/elsewhere.jpg"), session_.photos);
+    EXPECT_TRUE(closes());
+}
+
+} // namespace
+} // namespace lumisort::review
