@@ -85,7 +85,10 @@ images::ImageReference cameraLike(const char* photo) {
     });
     const auto noisy =
         runVips([&](VipsImage** out) { return vips_add(large.get(), grain.get(), out, nullptr); });
-    return runVips([&](VipsImage** out) { return vips_cast(noisy.get(), out, VIPS_FORMAT_UCHAR, nullptr); });
+    const auto clipped =
+        runVips([&](VipsImage** out) { return vips_cast(noisy.get(), out, VIPS_FORMAT_UCHAR, nullptr); });
+    // In memory: the photo is read from top to bottom, which serves one file only.
+    return runVips([&](VipsImage** out) { return (*out = vips_image_copy_memory(clipped.get())) ? 0 : -1; });
 }
 
 void compareThumbnails(const char* photo, const fs::path& folder) {

@@ -128,7 +128,7 @@ VisualFingerprint fingerprint(const FingerprintCanvas& canvas, double aspect) {
 }
 
 VisualFingerprint fingerprint(const files::FileUrl& url, const std::stop_token& stop) {
-    const images::Bitmap photo = images::decodeThumbnail(url, fingerprintThumbnailSidePixels, stop);
+    const images::Bitmap photo = images::decodeRoughThumbnail(url, fingerprintThumbnailSidePixels, stop);
     return fingerprint(drawCanvas(photo), static_cast<double>(photo.width) / photo.height);
 }
 

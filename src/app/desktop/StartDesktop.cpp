@@ -3,6 +3,8 @@
 #include "app/commandline/DocumentLock.h"
 #include "app/desktop/Desktop.h"
 #include "app/desktop/Display.h"
+#include "app/desktop/Screenshots.h"
+#include "app/desktop/SelfTest.h"
 #include "app/desktop/SingleInstance.h"
 #include "app/diagnostics/PerformanceDiagnostics.h"
 #include "ui/ColourScheme.h"
@@ -33,8 +35,10 @@ void setTheme(const std::string& theme) {
 
 ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& interrupted) {
     const auto activationToken = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
-    const auto application = openDisplay(Screen::real);
+    const auto application = openDisplay(options.isTour() ? Screen::none : Screen::real);
     setTheme(options.theme);
+    if (options.selfTest) return runSelfTest(interrupted);
+    if (!options.screenshots.empty()) return takeScreenshots(options, interrupted);
 
     const auto document = documentAt(options.library);
     const auto instance = SingleInstance::claim(document, activationToken);

@@ -35,6 +35,27 @@ ImageType require(const std::optional<ImageType>& type) {
     return *type;
 }
 
+Bitmap decode(const files::FileUrl& url, int maxSide, Shrinking shrinking, const std::stop_token& stop) {
+    ensureDecoder();
+    tasks::checkCancelled(stop);
+    const FileBytes file(url);
+    try {
+        switch (const ImageType type = require(identify(file))) {
+        case ImageType::heif:
+            return renderPicture(openHeif(file, stop), maxSide, stop);
+        case ImageType::raw:
+            return renderPicture(openRaw(file, maxSide, stop), maxSide, stop);
+        default:
+            return renderPicture(openRaster(file, type, maxSide, shrinking, stop), maxSide, stop);
+        }
+    } catch (const ImageError&) {
+        tasks::checkCancelled(stop); // A stop looks like a read error to the libraries.
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw ImageError("There is not enough memory for the photo.");
+    }
+}
+
 } // namespace
 
 ImageProperties readProperties(const files::FileUrl& url) {
@@ -51,24 +72,11 @@ ImageProperties readProperties(const files::FileUrl& url) {
 }
 
 Bitmap decodeThumbnail(const files::FileUrl& url, int maxSide, const std::stop_token& stop) {
-    ensureDecoder();
-    tasks::checkCancelled(stop);
-    const FileBytes file(url);
-    try {
-        switch (const ImageType type = require(identify(file))) {
-        case ImageType::heif:
-            return renderPicture(openHeif(file, stop), maxSide, stop);
-        case ImageType::raw:
-            return renderPicture(openRaw(file, maxSide, stop), maxSide, stop);
-        default:
-            return renderPicture(openRaster(file, type, maxSide, stop), maxSide, stop);
-        }
-    } catch (const ImageError&) {
-        tasks::checkCancelled(stop); // A stop looks like a read error to the libraries.
-        throw;
-    } catch (const std::bad_alloc&) {
-        throw ImageError("There is not enough memory for the photo.");
-    }
+    return decode(url, maxSide, Shrinking::fine, stop);
+}
+
+Bitmap decodeRoughThumbnail(const files::FileUrl& url, int maxSide, const std::stop_token& stop) {
+    return decode(url, maxSide, Shrinking::fast, stop);
 }
 
 std::optional<ImageType> sniffType(const files::FileUrl& url) {

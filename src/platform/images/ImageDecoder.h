@@ -46,7 +46,7 @@ struct DecoderOptions {
 /// Throws ImageError.
 void initialiseDecoder(const DecoderOptions& options = {});
 
-// The three operations below are pure functions of the file, may be called from many threads at once, use one
+// The operations below are pure functions of the file, may be called from many threads at once, use one
 // thread each, and throw ImageError on a file that is no readable photo. Content decides, never the name:
 // what is neither JPEG, PNG, TIFF, HEVC-coded HEIF nor camera RAW does not open. What is a camera RAW opens
 // as such or not at all.
@@ -60,6 +60,10 @@ ImageProperties readProperties(const files::FileUrl& url);
 /// but its end mark); one with damage inside comes out as far as its library can read it. Looks at `stop` and
 /// throws tasks::Cancelled.
 Bitmap decodeThumbnail(const files::FileUrl& url, int maxSide, const std::stop_token& stop = {});
+
+/// The same for what looks at coarse shapes only, sooner: a JPEG is shrunk by whole blocks as far as they go,
+/// and by the smoother filter only for the rest.
+Bitmap decodeRoughThumbnail(const files::FileUrl& url, int maxSide, const std::stop_token& stop = {});
 
 /// The type by contents, none when the file is none of them. Throws ImageError when it cannot be opened.
 std::optional<ImageType> sniffType(const files::FileUrl& url);

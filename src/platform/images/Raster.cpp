@@ -73,11 +73,13 @@ ImageReference load(const FileBytes& file, ImageType type, int shrink, std::uint
     });
 }
 
-/// The most that libjpeg may shrink while leaving a factor of two to the resampling filter, whose result is
-/// smoother than that of whole blocks; and so that a pixel is left each way, without which libvips aborts.
-int blockShrink(double shrink, std::int64_t shorterSide) {
+/// The most that libjpeg may shrink while leaving the resampling filter, whose result is smoother than that
+/// of whole blocks, its part: a factor of two, or when it must be fast any; and so that a pixel is left each
+/// way, without which libvips aborts.
+int blockShrink(double shrink, Shrinking shrinking, std::int64_t shorterSide) {
+    const int filterShare = shrinking == Shrinking::fine ? 2 : 1;
     for (const int factor : {8, 4, 2})
-        if (shrink >= 2 * factor && shorterSide >= factor) return factor;
+        if (shrink >= filterShare * factor && shorterSide >= factor) return factor;
     return 1;
 }
 
@@ -124,14 +126,15 @@ ImageProperties readRasterProperties(const FileBytes& file, ImageType type) {
     return properties;
 }
 
-Picture openRaster(const FileBytes& file, ImageType type, int maxSide, const std::stop_token& stop) {
+Picture openRaster(const FileBytes& file, ImageType type, int maxSide, Shrinking shrinking,
+                   const std::stop_token& stop) {
     const ImageProperties properties = readRasterProperties(file, type);
     checkDecodable(properties.width, properties.height);
     Picture picture{.fullWidth = properties.width,
                     .fullHeight = properties.height,
                     .orientation = properties.orientation,
                     .alpha = alphaOf(file, type)};
-    const int shrink = blockShrink(1 / scaleToFit(properties.width, properties.height, maxSide),
+    const int shrink = blockShrink(1 / scaleToFit(properties.width, properties.height, maxSide), shrinking,
                                    std::min(properties.width, properties.height));
     picture.image = load(file, type, shrink, std::numeric_limits<std::uint64_t>::max(), stop);
     int scans = 0;

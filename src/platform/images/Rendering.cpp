@@ -1,3 +1,4 @@
+#include "platform/images/ColourProfile.h"
 #include "platform/images/Orientation.h"
 #include "platform/images/Picture.h"
 #include "platform/tasks/Cancellation.h"
@@ -35,9 +36,23 @@ double opaque(VipsBandFormat stored) {
     }
 }
 
-ImageReference bands(VipsImage* image, int first, int count) {
+/// Every operation costs a small photo as much as its pixels, so those without effect are left out here and
+/// below.
+ImageReference bands(ImageReference image, int first, int count) {
+    if (first == 0 && count == image->Bands) return image;
     return runVips(
-        [&](VipsImage** out) { return vips_extract_band(image, out, first, "n", count, nullptr); });
+        [&](VipsImage** out) { return vips_extract_band(image.get(), out, first, "n", count, nullptr); });
+}
+
+ImageReference cast(ImageReference image, VipsBandFormat format) {
+    if (image->BandFmt == format) return image;
+    return runVips([&](VipsImage** out) { return vips_cast(image.get(), out, format, nullptr); });
+}
+
+/// The same image once more, for a second way through the operations.
+ImageReference shared(const ImageReference& image) {
+    g_object_ref(image.get());
+    return ImageReference(image.get());
 }
 
 /// Shrinks in the picture's own space, weighting colours by their alpha.
@@ -59,10 +74,24 @@ ImageReference resize(ImageReference image, int width, int height, Alpha alpha) 
     return image;
 }
 
-/// Colour without alpha to 8-bit sRGB, through the embedded profile where that one can be used.
-ImageReference toSRGB(const ImageReference& colour, VipsBandFormat stored) {
+/// What brings the finished bitmap to sRGB, where the picture has the usual samples and a profile for them.
+/// The few pixels of the result pass through it, and one that was made for another photo will do.
+std::shared_ptr<const ColourProfile> profileOf(const VipsImage* image) {
+    const void* bytes = nullptr;
+    std::size_t size = 0;
+    if (image->BandFmt != VIPS_FORMAT_UCHAR || image->Type != VIPS_INTERPRETATION_sRGB ||
+        vips_image_get_typeof(image, VIPS_META_ICC_NAME) == 0 ||
+        vips_image_get_blob(image, VIPS_META_ICC_NAME, &bytes, &size) != 0)
+        return nullptr;
+    return ColourProfile::find({static_cast<const std::uint8_t*>(bytes), size});
+}
+
+/// Colour without alpha to 8-bit sRGB, but for what `profileOf` leaves to do at the end, and through the
+/// embedded profile where that one can be used.
+ImageReference toSRGB(ImageReference colour, VipsBandFormat stored) {
     // Resampling with alpha leaves floats; profiles want the stored integers back.
-    auto image = runVips([&](VipsImage** out) { return vips_cast(colour.get(), out, stored, nullptr); });
+    auto image = cast(std::move(colour), stored);
+    if (image->Type == VIPS_INTERPRETATION_sRGB && image->BandFmt == VIPS_FORMAT_UCHAR) return image;
     if (vips_image_get_typeof(image.get(), VIPS_META_ICC_NAME) != 0 &&
         (stored == VIPS_FORMAT_UCHAR || stored == VIPS_FORMAT_USHORT)) {
         VipsImage* managed = nullptr;
@@ -84,29 +113,28 @@ ImageReference toSRGB(const ImageReference& colour, VipsBandFormat stored) {
     });
 }
 
-ImageReference toRGBA(const ImageReference& image, VipsBandFormat stored) {
+/// Three bands of colour in 8-bit sRGB, with a fourth where there is an alpha.
+ImageReference toSRGBWithAlpha(const ImageReference& image, VipsBandFormat stored) {
     const int colours = colourBands(image.get());
-    auto rgb = toSRGB(bands(image.get(), 0, colours), stored);
+    auto rgb = toSRGB(bands(shared(image), 0, colours), stored);
     if (rgb->Bands < 3) {
         VipsImage* same[] = {rgb.get(), rgb.get(), rgb.get()};
         rgb = runVips([&](VipsImage** out) { return vips_bandjoin(same, out, 3, nullptr); });
     }
-    ImageReference rgba;
     if (image->Bands > colours) {
-        auto alpha = bands(image.get(), colours, 1);
+        auto alpha = bands(shared(image), colours, 1);
         // Half a step on top, because the cast below cuts off.
         alpha = runVips([&](VipsImage** out) {
             return vips_linear1(alpha.get(), out, 255 / opaque(stored), stored == VIPS_FORMAT_UCHAR ? 0 : 0.5,
                                 nullptr);
         });
-        rgba = runVips([&](VipsImage** out) { return vips_bandjoin2(rgb.get(), alpha.get(), out, nullptr); });
-    } else {
-        rgba = runVips([&](VipsImage** out) { return vips_bandjoin_const1(rgb.get(), out, 255, nullptr); });
+        rgb = runVips([&](VipsImage** out) { return vips_bandjoin2(rgb.get(), alpha.get(), out, nullptr); });
     }
-    return runVips([&](VipsImage** out) { return vips_cast(rgba.get(), out, VIPS_FORMAT_UCHAR, nullptr); });
+    return cast(std::move(rgb), VIPS_FORMAT_UCHAR);
 }
 
-/// Evaluates the image on the calling thread, strip by strip from the top, as sequential sources need it.
+/// Evaluates an image of three or four bands on the calling thread, strip by strip from the top, as
+/// sequential sources need it.
 Bitmap evaluate(VipsImage* image, const std::stop_token& stop) {
     constexpr int stripRows = 64;
     Bitmap bitmap{.width = image->Xsize, .height = image->Ysize};
@@ -121,9 +149,18 @@ Bitmap evaluate(VipsImage* image, const std::stop_token& stop) {
             tasks::checkCancelled(stop);
             throw ImageError(damagedPicture);
         }
-        for (int y = top; y < top + strip.height; ++y)
-            std::memcpy(&bitmap.rgba[row * static_cast<std::size_t>(y)], VIPS_REGION_ADDR(region.get(), 0, y),
-                        row);
+        for (int y = top; y < top + strip.height; ++y) {
+            const VipsPel* from = VIPS_REGION_ADDR(region.get(), 0, y);
+            auto* to = &bitmap.rgba[row * static_cast<std::size_t>(y)];
+            if (image->Bands == 4) {
+                std::memcpy(to, from, row);
+                continue;
+            }
+            for (int x = 0; x < bitmap.width; ++x, from += 3) {
+                for (int band = 0; band < 3; ++band) *to++ = from[band];
+                *to++ = 255;
+            }
+        }
     }
     return bitmap;
 }
@@ -149,12 +186,15 @@ Bitmap renderPicture(Picture picture, int maxSide, const std::stop_token& stop) 
     VipsImage* source = picture.image.get();
     const std::stop_callback kill(stop, [source] { vips_image_set_kill(source, TRUE); });
     const VipsBandFormat stored = source->BandFmt;
+    const auto profile = profileOf(source);
     const int colours = colourBands(source);
     const Alpha alpha = source->Bands > colours ? picture.alpha : Alpha::none;
-    auto image = bands(source, 0, colours + (alpha == Alpha::none ? 0 : 1));
+    auto image = bands(shared(picture.image), 0, colours + (alpha == Alpha::none ? 0 : 1));
     image = resize(std::move(image), target(picture.fullWidth), target(picture.fullHeight), alpha);
-    image = toRGBA(image, stored);
-    return turnUpright(evaluate(image.get(), stop), picture.orientation);
+    image = toSRGBWithAlpha(image, stored);
+    auto bitmap = evaluate(image.get(), stop);
+    if (profile) profile->toSRGB(bitmap);
+    return turnUpright(std::move(bitmap), picture.orientation);
 }
 
 } // namespace lumisort::images

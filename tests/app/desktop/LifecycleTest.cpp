@@ -1,0 +1,62 @@
+#include "app/desktop/Lifecycle.h"
+
+#include "library/SessionStore.h"
+#include "support/TemporaryFolder.h"
+#include "support/quick/QuickStage.h"
+
+#include <gtest/gtest.h>
+
+namespace lumisort::app {
+
+namespace {
+
+class LifecycleTest : public testing::Test {
+protected:
+    std::size_t foldersWritten() const {
+        return library::SessionStore::load(files::FileSystem::real(), document_).folders.size();
+    }
+
+    test::TemporaryFolder folder_;
+    files::FileUrl document_ = folder_.write("library.json", R"({"photos": [], "folders": ["file:///p/"]})");
+    int exits_ = 0;
+    Lifecycle lifecycle_{[this] { ++exits_; }};
+};
+
+TEST_F(LifecycleTest, QuitsAtOnceBeforeTheWindowShowed) {
+    int announced = 0;
+    QObject::connect(&lifecycle_, &Lifecycle::quitting, [&] { ++announced; });
+    lifecycle_.quit();
+    lifecycle_.quit();
+    EXPECT_EQ(exits_, 1);
+    EXPECT_EQ(announced, 1);
+}
+
+TEST_F(LifecycleTest, WaitsForTheStartUpReadAndTheLastWrite) {
+    model::LibraryModel model(document_);
+    lifecycle_.setModel(&model);
+    lifecycle_.quit();
+    EXPECT_EQ(exits_, 0) << "the document is being read";
+    ASSERT_TRUE(test::QuickStage::until([&] { return exits_ == 1; }));
+
+    Lifecycle again([this] { ++exits_; });
+    again.setModel(&model);
+    model.removeFolder(files::FileUrl::fromPath("/p/"));
+    again.quit();
+    EXPECT_EQ(exits_, 1);
+    EXPECT_EQ(foldersWritten(), 1u);
+    ASSERT_TRUE(test::QuickStage::until([&] { return exits_ == 2; }));
+    EXPECT_EQ(foldersWritten(), 0u);
+}
+
+TEST_F(LifecycleTest, AWriteThatFailsKeepsNobodyFromQuitting) {
+    const auto unwritable = files::FileUrl::fromPath("/proc/lumisort/library.json");
+    model::LibraryModel model(unwritable, library::LibrarySession{.folders = {document_}});
+    lifecycle_.setModel(&model);
+    model.removeFolder(document_);
+    lifecycle_.quit();
+    EXPECT_TRUE(test::QuickStage::until([&] { return exits_ == 1; }));
+}
+
+} // namespace
+
+} // namespace lumisort::app
