@@ -27,6 +27,8 @@ public:
     /// Loads a text that has a Window as its root and shows it. `properties` are set before it is shown.
     QQuickWindow& show(const QByteArray& qml, const QVariantMap& properties = {});
     QQuickWindow& window() { return *window_; }
+    /// Goes on in another window, such as a dialog.
+    void moveTo(QQuickWindow& window) { window_ = &window; }
 
     /// The visible item with that accessible name; the test fails where there is none.
     QQuickItem* item(const QString& name);

@@ -1,0 +1,48 @@
+#include "review/details/RenameState.h"
+
+#include "ui/Utf8.h"
+
+#include <exception>
+#include <string>
+#include <utility>
+
+namespace lumisort::review {
+
+void RenameState::begin(const library::Photo& photo) {
+    photo_ = photo;
+    setStem(ui::fromUtf8(photo.url.stem()));
+    say({});
+    Q_EMIT openChanged();
+}
+
+void RenameState::cancel() {
+    if (!std::exchange(photo_, std::nullopt)) return;
+    Q_EMIT openChanged();
+}
+
+void RenameState::rename() {
+    if (!photo_ || !canRename()) return;
+    // A name that is no UTF-8 shows replacement characters; left alone, it is not to become them.
+    const bool untouched = stem_ == ui::fromUtf8(photo_->url.stem());
+    try {
+        model_.rename(*photo_, untouched ? std::string(photo_->url.stem()) : stem_.toStdString());
+    } catch (const std::exception& refused) {
+        return say(ui::fromUtf8(refused.what()));
+    }
+    cancel();
+}
+
+void RenameState::setStem(const QString& stem) {
+    if (std::exchange(stem_, stem) != stem) Q_EMIT stemChanged();
+}
+
+QString RenameState::suffix() const {
+    if (!photo_ || photo_->url.extension().empty()) return {};
+    return u'.' + ui::fromUtf8(photo_->url.extension());
+}
+
+void RenameState::say(const QString& error) {
+    if (std::exchange(error_, error) != error) Q_EMIT errorChanged();
+}
+
+} // namespace lumisort::review
