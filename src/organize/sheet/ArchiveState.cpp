@@ -1,0 +1,167 @@
+#include "organize/sheet/ArchiveState.h"
+
+#include "ui/Utf8.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace lumisort::organize {
+
+namespace {
+
+/// How often the bar moves: often enough to look steady, whatever number of photos a second there is.
+constexpr std::chrono::milliseconds progressInterval(100);
+
+} // namespace
+
+ArchiveState::ArchiveState(model::LibraryModel& model, QObject* parent, model::ModelSurroundings with)
+    : QObject(parent), model_(model), with_(std::move(with)),
+      photos_(std::make_shared<const std::vector<library::Photo>>()), runner_(with_.background) {
+    connect(&model, &model::LibraryModel::organizeChanged, this, [this] {
+        if (isOpen()) open();
+        Q_EMIT openChanged();
+    });
+}
+
+ArchiveState::~ArchiveState() {
+    stop_.request_stop();
+}
+
+void ArchiveState::open() {
+    if (busy_) return;
+    photos_ = std::make_shared<const std::vector<library::Photo>>(model_.importPhotos());
+    destination_.reset();
+    skipDuplicates_ = true;
+    report_.reset();
+    error_.clear();
+    stop_ = {};
+    Q_EMIT openChanged();
+    Q_EMIT changed();
+}
+
+void ArchiveState::done() {
+    if (!busy_) model_.setOrganize(false);
+}
+
+void ArchiveState::choose(const QUrl& folder) {
+    const auto url = files::FileUrl::fromString(folder.toEncoded().toStdString());
+    if (busy_ || !url) return;
+    destination_ = url;
+    report_.reset();
+    error_.clear();
+    Q_EMIT changed();
+}
+
+void ArchiveState::setSkipDuplicates(bool skip) {
+    if (busy_ || skip == skipDuplicates_) return;
+    skipDuplicates_ = skip;
+    report_.reset();
+    error_.clear();
+    Q_EMIT changed();
+}
+
+void ArchiveState::run() {
+    if (!canRun()) return;
+    busy_ = true;
+    error_.clear();
+    progress_ = 0;
+    status_ = QStringLiteral("Checking photos…");
+    stop_ = {};
+    underWay_ = std::make_shared<Progress>();
+    underWay_->text = status_.toStdString();
+    runner_.start(
+        this,
+        [engine = ArchiveEngine(with_.system, with_.clock), photos = photos_, destination = *destination_,
+         skip = skipDuplicates_, underWay = underWay_, stop = stop_.get_token()] {
+            const auto note = [&underWay](double fraction, const std::string& text) {
+                const std::scoped_lock lock(underWay->mutex);
+                underWay->fraction = fraction;
+                underWay->text = text;
+            };
+            return engine.copy(*photos, destination, skip, note, stop);
+        },
+        [this](model::Outcome<ArchiveReport> outcome) { finish(std::move(outcome)); });
+    Q_EMIT progressChanged();
+    Q_EMIT changed();
+    followProgress();
+}
+
+void ArchiveState::cancel() {
+    if (!busy_ || !stop_.request_stop()) return;
+    Q_EMIT changed();
+}
+
+void ArchiveState::followProgress() {
+    with_.after(progressInterval, this, [this, run = underWay_] {
+        if (run != underWay_ || !run) return; // that run is over
+        {
+            const std::scoped_lock lock(run->mutex);
+            progress_ = run->fraction;
+            status_ = ui::fromUtf8(run->text);
+        }
+        Q_EMIT progressChanged();
+        followProgress();
+    });
+}
+
+void ArchiveState::finish(model::Outcome<ArchiveReport> outcome) {
+    busy_ = false;
+    underWay_.reset();
+    if (outcome)
+        report_ = std::move(*outcome);
+    else
+        error_ = ui::fromUtf8(model::describe(outcome.error()));
+    Q_EMIT changed();
+}
+
+QString ArchiveState::destination() const {
+    return destination_ ? ui::fromUtf8(destination_->path()) : QString();
+}
+
+QUrl ArchiveState::destinationUrl() const {
+    return destination_ ? QUrl(QString::fromStdString(destination_->string())) : QUrl();
+}
+
+QString ArchiveState::reason() const {
+    if (busy_) return QStringLiteral("The import is running.");
+    if (photos_->empty()) return QStringLiteral("There are no photos to import.");
+    if (!destination_) return QStringLiteral("Choose a destination first.");
+    if (report_)
+        return QStringLiteral("This import is done. Choose a destination again to start another one.");
+    return {};
+}
+
+QString ArchiveState::headline() const {
+    if (!report_) return {};
+    return QStringLiteral("%1 copied · %2 skipped · %3 failed")
+        .arg(report_->copied.size())
+        .arg(report_->duplicates)
+        .arg(report_->failures.size());
+}
+
+QString ArchiveState::cancelledNote() const {
+    if (!report_ || !stop_.stop_requested() || report_->failures.empty()) return {};
+    return QStringLiteral("Cancelled. %1 of %2 photos were copied before.")
+        .arg(report_->copied.size())
+        .arg(photos_->size());
+}
+
+QString ArchiveState::failures() const {
+    if (!report_) return {};
+    const auto& lines = report_->failures;
+    const auto shown = std::min(lines.size(), mostFailureLines);
+    QString text;
+    for (std::size_t i = 0; i < shown; ++i) {
+        if (i > 0) text += u'\n';
+        text += ui::fromUtf8(lines[i]);
+    }
+    if (shown < lines.size()) text += QStringLiteral("\n… and %1 more").arg(lines.size() - shown);
+    return text;
+}
+
+QString ArchiveState::log() const {
+    return report_ && report_->logURL ? QString::fromStdString(report_->logURL->string()) : QString();
+}
+
+} // namespace lumisort::organize

@@ -1,0 +1,119 @@
+#include "SheetWorld.h"
+#include "support/quick/QuickStage.h"
+#include "ui/ColourScheme.h"
+
+void qml_register_types_Lumisort_OrganizeSheet();
+
+namespace lumisort::organize {
+namespace {
+
+class ArchiveSheetTest : public SheetWorld {
+protected:
+    void show(const std::vector<std::string>& names) {
+        qml_register_types_Lumisort_OrganizeSheet();
+        openFor(names);
+        stage_.show(R"(import QtQuick
+                       import Lumisort.Ui
+                       import Lumisort.OrganizeSheet
+                       Window {
+                           width: 1250; height: 820
+                           property ArchiveState archive
+                           color: Theme.window
+                           ArchiveSheet { state: archive }
+                       })",
+                    {{QStringLiteral("archive"), QVariant::fromValue(sheet_.get())}});
+        ASSERT_TRUE(test::QuickStage::until([this] { return stage_.has(QStringLiteral("Import Photos")); }));
+    }
+    bool enabled(const char* name) { return stage_.item(QString::fromUtf8(name))->isEnabled(); }
+    bool has(const char* name) { return stage_.has(QString::fromUtf8(name)); }
+
+    test::QuickStage stage_;
+};
+
+TEST_F(ArchiveSheetTest, ImportsByKeysAlone) {
+    show({"a1.jpg", "a2.jpg", "b.jpg"});
+    EXPECT_TRUE(has("Choose a destination"));
+    EXPECT_TRUE(has("3 photos · Import and unmarked · Originals unchanged"));
+    EXPECT_EQ(stage_.nameless(), QStringList());
+    choose("file:///out");
+    stage_.key(Qt::Key_Tab); // from Choose… to the toggle
+    stage_.key(Qt::Key_Space);
+    EXPECT_FALSE(sheet_->skipDuplicates());
+    stage_.key(Qt::Key_Space);
+    stage_.key(Qt::Key_Tab);
+    stage_.key(Qt::Key_Space);
+    EXPECT_TRUE(sheet_->busy());
+    settle();
+    stage_.settle();
+    EXPECT_TRUE(has("2 copied · 1 skipped · 0 failed"));
+    EXPECT_TRUE(has("Show Results in Finder"));
+    EXPECT_FALSE(has("Details"));
+    stage_.key(Qt::Key_Escape);
+    EXPECT_TRUE(test::QuickStage::until([this] { return !sheet_->isOpen(); }));
+}
+
+TEST_F(ArchiveSheetTest, IsLockedDuringARunButForCancel) {
+    show({"a.jpg", "b.jpg"});
+    EXPECT_FALSE(has("Cancel"));
+    choose("file:///out");
+    stage_.settle();
+    run();
+    stage_.settle();
+    for (const auto* name : {"Done", "Choose…", "Skip exact duplicates"}) EXPECT_FALSE(enabled(name)) << name;
+    EXPECT_TRUE(has("Checking photos…"));
+    stage_.key(Qt::Key_Escape);
+    EXPECT_TRUE(sheet_->isOpen());
+    stage_.click(QStringLiteral("Cancel"));
+    EXPECT_TRUE(sheet_->stopping());
+    settle();
+    stage_.settle();
+    EXPECT_TRUE(has("Cancelled. 0 of 2 photos were copied before."));
+    EXPECT_TRUE(enabled("Done"));
+    EXPECT_EQ(stage_.nameless(), QStringList());
+    stage_.click(QStringLiteral("Done"));
+    EXPECT_FALSE(sheet_->isOpen());
+}
+
+TEST_F(ArchiveSheetTest, CanBeLookedAt) {
+    if (!qEnvironmentVariableIsSet("LUMISORT_PICTURES")) GTEST_SKIP() << "no folder for pictures is named";
+    show({"a.jpg", "b.jpg", "c.jpg"});
+    const std::string deep = "/out/" + std::string(90, 'd') + "/" + std::string(90, 'e');
+    system_.makeFolder(deep);
+    for (const bool dark : {true, false}) {
+        ui::ColourScheme::shared().pin(dark);
+        const auto look = [&](const char* state) {
+            stage_.picture(
+                QStringLiteral("sheet-%1-%2")
+                    .arg(QString::fromUtf8(state), dark ? QStringLiteral("dark") : QStringLiteral("light")));
+        };
+        sheet_->open();
+        look("new");
+        choose("file:///gone");
+        run();
+        settle();
+        look("error");
+        sheet_->choose(QUrl(QStringLiteral("file://") + QString::fromStdString(deep)));
+        look("ready");
+        system_.failReads("/p/b.jpg", EIO);
+        run();
+        system_.before = [&](std::string_view operation, const std::string&) {
+            if (operation != "copy") return;
+            for (auto& timer : std::exchange(timers_, {})) timer();
+            look("busy");
+        };
+        settle();
+        system_.before = {};
+        look("done");
+        stage_.click(QStringLiteral("Details"));
+        look("done-details");
+        stage_.click(QStringLiteral("Details"));
+        choose("file:///out");
+        run();
+        sheet_->cancel();
+        settle();
+        look("cancelled");
+    }
+}
+
+} // namespace
+} // namespace lumisort::organize

@@ -1,0 +1,144 @@
+#include "SheetWorld.h"
+
+#include <cerrno>
+
+namespace lumisort::organize {
+namespace {
+
+using ArchiveStateTest = SheetWorld;
+
+TEST_F(ArchiveStateTest, RunsOnceADestinationIsChosenAndAgainOnceSomethingChanged) {
+    openFor({"a1.jpg", "a2.jpg", "b.jpg"});
+    EXPECT_EQ(sheet_->photoCount(), 3);
+    EXPECT_EQ(sheet_->reason(), QStringLiteral("Choose a destination first."));
+    sheet_->run();
+    EXPECT_FALSE(sheet_->busy());
+    choose("https://example.org/out");
+    EXPECT_FALSE(sheet_->canRun());
+    choose("file:///out");
+    EXPECT_EQ(sheet_->destination(), QStringLiteral("/out"));
+
+    run();
+    EXPECT_TRUE(sheet_->busy());
+    EXPECT_EQ(sheet_->status(), QStringLiteral("Checking photos…"));
+    EXPECT_FALSE(sheet_->canRun());
+    settle();
+    EXPECT_FALSE(sheet_->busy());
+    EXPECT_EQ(sheet_->headline(), QStringLiteral("2 copied · 1 skipped · 0 failed"));
+    EXPECT_TRUE(sheet_->log().endsWith(QStringLiteral("/Lumisort-report.json")));
+    EXPECT_FALSE(sheet_->canRun());
+
+    sheet_->setSkipDuplicates(false);
+    EXPECT_EQ(sheet_->headline(), QString());
+    run();
+    settle();
+    EXPECT_EQ(sheet_->headline(), QStringLiteral("3 copied · 0 skipped · 0 failed"));
+    choose("file:///out");
+    EXPECT_TRUE(sheet_->canRun());
+}
+
+TEST_F(ArchiveStateTest, CannotBeChangedOrClosedDuringARun) {
+    openFor({"a.jpg"});
+    choose("file:///out");
+    run();
+    choose("file:///p");
+    sheet_->setSkipDuplicates(false);
+    sheet_->done();
+    sheet_->open();
+    EXPECT_EQ(sheet_->destination(), QStringLiteral("/out"));
+    EXPECT_TRUE(sheet_->skipDuplicates());
+    EXPECT_TRUE(sheet_->isOpen());
+    settle();
+    sheet_->done();
+    EXPECT_FALSE(sheet_->isOpen());
+    library_->beginOrganize();
+    settle();
+    EXPECT_EQ(sheet_->destination(), QString()) << "closing forgets everything";
+    EXPECT_EQ(sheet_->headline(), QString());
+}
+
+TEST_F(ArchiveStateTest, TellsWhyARunFailedAndCanStartAgain) {
+    openFor({"a.jpg"});
+    choose("file:///gone");
+    run();
+    settle();
+    EXPECT_TRUE(sheet_->error().contains(QStringLiteral("/gone"))) << sheet_->error().toStdString();
+    EXPECT_EQ(sheet_->headline(), QString());
+    EXPECT_TRUE(sheet_->canRun());
+    choose("file:///out");
+    EXPECT_EQ(sheet_->error(), QString());
+    run();
+    settle();
+    EXPECT_EQ(sheet_->headline(), QStringLiteral("1 copied · 0 skipped · 0 failed"));
+}
+
+TEST_F(ArchiveStateTest, ListsThePhotosThatFailed) {
+    openFor({"a.jpg", "b.jpg"});
+    system_.failReads("/p/b.jpg", EIO);
+    choose("file:///out");
+    run();
+    settle();
+    EXPECT_EQ(sheet_->headline(), QStringLiteral("1 copied · 0 skipped · 1 failed"));
+    EXPECT_TRUE(sheet_->failures().startsWith(QStringLiteral("/p/b.jpg: ")));
+    EXPECT_EQ(sheet_->cancelledNote(), QString());
+
+    system_.failReads("/p/a.jpg", EIO);
+    choose("file:///out");
+    run();
+    settle();
+    EXPECT_EQ(sheet_->headline(), QStringLiteral("0 copied · 0 skipped · 2 failed"));
+    EXPECT_EQ(sheet_->log(), QString()) << "nothing was written";
+}
+
+TEST_F(ArchiveStateTest, ShowsSoManyFailuresAndTheNumberOfTheRest) {
+    std::vector<std::string> names;
+    for (int i = 0; i < 1003; ++i) names.push_back(std::to_string(i) + ".jpg");
+    openFor(names);
+    for (const auto& name : names) system_.failReads("/p/" + name, EIO);
+    choose("file:///out");
+    run();
+    settle();
+    EXPECT_EQ(sheet_->failures().count(u'\n'), 1000);
+    EXPECT_TRUE(sheet_->failures().endsWith(QStringLiteral("\n… and 3 more")));
+}
+
+TEST_F(ArchiveStateTest, FollowsTheRunAndStopsIt) {
+    openFor({"a.jpg", "b.jpg", "c.jpg", "d.jpg"});
+    choose("file:///out");
+    std::vector<std::pair<double, QString>> seen;
+    QObject::connect(sheet_.get(), &ArchiveState::progressChanged,
+                     [&] { seen.emplace_back(sheet_->progress(), sheet_->status()); });
+    run();
+    int copies = 0;
+    system_.before = [&](std::string_view operation, const std::string&) {
+        if (operation != "copy" || ++copies != 5) return; // two operations a photo
+        for (auto& timer : std::exchange(timers_, {})) timer();
+        sheet_->cancel();
+        EXPECT_TRUE(sheet_->stopping());
+    };
+    settle();
+    ASSERT_EQ(seen.size(), 2u);
+    EXPECT_EQ(seen[0].second, QStringLiteral("Checking photos…"));
+    EXPECT_DOUBLE_EQ(seen[1].first, 0.4 + 0.6 * 3 / 4);
+    EXPECT_EQ(seen[1].second, QStringLiteral("Copying 3 of 4…"));
+    EXPECT_EQ(sheet_->cancelledNote(), QStringLiteral("Cancelled. 2 of 4 photos were copied before."));
+    EXPECT_FALSE(sheet_->stopping());
+    for (const auto& path : system_.filesBelow("/out"))
+        EXPECT_EQ(path.find(".partial"), std::string::npos) << path;
+
+    system_.before = {};
+    letTimersFire();
+    EXPECT_TRUE(timers_.empty()) << "nobody follows a run that is over";
+    EXPECT_EQ(seen.size(), 2u);
+}
+
+TEST_F(ArchiveStateTest, CanGoDuringARun) {
+    openFor({"a.jpg"});
+    choose("file:///out");
+    run();
+    sheet_.reset();
+    settle();
+}
+
+} // namespace
+} // namespace lumisort::organize
