@@ -14,7 +14,6 @@
 
 #include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
@@ -75,15 +74,9 @@ private:
     std::vector<double> all_;
 };
 
-/// In a loop of its own: outside of one, what views put away is never deleted.
 template <class Done>
 void waitUntil(Done&& done) {
-    if (done()) return;
-    QEventLoop loop;
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop, [&] {
-        if (done()) loop.quit();
-    });
-    loop.exec();
+    while (!done()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 QQuickItem* findGrid(QQuickItem* item) {

@@ -16,6 +16,7 @@ void addDesktopOptions(CLI::App& program, DesktopOptions& options) {
     group
         ->add_option("--screenshot", options.screenshots, "Write a picture of every page into a folder, exit")
         ->type_name("DIR");
+    group->add_flag("--first-frame", options.firstFrame)->group(""); // not for people
     program.final_callback([&program, group] {
         if (program.get_subcommands().empty()) return;
         for (const auto* option : group->get_options())

@@ -13,6 +13,7 @@ struct DesktopOptions {
     std::string library;        ///< path of the library document, the user's own when empty
     std::string theme = "auto"; ///< "dark", "light", or "auto" for what the desktop prefers
     bool selfTest = false;
+    bool firstFrame = false; ///< to print the processor time at the first frame and exit, for benchmarks
     std::string screenshots; ///< folder for a picture of every page; none when empty
 
     /// Whether the pages are only gone through, on a screen that need not be there.

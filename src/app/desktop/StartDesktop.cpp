@@ -9,6 +9,9 @@
 #include "app/diagnostics/PerformanceDiagnostics.h"
 #include "ui/ColourScheme.h"
 
+#include <ctime>
+#include <iostream>
+
 namespace lumisort::app {
 
 namespace {
@@ -31,6 +34,19 @@ void setTheme(const std::string& theme) {
     if (theme != "auto") ui::ColourScheme::shared().pin(theme == "dark");
 }
 
+/// Prints the processor time that was used, in milliseconds, once there is something to see.
+void leaveAtFirstFrame(Desktop& desktop) {
+    const auto leave = [&desktop] {
+        timespec time{};
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+        std::cout << static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6
+                  << std::endl;
+        desktop.lifecycle().quit();
+    };
+    QObject::connect(&desktop.window(), &QQuickWindow::frameSwapped, &desktop, leave,
+                     Qt::SingleShotConnection);
+}
+
 } // namespace
 
 ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& interrupted) {
@@ -49,6 +65,7 @@ ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& in
     QObject::connect(instance.get(), &SingleInstance::raiseWanted, &desktop, &Desktop::comeForward);
     QObject::connect(&desktop.engine(), &QQmlEngine::quit, &desktop.lifecycle(), &Lifecycle::quit);
     desktop.show();
+    if (options.firstFrame) leaveAtFirstFrame(desktop);
     const std::stop_callback onInterrupt(interrupted, [&desktop] {
         QMetaObject::invokeMethod(&desktop.lifecycle(), &Lifecycle::quit, Qt::QueuedConnection);
     });
