@@ -47,12 +47,18 @@ RowLayout {
     PushButton {
         text: "Fit"
         iconName: "zoom-fit-best"
+        flat: header.state !== null && header.state.actualPixels
+        Accessible.checkable: true
+        Accessible.checked: !flat
         focusPolicy: Qt.TabFocus
         onClicked: header.state.fit()
     }
     PushButton {
         text: "100%"
         iconName: "zoom-original"
+        flat: header.state === null || !header.state.actualPixels
+        Accessible.checkable: true
+        Accessible.checked: !flat
         focusPolicy: Qt.TabFocus
         onClicked: header.state.showActualPixels()
     }

@@ -68,7 +68,7 @@ Window {
                 color: closeHover.hovered ? Qt.rgba(0.25, 0.25, 0.25, 0.8) : window.backdrop
                 Icon {
                     anchors.centerIn: parent
-                    name: "window-close"
+                    name: "cross"
                     size: 18
                     color: Theme.photoText
                 }

@@ -13,7 +13,10 @@ namespace lumisort::review {
 
 /// The tiles of an original in the scene graph. Those that stay on show keep their textures. Render thread,
 /// while the main thread waits.
-class TilesNode : public QSGNode {
+///
+/// A transform that changes nothing, because to nodes that are added later the software renderer hands
+/// position and clip on only from parents of a kind that has such.
+class TilesNode : public QSGTransformNode {
 public:
     void show(QQuickWindow& window, const library::OriginalDecodeQueue::Original& original,
               const PaneView& view);

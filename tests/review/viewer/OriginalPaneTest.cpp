@@ -49,13 +49,14 @@ protected:
                            OriginalView {
                                id: view
                                name: "photo"
-                               anchors.fill: parent
+                               x: 20; y: 10 // neither position nor clip may get lost
+                               width: parent.width - 50; height: parent.height - 40
                                text: "white"
                                onPanned: center => view.center = center
                                onZoomWanted: (zoom, at) => { wantedZoom = zoom; wantedAt = at }
                            }
                        })",
-                    {{QStringLiteral("width"), width}, {QStringLiteral("height"), height}});
+                    {{QStringLiteral("width"), width + 50}, {QStringLiteral("height"), height + 40}});
         for (const auto& [name, value] : properties.asKeyValueRange()) set(name, value);
     }
 
@@ -68,7 +69,15 @@ protected:
     bool becomes(OriginalPane::Status status) {
         return test::QuickStage::until([&] { return pane().status() == status; });
     }
-    QImage grab() { return stage_.window().grabWindow().convertToFormat(QImage::Format_RGB32); }
+    /// What the pane shows. Beside it the window stays black.
+    QImage grab() {
+        const QImage all = stage_.window().grabWindow().convertToFormat(QImage::Format_RGB32);
+        const QRect inside = all.rect().adjusted(20, 10, -30, -30);
+        for (int y = 0; y < all.height(); ++y)
+            for (int x = 0; x < all.width(); ++x)
+                if (!inside.contains(x, y) && qRed(all.pixel(x, y)) + qGreen(all.pixel(x, y)) != 0) return {};
+        return all.copy(inside);
+    }
 
     test::TemporaryFolder folder_;
     test::QuickStage stage_;
@@ -87,6 +96,12 @@ TEST_F(OriginalPaneTest, ShowsActualPixelsExactlyAndPansThem) {
     set("zoom", 4);
     set("center", QPointF(0, 0));
     EXPECT_EQ(grab(), original.copy(0, 0, 75, 50).scaled(300, 200)); // each pixel a square
+
+    const QImage other = picture(700, 500).mirrored();
+    set("url", write(other, "b.png"));
+    ASSERT_TRUE(becomes(OriginalPane::Ready));
+    set("zoom", 1);
+    EXPECT_EQ(grab(), other.copy(0, 0, 300, 200));
 }
 
 TEST_F(OriginalPaneTest, FitsSmoothlyAlsoAcrossTiles) {
@@ -158,19 +173,19 @@ TEST_F(OriginalPaneTest, DragsPanAndTheWheelZoomsWhereItIsTurned) {
     show(300, 200, {{"url", write(picture(600, 400), "a.png")}, {"actualPixels", true}});
     ASSERT_TRUE(becomes(OriginalPane::Ready));
     auto& window = stage_.window();
-    QTest::mousePress(&window, Qt::LeftButton, {}, {150, 100});
-    QTest::mouseMove(&window, {120, 100});
-    QTest::mouseMove(&window, {90, 80});
+    QTest::mousePress(&window, Qt::LeftButton, {}, {170, 110});
+    QTest::mouseMove(&window, {140, 110});
+    QTest::mouseMove(&window, {110, 90});
     const auto center = get("center").toPointF();
     EXPECT_GT(center.x(), 0.55);
     EXPECT_LE(center.x(), 0.7);
     EXPECT_GT(center.y(), 0.5);
-    QTest::mouseMove(&window, {299, 199});
-    QTest::mouseMove(&window, {90, 80}); // there and back
+    QTest::mouseMove(&window, {319, 209});
+    QTest::mouseMove(&window, {110, 90}); // there and back
     EXPECT_EQ(get("center").toPointF(), center);
-    QTest::mouseRelease(&window, Qt::LeftButton, {}, {90, 80});
+    QTest::mouseRelease(&window, Qt::LeftButton, {}, {110, 90});
 
-    QWheelEvent notch({70, 60}, {70, 60}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+    QWheelEvent notch({90, 70}, {90, 70}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                       false);
     QCoreApplication::sendEvent(&window, &notch);
     EXPECT_DOUBLE_EQ(get("wantedZoom").toDouble(), std::exp(0.12));
