@@ -73,6 +73,7 @@ int main(int argumentCount, char** arguments) {
         std::fprintf(stderr, "usage: %s PHOTOS [files]\n", arguments[0]);
         return 2;
     }
+    std::setvbuf(stdout, nullptr, _IOLBF, 0); // exiftool takes minutes
     const std::size_t wanted = argumentCount > 2 ? std::strtoul(arguments[2], nullptr, 10) : 10'000;
     const fs::path tree = fs::temp_directory_path() / ("lumisort-benchmark-" + std::to_string(getpid()));
     const auto count = static_cast<double>(buildTree(arguments[1], tree, wanted));

@@ -14,6 +14,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
@@ -74,9 +75,15 @@ private:
     std::vector<double> all_;
 };
 
+/// In a loop of its own: outside of one, what views put away is never deleted.
 template <class Done>
 void waitUntil(Done&& done) {
-    while (!done()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    if (done()) return;
+    QEventLoop loop;
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop, [&] {
+        if (done()) loop.quit();
+    });
+    loop.exec();
 }
 
 QQuickItem* findGrid(QQuickItem* item) {

@@ -34,9 +34,16 @@ void startOverInSoftware() {
 } // namespace
 
 Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
-    : model_(document), library_(model_), lifecycle_(std::move(exit)),
+    : model_(document), library_(model_), compare_(model_, *library_.marks()), archive_(model_, nullptr),
+      lifecycle_(std::move(exit)),
       devices_([this] { model_.updateDevices(); }, {.mountDescriptor = mounts_.descriptor(),
-                                                    .mountsChanged = [this] { return mounts_.changed(); }}) {
+                                                    .mountsChanged = [this] { return mounts_.changed(); }}),
+      fullscreen_(model_, *library_.marks(), engine_), details_(model_, engine_) {
+    connectCompare();
+    connect(&model_, &model::LibraryModel::fullscreenWanted, this,
+            [this](const std::vector<library::Photo>& photos, int index) {
+                fullscreen_.show(photos[static_cast<std::size_t>(index)], photos);
+            });
     connect(&model_, &model::LibraryModel::thumbnailRevisionChanged, this,
             [this] { thumbnails_.removeAll(); });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
@@ -49,12 +56,25 @@ Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
 
 Desktop::~Desktop() = default;
 
+void Desktop::connectCompare() {
+    connect(&model_, &model::LibraryModel::compareChanged, this, [this] {
+        if (model_.compare())
+            compare_.open(model_.picked(), library_.comparedGroup());
+        else
+            compare_.close();
+    });
+    connect(&compare_, &review::CompareState::openedChanged, this,
+            [this] { model_.setCompare(compare_.isOpened()); });
+}
+
 void Desktop::show() {
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine_.addImageProvider(QStringLiteral("icon"), new ui::IconProvider);
     engine_.addImageProvider(QStringLiteral("thumbnail"), new ui::ThumbnailProvider(thumbnails_));
     engine_.setInitialProperties({{QStringLiteral("lifecycle"), QVariant::fromValue(&lifecycle_)},
-                                  {QStringLiteral("library"), QVariant::fromValue(&library_)}});
+                                  {QStringLiteral("library"), QVariant::fromValue(&library_)},
+                                  {QStringLiteral("compare"), QVariant::fromValue(&compare_)},
+                                  {QStringLiteral("archive"), QVariant::fromValue(&archive_)}});
     QString problems;
     const auto hearing = connect(&engine_, &QQmlEngine::warnings, this, [&](const QList<QQmlError>& found) {
         for (const auto& problem : found) problems += problem.toString() + QLatin1Char('\n');

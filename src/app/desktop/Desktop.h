@@ -4,8 +4,12 @@
 #include "app/desktop/Lifecycle.h"
 #include "library/ThumbnailStore.h"
 #include "model/LibraryModel.h"
+#include "organize/sheet/ArchiveState.h"
 #include "platform/desktop/MountWatcher.h"
 #include "review/LibraryWindow.h"
+#include "review/details/PhotoDetailsController.h"
+#include "review/viewer/CompareState.h"
+#include "review/viewer/FullscreenPhotoController.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
@@ -29,6 +33,10 @@ public:
 
     model::LibraryModel& model() { return model_; }
     review::LibraryWindow& library() { return library_; }
+    review::CompareState& compare() { return compare_; }
+    organize::ArchiveState& archive() { return archive_; }
+    review::FullscreenPhotoController& fullscreen() { return fullscreen_; }
+    review::PhotoDetailsController& details() { return details_; }
     QQmlEngine& engine() { return engine_; }
     Lifecycle& lifecycle() { return lifecycle_; }
     /// Once shown.
@@ -36,14 +44,19 @@ public:
 
 private:
     void windowShown(bool shown);
+    void connectCompare();
 
     model::LibraryModel model_;
     library::ThumbnailStore thumbnails_;
     review::LibraryWindow library_;
+    review::CompareState compare_;
+    organize::ArchiveState archive_;
     Lifecycle lifecycle_;
     desktop::MountWatcher mounts_;
     DeviceWatch devices_;
     QQmlApplicationEngine engine_; // after what its views show
+    review::FullscreenPhotoController fullscreen_;
+    review::PhotoDetailsController details_;
     QQuickWindow* window_ = nullptr;
 };
 

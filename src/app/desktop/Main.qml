@@ -1,6 +1,8 @@
 import QtQuick
+import Lumisort.OrganizeSheet
 import Lumisort.Review
 import Lumisort.Ui
+import Lumisort.Viewer
 
 /// The library's window.
 Window {
@@ -8,6 +10,8 @@ Window {
 
     required property QtObject lifecycle
     required property LibraryWindow library
+    required property CompareState compare
+    required property ArchiveState archive
 
     function showSettings(): Window {
         settings.active = true;
@@ -39,6 +43,18 @@ Window {
     MainView {
         anchors.fill: parent
         window: root.library
+        covered: root.compare.opened || root.archive.open
+        focus: true
+    }
+    // Not before they are first wanted: they would cost every start.
+    Loader {
+        active: root.compare.opened || item
+        sourceComponent: CompareSheet { state: root.compare }
+        onLoaded: item.open()
+    }
+    Loader {
+        active: root.archive.open || item
+        sourceComponent: ArchiveSheet { state: root.archive }
     }
     Loader {
         id: settings

@@ -43,6 +43,22 @@ constexpr Page library[] = {
      }},
     {"notice",
      [](Desktop& desktop) { desktop.library().addFolders({QUrl(QStringLiteral("file:///proc/version"))}); }},
+    {"details",
+     [](Desktop& desktop) {
+         pick(desktop, 1);
+         desktop.model().showDetails();
+     }},
+    {"compare",
+     [](Desktop& desktop) {
+         pick(desktop, 2);
+         desktop.library().commands()->compare->trigger();
+     }},
+    {"full-screen",
+     [](Desktop& desktop) {
+         if (const auto photos = desktop.model().availablePhotos(); !photos.empty())
+             desktop.model().openFullscreen(photos.front());
+     }},
+    {"organize", [](Desktop& desktop) { desktop.model().beginOrganize(); }},
     {"settings", [](Desktop& desktop) { QMetaObject::invokeMethod(&desktop.window(), "showSettings"); }},
 };
 
@@ -60,6 +76,7 @@ void showFirstPage(Desktop& desktop) {
     for (auto* window : QGuiApplication::topLevelWindows())
         if (window != &desktop.window()) window->close();
     model.setCompare(false);
+    desktop.fullscreen().close();
     model.setOrganize(false);
     desktop.library().answerRemoval(false);
     desktop.library().dismissNotice();

@@ -1,6 +1,5 @@
 #include "SheetWorld.h"
 #include "support/quick/QuickStage.h"
-#include "ui/ColourScheme.h"
 
 void qml_register_types_Lumisort_OrganizeSheet();
 
@@ -72,47 +71,6 @@ TEST_F(ArchiveSheetTest, IsLockedDuringARunButForCancel) {
     EXPECT_EQ(stage_.nameless(), QStringList());
     stage_.click(QStringLiteral("Done"));
     EXPECT_FALSE(sheet_->isOpen());
-}
-
-TEST_F(ArchiveSheetTest, CanBeLookedAt) {
-    if (!qEnvironmentVariableIsSet("LUMISORT_PICTURES")) GTEST_SKIP() << "no folder for pictures is named";
-    show({"a.jpg", "b.jpg", "c.jpg"});
-    const std::string deep = "/out/" + std::string(90, 'd') + "/" + std::string(90, 'e');
-    system_.makeFolder(deep);
-    for (const bool dark : {true, false}) {
-        ui::ColourScheme::shared().pin(dark);
-        const auto look = [&](const char* state) {
-            stage_.picture(
-                QStringLiteral("sheet-%1-%2")
-                    .arg(QString::fromUtf8(state), dark ? QStringLiteral("dark") : QStringLiteral("light")));
-        };
-        sheet_->open();
-        look("new");
-        choose("file:///gone");
-        run();
-        settle();
-        look("error");
-        sheet_->choose(QUrl(QStringLiteral("file://") + QString::fromStdString(deep)));
-        look("ready");
-        system_.failReads("/p/b.jpg", EIO);
-        run();
-        system_.before = [&](std::string_view operation, const std::string&) {
-            if (operation != "copy") return;
-            for (auto& timer : std::exchange(timers_, {})) timer();
-            look("busy");
-        };
-        settle();
-        system_.before = {};
-        look("done");
-        stage_.click(QStringLiteral("Details"));
-        look("done-details");
-        stage_.click(QStringLiteral("Details"));
-        choose("file:///out");
-        run();
-        sheet_->cancel();
-        settle();
-        look("cancelled");
-    }
 }
 
 } // namespace

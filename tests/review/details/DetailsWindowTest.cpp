@@ -1,31 +1,14 @@
 #include "model/ModelWorld.h"
 #include "review/details/PhotoDetailsController.h"
 #include "support/quick/QuickStage.h"
-#include "ui/ColourScheme.h"
 #include "ui/ThumbnailProvider.h"
 
 #include <QGuiApplication>
-#include <cmath>
 
 void qml_register_types_Lumisort_Details();
 
 namespace lumisort::review {
 namespace {
-
-/// A photo-like picture, 3 : 2 or, where the name says so, tall.
-images::Bitmap picture(const files::FileUrl& url, int, const std::stop_token&) {
-    if (url.name().starts_with("broken")) throw images::ImageError("is no photo");
-    const bool tall = url.name().starts_with("tall");
-    images::Bitmap made{.width = tall ? 600 : 900, .height = tall ? 900 : 600};
-    for (int y = 0; y < made.height; ++y)
-        for (int x = 0; x < made.width; ++x) {
-            const auto hill = made.height * (0.55 + 0.12 * std::sin(x * 0.01));
-            made.rgba.insert(made.rgba.end(), {static_cast<std::uint8_t>(y < hill ? 120 + y / 8 : 60),
-                                               static_cast<std::uint8_t>(y < hill ? 150 + y / 9 : 90),
-                                               static_cast<std::uint8_t>(y < hill ? 190 : 50), 255});
-        }
-    return made;
-}
 
 class DetailsWindowTest : public model::ModelWorld {
 protected:
@@ -41,7 +24,6 @@ protected:
         session.photos[0].bytes = 12'400'000;
         session.photos[0].width = 6000;
         session.photos[0].height = 4000;
-        if (name != "undated.png") session.photos[0].date = time::Timestamp(817'065'900);
         library_ = model(session);
         controller_ = std::make_unique<PhotoDetailsController>(*library_, stage_.engine());
         library_->showDetails(library_->photos()[0]);
@@ -61,7 +43,8 @@ protected:
         stage_.settle();
     }
 
-    library::ThumbnailStore store_{picture};
+    library::ThumbnailStore store_{
+        [](const auto&, int, const auto&) { return images::Bitmap{3, 2, std::vector<std::uint8_t>(24)}; }};
     test::QuickStage stage_;
     std::unique_ptr<model::LibraryModel> library_;
     std::unique_ptr<PhotoDetailsController> controller_;
@@ -79,6 +62,20 @@ TEST_F(DetailsWindowTest, IsMadeOnceAndHiddenWhenItCloses) {
     EXPECT_TRUE(panel->isVisible());
     library_->select(library_->photos()[0]);
     EXPECT_TRUE(stage_.has(QStringLiteral("Select a photo")));
+}
+
+TEST_F(DetailsWindowTest, HidesWhileAnotherProgramIsInFront) {
+    show("a.jpg");
+    auto* panel = controller_->panel();
+    const auto becomes = [](Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); };
+    becomes(Qt::ApplicationInactive);
+    EXPECT_FALSE(panel->isVisible());
+    becomes(Qt::ApplicationActive);
+    EXPECT_TRUE(panel->isVisible());
+    panel->close();
+    becomes(Qt::ApplicationInactive);
+    becomes(Qt::ApplicationActive);
+    EXPECT_FALSE(panel->isVisible()) << "closed by the user";
 }
 
 TEST_F(DetailsWindowTest, TellsWhatIsKnownByNames) {
@@ -117,38 +114,6 @@ TEST_F(DetailsWindowTest, StaysOpenWithTheReasonAndClosesByEscape) {
     EXPECT_FALSE(stage_.window().isVisible());
     EXPECT_TRUE(controller_->panel()->isVisible());
     EXPECT_EQ(library_->photos()[0].url.path(), "/p/a.jpg");
-}
-
-TEST_F(DetailsWindowTest, CanBeLookedAt) {
-    if (!qEnvironmentVariableIsSet("LUMISORT_PICTURES")) GTEST_SKIP() << "no folder for pictures is named";
-    for (const bool dark : {true, false}) {
-        ui::ColourScheme::shared().pin(dark);
-        const auto theme = dark ? QStringLiteral("-dark") : QStringLiteral("-light");
-        const std::string longName =
-            "A very long name of a photo that was taken on a holiday in the mountains " +
-            std::string(120, 'x') + " 0001.jpeg";
-        for (const auto& [name, label] : {std::pair{std::string("IMG_0412.JPG"), "photo"},
-                                          {std::string("tall.NEF"), "tall"},
-                                          {std::string("undated.png"), "undated"},
-                                          {std::string("broken.tif"), "broken"},
-                                          {longName, "long"}}) {
-            if (name == "broken.tif") stage_.expectWarning(QStringLiteral("no preview"));
-            show(name);
-            library_->mark({library_->photos()[0]}, name == "tall.NEF" ? library::ReviewDecision::cleanup
-                                                                       : library::ReviewDecision::keep);
-            settle();
-            stage_.picture(QStringLiteral("details-%1").arg(QString::fromUtf8(label)) + theme);
-        }
-        openRename();
-        stage_.picture(QStringLiteral("rename") + theme);
-        stage_.type(QStringLiteral("a/b"));
-        stage_.key(Qt::Key_Return);
-        stage_.picture(QStringLiteral("rename-refused") + theme);
-        stage_.key(Qt::Key_Escape);
-        stage_.moveTo(*controller_->panel());
-        library_->select(library_->photos()[0]);
-        stage_.picture(QStringLiteral("details-none") + theme);
-    }
 }
 
 } // namespace

@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
-#include <QDir>
 #include <QQmlComponent>
 #include <algorithm>
 #include <stdexcept>
@@ -126,14 +125,6 @@ bool QuickStage::until(const std::function<bool()>& done) {
 void QuickStage::settle() {
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-void QuickStage::picture(const QString& name) {
-    const auto folder = qEnvironmentVariable("LUMISORT_PICTURES");
-    if (folder.isEmpty()) return;
-    QTest::qWait(400); // transitions end; a person looks at this, no test does
-    QDir(folder).mkpath(QStringLiteral("."));
-    EXPECT_TRUE(window_->grabWindow().save(QDir(folder).filePath(name + QStringLiteral(".png"))));
 }
 
 } // namespace lumisort::test

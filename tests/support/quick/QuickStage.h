@@ -47,9 +47,6 @@ public:
     /// Runs what is due in the event loop, and lets layouts settle.
     void settle();
 
-    /// Writes what is on show as a PNG where the environment variable LUMISORT_PICTURES names a folder.
-    void picture(const QString& name);
-
 private:
     void use(QQuickWindow* window);
 
