@@ -48,6 +48,12 @@ constexpr Page library[] = {
          pick(desktop, 1);
          desktop.model().showDetails();
      }},
+    {"rename",
+     [](Desktop& desktop) {
+         pick(desktop, 1);
+         desktop.model().showDetails();
+         desktop.details().state().beginRename();
+     }},
     {"compare",
      [](Desktop& desktop) {
          pick(desktop, 2);
@@ -73,6 +79,7 @@ std::span<const Page> pages() {
 
 void showFirstPage(Desktop& desktop) {
     auto& model = desktop.model();
+    desktop.details().state().renaming()->cancel();
     for (auto* window : QGuiApplication::topLevelWindows())
         if (window != &desktop.window()) window->close();
     model.setCompare(false);
