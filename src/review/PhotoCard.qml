@@ -1,5 +1,5 @@
 import QtQuick
-import QtQuick.Templates as T
+import QtQuick.Window
 import Lumisort.Review
 import Lumisort.Ui
 
@@ -52,7 +52,9 @@ Item {
             mipmap: true
             opacity: card.decision === "For Cleanup" ? 0.4 : 1
             source: card.readable && card.url !== "" ? Thumbnails.source(card.url, card.window.model.thumbnailRevision) : ""
-            sourceSize: Qt.size(900, 900)
+            // In steps, so that dragging the size slider does not ask for every size in between.
+            readonly property int side: Math.min(900, Math.ceil(tile.width * Screen.devicePixelRatio / 150) * 150)
+            sourceSize: Qt.size(side, side)
             Accessible.ignored: true
         }
         Icon {
