@@ -114,7 +114,6 @@ TEST_F(CompareSheetTest, SaysWhatItShows) {
           "Drag to pan both photos · Ctrl+K Import · Ctrl+D Skip · Ctrl+U Clear · Space Flip"})
         EXPECT_TRUE(stage_.has(QString::fromUtf8(text))) << text;
     EXPECT_EQ(stage_.nameless(), QStringList());
-    stage_.picture(QStringLiteral("compare"));
 }
 
 TEST_F(CompareSheetTest, IsUsedByKeysAlone) {
