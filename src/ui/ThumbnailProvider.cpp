@@ -56,9 +56,6 @@ public:
     }
 
     void cancel() override { stop_.request_stop(); }
-    QString errorString() const override {
-        return image_.isNull() ? QStringLiteral("no preview") : QString();
-    }
     QQuickTextureFactory* textureFactory() const override {
         return QQuickTextureFactory::textureFactoryForImage(image_);
     }

@@ -8,7 +8,7 @@ Item {
     /// Height of a tall photo at most, and of the tile without a preview.
     property real tallest: 260
     property real tileHeight: 180
-    readonly property bool ready: picture.status === Image.Ready
+    readonly property bool ready: picture.status === Image.Ready && picture.implicitWidth > 0
 
     implicitHeight: ready ? picture.height : tileHeight
 
