@@ -51,7 +51,7 @@ protected:
         return decoded_;
     }
 
-    static constexpr int ready = 1, error = 3;
+    static constexpr int ready = 1;
 
     std::mutex mutex_;
     std::vector<std::string> decoded_; ///< guarded by mutex_
