@@ -18,6 +18,7 @@ T.Button {
 
     implicitHeight: 32
     Layout.fillWidth: true
+    focusPolicy: Qt.TabFocus
     leftPadding: Theme.s
     rightPadding: Theme.s
     Accessible.name: text + (count >= 0 ? ", " + count : "") + (note ? ", " + note : "")
@@ -72,6 +73,7 @@ T.Button {
         enabled: row.menuLabel !== ""
         onTapped: point => row.menuWanted({ item: row, x: point.position.x, y: point.position.y })
     }
+    Keys.onReturnPressed: click()
     Keys.onMenuPressed: if (menuLabel !== "") menuWanted({ item: row, x: Theme.xl, y: row.height })
     Tip {
         text: row.help

@@ -27,7 +27,10 @@ T.Button {
     implicitHeight: Theme.controlHeight
     leftPadding: Theme.m
     rightPadding: Theme.m
-    focusPolicy: Qt.StrongFocus
+    // A click leaves the keyboard where it is: among the photos.
+    focusPolicy: Qt.TabFocus
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
     Accessible.name: text
     Accessible.description: enabled ? help : reason
 

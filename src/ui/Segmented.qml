@@ -35,7 +35,7 @@ T.Control {
                     height: row.height
                     implicitWidth: label.implicitWidth + 2 * Theme.m
                     checked: index === picker.currentIndex
-                    focusPolicy: Qt.StrongFocus
+                    focusPolicy: Qt.TabFocus
                     onClicked: if (index !== picker.currentIndex) picker.activated(index)
                     Accessible.role: Accessible.RadioButton
                     Accessible.name: modelData
