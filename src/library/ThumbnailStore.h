@@ -19,16 +19,16 @@ namespace lumisort::library {
 ///
 /// Whoever does not need a preview any more stops the request; it is then skipped, or its decoding ends. What
 /// is left is served burst by burst, the latest burst first, and within one in the order of asking. Requests
-/// less than burstGapSeconds apart are one burst: a screen that fills from its top, or is scrolled, where the
-/// rows in sight were asked for before those on the way. After a jump, or when another view opens, the new
-/// screen does not wait for what the old one asked for.
+/// less than burstGapSeconds apart are one burst: a screen that fills from its top, slowly on a slow machine,
+/// or is scrolled, where the rows in sight were asked for before those on the way. When another view opens,
+/// it does not wait for what the one before asked for and still wants.
 class ThumbnailStore {
 public:
     /// Longest side of a preview, in pixels.
     static constexpr int maxSide = 900;
     /// Of the previews that are kept: 120 MiB.
     static constexpr std::size_t budgetBytes = 125'829'120;
-    static constexpr double burstGapSeconds = 0.1;
+    static constexpr double burstGapSeconds = 0.5;
 
     using Decoder = std::function<images::Bitmap(const files::FileUrl&, int maxSide, const std::stop_token&)>;
     using Ready = std::function<void(Thumbnail)>;

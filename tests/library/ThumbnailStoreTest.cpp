@@ -107,8 +107,8 @@ TEST_F(ThumbnailStoreTest, ServesTheLatestScreenFirstAndEachFromItsTop) {
     const struct {
         double at;
         const char* name;
-    } requests[] = {{1.00, "a1"}, {1.05, "a2"}, {1.14, "a3"}, {1.30, "b1"},
-                    {1.31, "b2"}, {9.00, "c1"}, {9.01, "c2"}};
+    } requests[] = {{1.0, "a1"}, {1.4, "a2"}, {1.8, "a3"}, {2.4, "b1"},
+                    {2.5, "b2"}, {9.0, "c1"}, {9.1, "c2"}};
     for (const auto& [at, name] : requests) {
         now_ = at;
         queue(name);

@@ -21,9 +21,15 @@ Window {
     visible: state.open
     onClosing: state.cancel()
     onVisibleChanged: if (visible) {
+        // Over the upper part of the panel, as far as the screen reaches.
+        const middle = transientParent.x + Math.round((transientParent.width - width) / 2);
+        x = Math.max(Screen.virtualX, Math.min(middle, Screen.virtualX + Screen.width - width));
+        y = transientParent.y + 80;
         requestActivate();
         stem.forceActiveFocus();
         stem.select(stem.length, 0); // a long name shows its beginning
+    } else if (transientParent) {
+        transientParent.requestActivate();
     }
 
     Shortcut {
