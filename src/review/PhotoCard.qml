@@ -45,7 +45,7 @@ Item {
             anchors.margins: 4
             // Without a preview it is ready and has no size.
             readonly property bool shows: status === Image.Ready && implicitWidth > 0
-            visible: card.readable && shows
+            visible: card.readable
             asynchronous: true
             cache: false
             fillMode: Image.PreserveAspectFit
