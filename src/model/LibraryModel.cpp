@@ -20,6 +20,8 @@ LibraryModel::LibraryModel(FileUrl sessionURL, std::optional<library::LibrarySes
                            ModelSurroundings with)
     : with_(std::move(with)), sessionURL_(std::move(sessionURL)), runner_(with_.background) {
     devices_.connected = library::DeviceDiscovery::mountedDevices(with_.volumes());
+    // Queued: whoever ends an operation has more to do than to say so.
+    connect(this, &LibraryModel::busyChanged, this, &LibraryModel::importNextFolder, Qt::QueuedConnection);
     if (!initialSession) {
         startLoading();
         return;

@@ -119,6 +119,9 @@ public:
 
     /// Scans a folder that the user chose and adds the photos that are new.
     void importFolder(const files::FileUrl& folder);
+    /// The same for folders that were dropped or named, one after another as soon as nothing else runs. Says in
+    /// `foldersRefused` what is no folder.
+    void importFolders(std::vector<files::FileUrl> urls);
     void removeFolder(const files::FileUrl& folder);
     /// Asks for the folder chooser, at `startingAt` where given.
     void chooseFolder(const std::optional<files::FileUrl>& startingAt = {});
@@ -176,6 +179,7 @@ Q_SIGNALS:
     void folderWanted(const std::optional<lumisort::files::FileUrl>& startingAt);
     void detailsWanted();
     void fullscreenWanted(const std::vector<lumisort::library::Photo>& sequence, int index);
+    void foldersRefused(const std::vector<lumisort::files::FileUrl>& urls);
 
 private:
     struct MarkRequest {
@@ -199,6 +203,7 @@ private:
     QFuture<void> writeSession();
 
     // Import, availability, marks.
+    void importNextFolder();
     void applyImport(const files::FileUrl& folder, library::LibraryScanner::Result result);
     void inspect(const std::shared_ptr<QPromise<void>>& done);
     void applySurvey(library::LibrarySurvey survey);
@@ -237,6 +242,7 @@ private:
     bool documentUnreadable_ = false; ///< to be set aside before the first write
     std::uint64_t saveRequest_ = 0;   ///< the latest request; an older one is not written
 
+    std::deque<files::FileUrl> foldersToImport_;
     std::deque<MarkRequest> markQueue_;
 
     SimilarityMethod similarityMethod_ = SimilarityMethod::visual;

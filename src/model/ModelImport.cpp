@@ -9,6 +9,30 @@ namespace lumisort::model {
 using files::FileUrl;
 using library::Photo;
 
+namespace {
+
+struct Sorted {
+    std::vector<FileUrl> folders, others;
+};
+
+Sorted sorted(files::FileSystem& system, const std::vector<FileUrl>& urls) {
+    Sorted result;
+    for (const auto& url : urls) {
+        bool isFolder = false;
+        try {
+            isFolder = system.status(url.path(), files::Links::follow).kind == files::FileKind::directory;
+        } catch (const files::FileError&) { // NOLINT(bugprone-empty-catch): then it is none that can be added
+        }
+        if (isFolder)
+            result.folders.push_back(url.child({})); // with the slash at its end that folder choosers give
+        else
+            result.others.push_back(url);
+    }
+    return result;
+}
+
+} // namespace
+
 void LibraryModel::chooseFolder(const std::optional<FileUrl>& startingAt) {
     if (!busy_) Q_EMIT folderWanted(startingAt);
 }
@@ -34,6 +58,24 @@ void LibraryModel::importFolder(const FileUrl& folder) {
         [this, folder](Outcome<library::LibraryScanner::Result> result) {
             applyImport(folder, result ? *std::move(result) : library::LibraryScanner::Result{});
         });
+}
+
+void LibraryModel::importFolders(std::vector<FileUrl> urls) {
+    runner_.start(
+        this, [&system = with_.system, urls = std::move(urls)] { return sorted(system, urls); },
+        [this](Outcome<Sorted> found) {
+            if (!found) return;
+            std::ranges::move(found->folders, std::back_inserter(foldersToImport_));
+            if (!found->others.empty()) Q_EMIT foldersRefused(found->others);
+            importNextFolder();
+        });
+}
+
+void LibraryModel::importNextFolder() {
+    if (busy_ || foldersToImport_.empty()) return;
+    const auto folder = std::move(foldersToImport_.front());
+    foldersToImport_.pop_front();
+    importFolder(folder);
 }
 
 void LibraryModel::applyImport(const FileUrl& folder, library::LibraryScanner::Result result) {

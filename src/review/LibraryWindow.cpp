@@ -2,8 +2,7 @@
 
 #include "ui/Utf8.h"
 
-#include <QFileInfo>
-#include <algorithm>
+#include <utility>
 
 namespace lumisort::review {
 
@@ -46,6 +45,11 @@ LibraryWindow::LibraryWindow(LibraryModel& model, QObject* parent)
     connect(&model, &LibraryModel::devicesChanged, this, &LibraryWindow::deviceChanged);
     connect(&model, &LibraryModel::folderWanted, this, [this](const std::optional<FileUrl>& startingAt) {
         Q_EMIT folderWanted(startingAt ? ui::fromUtf8(startingAt->string()) : QString());
+    });
+    connect(&model, &LibraryModel::foldersRefused, this, [this](const std::vector<FileUrl>& urls) {
+        QStringList names;
+        for (const auto& url : urls) names << ui::fromUtf8(url.name());
+        refuse(names);
     });
 }
 
@@ -168,28 +172,25 @@ void LibraryWindow::answerRemoval(bool remove) {
 }
 
 void LibraryWindow::addFolders(const QList<QUrl>& urls) {
+    std::vector<FileUrl> files;
     QStringList others;
     for (const auto& url : urls) {
-        if (QFileInfo(url.toLocalFile()).isDir())
-            foldersToAdd_.push_back(FileUrl::fromPath(url.toLocalFile().toStdString() + '/'));
+        // As it is written: decoded to text, a name that is no UTF-8 would be another one.
+        if (auto file = FileUrl::fromString(url.toEncoded().toStdString()))
+            files.push_back(*std::move(file));
         else
-            others << url.fileName();
+            others << url.toDisplayString();
     }
-    say(others.isEmpty() ? QString()
-                         : QStringLiteral("Only folders can be added: %1").arg(others.join(QStringLiteral(", "))));
-    addNextFolder();
+    say({});
+    refuse(others);
+    model_.importFolders(std::move(files));
 }
 
-void LibraryWindow::addNextFolder() {
-    if (foldersToAdd_.empty()) return;
-    if (!model_.busy()) {
-        model_.importFolder(foldersToAdd_.front());
-        foldersToAdd_.pop_front();
-    }
-    // Read, scan, organize: whatever is under way is over when `busy` falls.
-    if (!foldersToAdd_.empty())
-        connect(&model_, &LibraryModel::busyChanged, this, &LibraryWindow::addNextFolder,
-                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+void LibraryWindow::refuse(const QStringList& names) {
+    if (names.isEmpty()) return;
+    const auto all = names.join(QStringLiteral(", "));
+    say(notice_.isEmpty() ? QStringLiteral("Only folders can be added: ") + all
+                          : notice_ + QStringLiteral(", ") + all);
 }
 
 void LibraryWindow::say(const QString& notice) {

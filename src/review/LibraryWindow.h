@@ -9,7 +9,6 @@
 #include <QObject>
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
-#include <deque>
 
 namespace lumisort::review {
 
@@ -118,8 +117,8 @@ Q_SIGNALS:
 
 private:
     std::optional<library::Photo> photoOf(const QString& url) const;
-    void addNextFolder();
     void say(const QString& notice);
+    void refuse(const QStringList& names);
 
     model::LibraryModel& model_;
     MarkHistory marks_;
@@ -129,7 +128,6 @@ private:
     WindowCommands commands_;
     int selectionRevision_ = 0, marksRevision_ = 0;
     QString folderToRemove_, notice_;
-    std::deque<files::FileUrl> foldersToAdd_;
 };
 
 } // namespace lumisort::review

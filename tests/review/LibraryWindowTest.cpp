@@ -1,7 +1,5 @@
 #include "ReviewWorld.h"
 
-#include "support/TemporaryFolder.h"
-
 namespace lumisort::review {
 
 using testing::ElementsAre;
@@ -10,8 +8,6 @@ using testing::SizeIs;
 namespace {
 
 class LibraryWindowTest : public ReviewWorld {};
-
-QUrl local(const std::filesystem::path& path) { return QUrl::fromLocalFile(QString::fromStdString(path)); }
 
 } // namespace
 
@@ -84,17 +80,18 @@ TEST_F(LibraryWindowTest, RemovalAsksFirst) {
 
 TEST_F(LibraryWindowTest, AddsDroppedFoldersOneAfterAnotherAndNamesTheRest) {
     open({});
-    const test::TemporaryFolder folder;
-    folder.write("one/x", "");
-    folder.write("two/x", "");
-    folder.write("note.txt", "");
-    window_->addFolders({local(folder.path() / "one"), local(folder.path() / "note.txt"),
-                         local(folder.path() / "two")});
-    EXPECT_EQ(window_->notice(), "Only folders can be added: note.txt");
-    EXPECT_TRUE(model_->busy());
+    system_.makeFolder("/d/one");
+    system_.makeFolder("/d/caf\xE9");
+    system_.write("/d/note.txt", "");
+    int fileAccesses = 0;
+    system_.before = [&](std::string_view, const std::string&) { ++fileAccesses; };
+    window_->addFolders({QUrl(QStringLiteral("https://example.org/x")), QUrl(QStringLiteral("file:///d/one")),
+                         QUrl(QStringLiteral("file:///d/note.txt")), QUrl(QStringLiteral("file:///d/gone")),
+                         QUrl::fromEncoded("file:///d/caf%E9/")});
+    EXPECT_EQ(fileAccesses, 0) << "a drive that hangs would hold up the window";
     settle();
-    settle();
-    EXPECT_THAT(model_->folders(), SizeIs(3)) << "with the one that was there";
+    EXPECT_EQ(window_->notice(), "Only folders can be added: https://example.org/x, note.txt, gone");
+    EXPECT_THAT(model_->folders(), ElementsAre(url("/p/"), url("/d/one/"), url("/d/caf\xE9/")));
     EXPECT_EQ(window_->folders()->rowCount(), 3);
 }
 
