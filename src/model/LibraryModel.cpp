@@ -208,13 +208,6 @@ void LibraryModel::openFullscreen(const Photo& photo) {
     Q_EMIT fullscreenWanted(sequence, static_cast<int>(at - sequence.begin()));
 }
 
-bool LibraryModel::hasEligiblePhotos() const {
-    for (PhotoRow row = 0; row < photos().size(); ++row)
-        if (state_.isReadable(row) && library::ImportSelection::isEligible(photos()[row], reviewMarks()))
-            return true;
-    return false;
-}
-
 void LibraryModel::beginOrganize() {
     if (busy_) return;
     setBusy(true);

@@ -77,7 +77,7 @@ public:
     int importCount() const { return static_cast<int>(state_.importCount()); }
     int skipCount() const { return static_cast<int>(state_.skipCount()); }
     /// Whether organizing would have a photo to copy.
-    bool hasEligiblePhotos() const;
+    bool hasEligiblePhotos() const { return state_.eligibleCount() > 0; }
 
     // What the user sees and has chosen.
 

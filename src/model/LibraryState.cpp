@@ -1,5 +1,7 @@
 #include "model/LibraryState.h"
 
+#include "library/ImportSelection.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -94,14 +96,17 @@ void LibraryState::rename(PhotoRow row, const Photo& renamed) {
 }
 
 void LibraryState::count(PhotoRow row, int step) {
-    readableCount_ += static_cast<std::size_t>(reach_[row] ? step : 0);
+    if (!reach_[row]) return;
+    const auto by = static_cast<std::size_t>(step);
+    readableCount_ += by;
+    if (library::ImportSelection::isEligible(photos()[row], marks_)) eligibleCount_ += by;
     const auto current = decision(row);
-    if (current == ReviewDecision::keep) importCount_ += static_cast<std::size_t>(step);
-    if (current == ReviewDecision::cleanup) skipCount_ += static_cast<std::size_t>(step);
+    if (current == ReviewDecision::keep) importCount_ += by;
+    if (current == ReviewDecision::cleanup) skipCount_ += by;
 }
 
 void LibraryState::recount() {
-    readableCount_ = importCount_ = skipCount_ = 0;
+    readableCount_ = importCount_ = skipCount_ = eligibleCount_ = 0;
     for (PhotoRow row = 0; row < reach_.size(); ++row) count(row, +1);
 }
 

@@ -48,6 +48,8 @@ public:
     std::size_t readableCount() const { return readableCount_; }
     std::size_t importCount() const { return importCount_; }
     std::size_t skipCount() const { return skipCount_; }
+    /// Readable photos that organizing would copy.
+    std::size_t eligibleCount() const { return eligibleCount_; }
 
     /// Whether the survey, made of these photos and folders, says the same as the last one.
     bool agreesWith(const library::LibrarySurvey& survey) const;
@@ -72,7 +74,7 @@ private:
     std::unordered_map<files::FileUrl, PhotoRow> rows_;
     std::unordered_map<files::FileUrl, library::FolderState> folderStates_;
     std::vector<std::optional<library::FingerprintStamp>> reach_; ///< by row
-    std::size_t readableCount_ = 0, importCount_ = 0, skipCount_ = 0;
+    std::size_t readableCount_ = 0, importCount_ = 0, skipCount_ = 0, eligibleCount_ = 0;
 };
 
 } // namespace lumisort::model

@@ -72,7 +72,7 @@ WindowCommands::WindowCommands(LibraryModel& model, MarkHistory& marks, QObject*
     details = add(
         "Show Details", "documentinfo", "Ctrl+I",
         [&model] {
-            return model.detailPhoto() ? QString() : QStringLiteral("Select a photo first.");
+            return model.selected().empty() ? QStringLiteral("Select a photo first.") : QString();
         },
         [&model] { model.showDetails(); });
     compare = add(

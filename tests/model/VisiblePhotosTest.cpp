@@ -1,3 +1,4 @@
+#include "library/ImportSelection.h"
 #include "model/VisiblePhotos.h"
 
 #include <gmock/gmock.h>
@@ -148,16 +149,19 @@ TEST(LibraryState, CountsStayRightThroughAnything) {
         }
         }
         ASSERT_EQ(state.photos().size(), 50u);
-        std::size_t readable = 0, keep = 0, cleanup = 0;
+        std::size_t readable = 0, keep = 0, cleanup = 0, eligible = 0;
         for (PhotoRow each = 0; each < 50; ++each) {
             ASSERT_EQ(state.find(state.photos()[each].url), each);
             readable += state.isReadable(each);
             keep += state.decision(each) == ReviewDecision::keep;
             cleanup += state.decision(each) == ReviewDecision::cleanup;
+            eligible += state.isReadable(each) &&
+                        library::ImportSelection::isEligible(state.photos()[each], state.marks());
         }
         ASSERT_EQ(state.readableCount(), readable);
         ASSERT_EQ(state.importCount(), keep);
         ASSERT_EQ(state.skipCount(), cleanup);
+        ASSERT_EQ(state.eligibleCount(), eligible);
     }
 }
 
