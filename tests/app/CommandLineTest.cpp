@@ -225,7 +225,7 @@ TEST_F(CommandLineTest, KeepsALibraryFromRunToRun) {
         return run(words);
     };
     EXPECT_EQ(library({"add", photos()}).out, "2 photos scanned\n");
-    EXPECT_EQ(library({"mark", "--keep", a.path()}).out, "1 marked\n");
+    EXPECT_EQ(run({"library", "--library", document, "mark", "--keep", a.path()}).out, "1 marked\n");
     EXPECT_EQ(library({"mark", "--cleanup", b.path(), "/nowhere.png"}).status, 1);
     EXPECT_EQ(library({"rename", a.path(), "holiday"}).out, "Renamed to holiday.png\n");
     EXPECT_EQ(library({"rename", b.path(), "holiday"}).status, 3);

@@ -191,11 +191,14 @@ void addLibraryCommand(CLI::App& program, Command& chosen) {
     auto* group = program.add_subcommand("library", "The library of folders, photos and marks");
     group->require_subcommand(1);
     const auto options = std::make_shared<LibraryOptions>();
+    const auto addDocument = [&](CLI::App& command) {
+        command.add_option("--library", options->document, "The library document, in place of the user's own");
+    };
+    addDocument(*group); // before the command's name as well as behind it
     const auto subcommand = [&](const char* name, const char* description,
                                 ExitStatus (*run)(const LibraryOptions&, Surroundings&)) {
         auto* command = group->add_subcommand(name, description);
-        command->add_option("--library", options->document,
-                            "The library document, in place of the user's own");
+        addDocument(*command);
         command->callback([options, run, &chosen] {
             chosen = [options, run](Surroundings& with) { return run(*options, with); };
         });
