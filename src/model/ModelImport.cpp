@@ -1,6 +1,7 @@
 // Folders that come into the library and leave it.
 
 #include "model/LibraryModel.h"
+#include "model/Utf8.h"
 
 #include <algorithm>
 
@@ -40,9 +41,7 @@ void LibraryModel::chooseFolder(const std::optional<FileUrl>& startingAt) {
 void LibraryModel::importFolder(const FileUrl& folder) {
     if (busy_) return;
     setBusy(true);
-    const auto name = folder.name();
-    say(QStringLiteral("Scanning %1…")
-            .arg(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))));
+    say(QStringLiteral("Scanning %1…").arg(fromUtf8(folder.name())));
     const auto progress = [post = runner_.mainThread(), model = QPointer(this)](std::size_t count) {
         post([model, count] {
             // The last reports may come in behind the result.

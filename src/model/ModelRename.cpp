@@ -2,6 +2,7 @@
 
 #include "library/PhotoRenamer.h"
 #include "model/LibraryModel.h"
+#include "model/Utf8.h"
 
 #include <algorithm>
 
@@ -39,8 +40,7 @@ void LibraryModel::rename(const Photo& photo, std::string_view stem) {
     refreshAvailability();
     ++thumbnailRevision_;
     Q_EMIT thumbnailRevisionChanged();
-    const auto name = renamed.url.name();
-    say(QStringLiteral("Renamed to ") + QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+    say(QStringLiteral("Renamed to ") + fromUtf8(renamed.url.name()));
     saveSession();
 }
 

@@ -1,6 +1,7 @@
 // Scans for matching photos: started, followed, stopped, shown.
 
 #include "model/LibraryModel.h"
+#include "model/Utf8.h"
 #include "platform/tasks/Cancellation.h"
 #include "similarity/featureprint/FeaturePrintModel.h"
 
@@ -25,10 +26,6 @@ struct LibraryModel::SimilarityOutcome {
 namespace {
 
 constexpr int scanWorkers = 4;
-
-QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
 
 std::vector<SimilarityGroup> asGroups(std::vector<std::vector<Photo>> copies) {
     std::vector<SimilarityGroup> groups;
@@ -115,7 +112,7 @@ void LibraryModel::findSimilar() {
         } else {
             auto result = engines.visual(
                 photos, level, prints, scanWorkers,
-                [&](double fraction, std::string_view status) { report(fraction, text(status)); }, stop);
+                [&](double fraction, std::string_view status) { report(fraction, fromUtf8(status)); }, stop);
             outcome.groups = std::move(result.groups);
             outcome.failures = std::move(result.failures);
             outcome.prints = std::move(result.cache);
@@ -163,7 +160,7 @@ void LibraryModel::applySimilarity(Outcome<SimilarityOutcome> outcome) {
             break;
         case SimilarityMethod::visual:
             visionCache_ = std::move(outcome->prints);
-            for (const auto& line : outcome->failures) similarityFailures_.push_back(text(line));
+            for (const auto& line : outcome->failures) similarityFailures_.push_back(fromUtf8(line));
             status += QStringLiteral(" visual groups");
             append(outcome->failures.size(), QStringLiteral("failed"));
             break;

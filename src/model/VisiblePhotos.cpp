@@ -1,5 +1,7 @@
 #include "model/VisiblePhotos.h"
 
+#include "model/Utf8.h"
+
 #include <algorithm>
 #include <ranges>
 #include <utility>
@@ -10,10 +12,6 @@ namespace {
 
 /// More runs than this cost a view more than a new list.
 constexpr std::size_t mostRuns = 256;
-
-QString text(std::string_view bytes) {
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
 
 /// Positions in `list` whose rows `other` lacks, as runs [first, last]. Both ascend.
 std::vector<std::pair<int, int>> runsMissing(const std::vector<PhotoRow>& list,
@@ -44,12 +42,12 @@ QVariant VisiblePhotos::data(const QModelIndex& index, int role) const {
     const auto& photo = state_.photos()[row];
     switch (role) {
     case UrlRole:
-        return text(photo.url.string());
+        return fromUtf8(photo.url.string());
     case Qt::DisplayRole:
     case NameRole:
-        return text(photo.url.name());
+        return fromUtf8(photo.url.name());
     case PathRole:
-        return text(photo.url.path());
+        return fromUtf8(photo.url.path());
     case WidthRole:
         return static_cast<qlonglong>(photo.width);
     case HeightRole:
@@ -59,7 +57,7 @@ QVariant VisiblePhotos::data(const QModelIndex& index, int role) const {
     case ReadableRole:
         return state_.isReadable(row);
     case DecisionRole:
-        if (const auto decision = state_.decision(row)) return text(rawValue(*decision));
+        if (const auto decision = state_.decision(row)) return fromUtf8(rawValue(*decision));
         return QString();
     default:
         return {};

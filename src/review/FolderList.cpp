@@ -1,6 +1,6 @@
 #include "review/FolderList.h"
 
-#include "ui/Utf8.h"
+#include "model/Utf8.h"
 
 namespace lumisort::review {
 
@@ -29,12 +29,12 @@ QVariant FolderList::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
     const auto& folder = folders_[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case UrlRole: return ui::fromUtf8(folder.string());
-    case NameRole: return ui::fromUtf8(folder.name().empty() ? std::string_view("/") : folder.name());
-    case PathRole: return ui::fromUtf8(folder.path());
+    case UrlRole: return model::fromUtf8(folder.string());
+    case NameRole: return model::fromUtf8(folder.name().empty() ? std::string_view("/") : folder.name());
+    case PathRole: return model::fromUtf8(folder.path());
     case StateRole: {
         const auto state = model_.folderState(folder);
-        return state && *state != library::FolderState::online ? ui::fromUtf8(title(*state)) : QString();
+        return state && *state != library::FolderState::online ? model::fromUtf8(title(*state)) : QString();
     }
     case CurrentRole:
         return model_.section() == QStringLiteral("folder") && model_.selectedFolder() == folder;

@@ -1,6 +1,6 @@
 #include "review/LibraryWindow.h"
 
-#include "ui/Utf8.h"
+#include "model/Utf8.h"
 
 #include <utility>
 
@@ -44,11 +44,11 @@ LibraryWindow::LibraryWindow(LibraryModel& model, QObject* parent)
     });
     connect(&model, &LibraryModel::devicesChanged, this, &LibraryWindow::deviceChanged);
     connect(&model, &LibraryModel::folderWanted, this, [this](const std::optional<FileUrl>& startingAt) {
-        Q_EMIT folderWanted(startingAt ? ui::fromUtf8(startingAt->string()) : QString());
+        Q_EMIT folderWanted(startingAt ? model::fromUtf8(startingAt->string()) : QString());
     });
     connect(&model, &LibraryModel::foldersRefused, this, [this](const std::vector<FileUrl>& urls) {
         QStringList names;
-        for (const auto& url : urls) names << ui::fromUtf8(url.name());
+        for (const auto& url : urls) names << model::fromUtf8(url.name());
         refuse(names);
     });
 }
@@ -57,7 +57,7 @@ QString LibraryWindow::title() const {
     switch (sectionOf(model_)) {
     case Section::folder: {
         const auto& folder = model_.selectedFolder();
-        return folder ? ui::fromUtf8(folder->name()) : QString();
+        return folder ? model::fromUtf8(folder->name()) : QString();
     }
     case Section::offline: return QStringLiteral("Unavailable");
     case Section::keep: return QStringLiteral("Import");
@@ -102,7 +102,7 @@ bool LibraryWindow::isReadable(const QString& url) const {
 QString LibraryWindow::decision(const QString& url) const {
     const auto photo = photoOf(url);
     const auto decision = photo ? model_.decision(*photo) : std::nullopt;
-    return decision ? ui::fromUtf8(rawValue(*decision)) : QString();
+    return decision ? model::fromUtf8(rawValue(*decision)) : QString();
 }
 
 void LibraryWindow::showSection(const QString& section) {
@@ -138,19 +138,19 @@ void LibraryWindow::setLevel(int level) {
 
 QStringList LibraryWindow::methods() {
     QStringList names;
-    for (const auto method : model::allSimilarityMethods) names << ui::fromUtf8(rawValue(method));
+    for (const auto method : model::allSimilarityMethods) names << model::fromUtf8(rawValue(method));
     return names;
 }
 
 QStringList LibraryWindow::levels() {
     QStringList names;
-    for (const auto level : similarity::allSimilarityLevels) names << ui::fromUtf8(rawValue(level));
+    for (const auto level : similarity::allSimilarityLevels) names << model::fromUtf8(rawValue(level));
     return names;
 }
 
 QString LibraryWindow::deviceName() const {
     const auto& pending = model_.devices().pending;
-    return pending.empty() ? QString() : ui::fromUtf8(pending.front().name());
+    return pending.empty() ? QString() : model::fromUtf8(pending.front().name());
 }
 
 void LibraryWindow::browseDevice() {

@@ -1,5 +1,7 @@
 #include "review/PhotoCursor.h"
 
+#include "model/Utf8.h"
+
 #include <algorithm>
 
 namespace lumisort::review {
@@ -123,9 +125,7 @@ void PhotoCursor::seek(const QString& text) {
     const int total = count();
     for (int step = 0; step < total && !text.isEmpty(); ++step) {
         const int position = (std::max(position_, 0) + step) % total;
-        const auto name = at(position)->url.name();
-        if (QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))
-                .startsWith(text, Qt::CaseInsensitive))
+        if (model::fromUtf8(at(position)->url.name()).startsWith(text, Qt::CaseInsensitive))
             return place(position);
     }
 }

@@ -1,7 +1,7 @@
 #include "review/SimilarRows.h"
 
+#include "model/Utf8.h"
 #include "model/VisibleRows.h"
-#include "ui/Utf8.h"
 
 #include <algorithm>
 
@@ -101,8 +101,8 @@ QVariantMap SimilarRows::card(int position) const {
         note = QStringLiteral("anchor");
     else if (const auto distance = all.distances.find(shown.url); distance != all.distances.end())
         note = QString::number(static_cast<double>(distance->second), 'f', 2);
-    return {{QStringLiteral("url"), ui::fromUtf8(shown.url.string())},
-            {QStringLiteral("name"), ui::fromUtf8(shown.url.name())},
+    return {{QStringLiteral("url"), model::fromUtf8(shown.url.string())},
+            {QStringLiteral("name"), model::fromUtf8(shown.url.name())},
             {QStringLiteral("note"), note}};
 }
 

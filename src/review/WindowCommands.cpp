@@ -1,5 +1,6 @@
 #include "review/WindowCommands.h"
 
+#include "model/Utf8.h"
 #include "platform/images/RawExtensions.h"
 
 #include <algorithm>
@@ -14,8 +15,7 @@ namespace {
 QString never() { return {}; }
 
 bool isRaw(const library::Photo& photo) {
-    const auto extension = photo.url.extension();
-    const auto lower = QString::fromUtf8(extension.data(), static_cast<qsizetype>(extension.size())).toLower();
+    const auto lower = model::fromUtf8(photo.url.extension()).toLower();
     return std::ranges::binary_search(images::rawExtensions, lower.toStdString());
 }
 

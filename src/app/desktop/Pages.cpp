@@ -1,6 +1,6 @@
 #include "app/desktop/Pages.h"
 
-#include "ui/Utf8.h"
+#include "model/Utf8.h"
 
 #include <QGuiApplication>
 #include <algorithm>
@@ -39,7 +39,7 @@ constexpr Page library[] = {
     {"remove-folder",
      [](Desktop& desktop) {
          if (!desktop.model().folders().empty())
-             desktop.library().askToRemove(ui::fromUtf8(desktop.model().folders().front().string()));
+             desktop.library().askToRemove(model::fromUtf8(desktop.model().folders().front().string()));
      }},
     {"notice",
      [](Desktop& desktop) { desktop.library().addFolders({QUrl(QStringLiteral("file:///proc/version"))}); }},

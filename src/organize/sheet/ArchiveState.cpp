@@ -1,6 +1,6 @@
 #include "organize/sheet/ArchiveState.h"
 
-#include "ui/Utf8.h"
+#include "model/Utf8.h"
 
 #include <algorithm>
 #include <chrono>
@@ -98,7 +98,7 @@ void ArchiveState::followProgress() {
         {
             const std::scoped_lock lock(run->mutex);
             progress_ = run->fraction;
-            status_ = ui::fromUtf8(run->text);
+            status_ = model::fromUtf8(run->text);
         }
         Q_EMIT progressChanged();
         followProgress();
@@ -111,12 +111,12 @@ void ArchiveState::finish(model::Outcome<ArchiveReport> outcome) {
     if (outcome)
         report_ = std::move(*outcome);
     else
-        error_ = ui::fromUtf8(model::describe(outcome.error()));
+        error_ = model::fromUtf8(model::describe(outcome.error()));
     Q_EMIT changed();
 }
 
 QString ArchiveState::destination() const {
-    return destination_ ? ui::fromUtf8(destination_->path()) : QString();
+    return destination_ ? model::fromUtf8(destination_->path()) : QString();
 }
 
 QUrl ArchiveState::destinationUrl() const {
@@ -154,7 +154,7 @@ QString ArchiveState::failures() const {
     QString text;
     for (std::size_t i = 0; i < shown; ++i) {
         if (i > 0) text += u'\n';
-        text += ui::fromUtf8(lines[i]);
+        text += model::fromUtf8(lines[i]);
     }
     if (shown < lines.size()) text += QStringLiteral("\n… and %1 more").arg(lines.size() - shown);
     return text;

@@ -1,8 +1,8 @@
 #include "review/details/PhotoFacts.h"
 
+#include "model/Utf8.h"
 #include "platform/text/ByteCount.h"
 #include "platform/time/LocalTime.h"
-#include "ui/Utf8.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -30,13 +30,13 @@ QString dateOf(const library::Photo& photo) {
 
 PhotoFacts factsOf(const library::Photo& photo, std::optional<library::ReviewDecision> decision) {
     return {.url = QString::fromStdString(photo.url.string()),
-            .name = ui::fromUtf8(photo.url.name()),
-            .decision = decision ? ui::fromUtf8(library::rawValue(*decision)) : QString(),
+            .name = model::fromUtf8(photo.url.name()),
+            .decision = decision ? model::fromUtf8(library::rawValue(*decision)) : QString(),
             .dimensions = dimensionsOf(photo),
-            .size = ui::fromUtf8(text::byteCount(photo.bytes)),
-            .format = ui::fromUtf8(photo.url.extension()).toUpper(),
+            .size = model::fromUtf8(text::byteCount(photo.bytes)),
+            .format = model::fromUtf8(photo.url.extension()).toUpper(),
             .date = dateOf(photo),
-            .location = ui::fromUtf8(photo.url.path())};
+            .location = model::fromUtf8(photo.url.path())};
 }
 
 } // namespace lumisort::review

@@ -1,6 +1,6 @@
 #include "review/details/RenameState.h"
 
-#include "ui/Utf8.h"
+#include "model/Utf8.h"
 
 #include <exception>
 #include <string>
@@ -10,7 +10,7 @@ namespace lumisort::review {
 
 void RenameState::begin(const library::Photo& photo) {
     photo_ = photo;
-    setStem(ui::fromUtf8(photo.url.stem()));
+    setStem(model::fromUtf8(photo.url.stem()));
     say({});
     Q_EMIT openChanged();
 }
@@ -23,11 +23,11 @@ void RenameState::cancel() {
 void RenameState::rename() {
     if (!photo_ || !canRename()) return;
     // A name that is no UTF-8 shows replacement characters; left alone, it is not to become them.
-    const bool untouched = stem_ == ui::fromUtf8(photo_->url.stem());
+    const bool untouched = stem_ == model::fromUtf8(photo_->url.stem());
     try {
         model_.rename(*photo_, untouched ? std::string(photo_->url.stem()) : stem_.toStdString());
     } catch (const std::exception& refused) {
-        return say(ui::fromUtf8(refused.what()));
+        return say(model::fromUtf8(refused.what()));
     }
     cancel();
 }
@@ -38,7 +38,7 @@ void RenameState::setStem(const QString& stem) {
 
 QString RenameState::suffix() const {
     if (!photo_ || photo_->url.extension().empty()) return {};
-    return u'.' + ui::fromUtf8(photo_->url.extension());
+    return u'.' + model::fromUtf8(photo_->url.extension());
 }
 
 void RenameState::say(const QString& error) {

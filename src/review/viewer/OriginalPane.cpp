@@ -1,7 +1,7 @@
 #include "review/viewer/OriginalPane.h"
 
+#include "model/Utf8.h"
 #include "review/viewer/TilesNode.h"
-#include "ui/Utf8.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -46,7 +46,7 @@ void OriginalPane::setUrl(const QString& url) {
 void OriginalPane::show(OriginalDecodeQueue::Answer answer) {
     if (answer && *answer == original_) return; // It was recalled, and its file has not changed.
     original_ = answer ? *std::move(answer) : nullptr;
-    error_ = answer ? QString() : ui::fromUtf8(answer.error());
+    error_ = answer ? QString() : model::fromUtf8(answer.error());
     Q_EMIT statusChanged();
     changeView();
 }

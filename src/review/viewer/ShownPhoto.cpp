@@ -1,6 +1,6 @@
 #include "review/viewer/ShownPhoto.h"
 
-#include "ui/Utf8.h"
+#include "model/Utf8.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -9,7 +9,7 @@ namespace lumisort::review {
 namespace {
 
 QString lineOf(std::string_view name) {
-    auto text = ui::fromUtf8(name);
+    auto text = model::fromUtf8(name);
     for (auto& character : text)
         if (character.category() == QChar::Other_Control) character = QChar::ReplacementCharacter;
     return text;
@@ -22,7 +22,7 @@ ShownPhoto ShownPhoto::of(const library::Photo& photo) {
     if (photo.width > 0 && photo.height > 0)
         details << QStringLiteral("%1 × %2").arg(photo.width).arg(photo.height);
     details << QLocale::c().formattedDataSize(photo.bytes, 1, QLocale::DataSizeSIFormat);
-    return {.url = ui::fromUtf8(photo.url.string()),
+    return {.url = model::fromUtf8(photo.url.string()),
             .name = lineOf(photo.url.name()),
             .details = details.join(QStringLiteral(" · "))};
 }

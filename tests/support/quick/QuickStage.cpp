@@ -9,7 +9,6 @@
 
 #include <QAccessible>
 #include <QQmlComponent>
-#include <algorithm>
 #include <stdexcept>
 
 void qml_register_types_Lumisort_Ui();
@@ -47,11 +46,7 @@ QuickStage::QuickStage() {
     engine_.addImageProvider(QStringLiteral("icon"), new ui::IconProvider);
     engine_.setOutputWarningsToStandardError(false);
     QObject::connect(&engine_, &QQmlEngine::warnings, &engine_, [this](const QList<QQmlError>& warnings) {
-        for (const auto& warning : warnings) {
-            const auto text = warning.toString();
-            if (std::ranges::none_of(expected_, [&](const auto& each) { return text.contains(each); }))
-                ADD_FAILURE() << text.toStdString();
-        }
+        for (const auto& warning : warnings) ADD_FAILURE() << warning.toString().toStdString();
     });
 }
 

@@ -21,9 +21,6 @@ public:
 
     QQmlApplicationEngine& engine() { return engine_; }
 
-    /// A warning that holds `text` is part of the test.
-    void expectWarning(const QString& text) { expected_ += text; }
-
     /// Loads a text that has a Window as its root and shows it. `properties` are set before it is shown.
     QQuickWindow& show(const QByteArray& qml, const QVariantMap& properties = {});
     QQuickWindow& window() { return *window_; }
@@ -48,9 +45,6 @@ public:
     void settle();
 
 private:
-    void use(QQuickWindow* window);
-
-    QStringList expected_;
     QQmlApplicationEngine engine_;
     std::unique_ptr<QObject> root_;
     QQuickWindow* window_ = nullptr;
