@@ -32,7 +32,7 @@ LibraryModel::LibraryModel(FileUrl sessionURL, std::optional<library::LibrarySes
 
 LibraryModel::~LibraryModel() {
     ended_.request_stop();
-    similarityStop_.request_stop();
+    scanStop_.request_stop();
 }
 
 std::vector<Photo> LibraryModel::availablePhotos() const {

@@ -35,6 +35,7 @@ namespace lumisort::model {
 class LibraryModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
+    Q_PROPERTY(bool importRunning READ importRunning NOTIFY busyChanged)
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
     Q_PROPERTY(QString section READ section WRITE setSection NOTIFY sectionChanged)
@@ -122,6 +123,11 @@ public:
     /// The same for folders that were dropped or named, one after another as soon as nothing else runs. Says in
     /// `foldersRefused` what is no folder.
     void importFolders(std::vector<files::FileUrl> urls);
+    /// Whether a folder is being scanned.
+    bool importRunning() const { return importRunning_; }
+    /// Ends the scan: the folder comes into the library with the photos found so far, and folders that wait
+    /// for their turn do not.
+    void stopImport();
     void removeFolder(const files::FileUrl& folder);
     /// Asks for the folder chooser, at `startingAt` where given.
     void chooseFolder(const std::optional<files::FileUrl>& startingAt = {});
@@ -242,7 +248,9 @@ private:
     bool documentUnreadable_ = false; ///< to be set aside before the first write
     std::uint64_t saveRequest_ = 0;   ///< the latest request; an older one is not written
 
+    bool importRunning_ = false;
     std::deque<files::FileUrl> foldersToImport_;
+    std::stop_source scanStop_; ///< of the folder scan or the similarity scan that runs
     std::deque<MarkRequest> markQueue_;
 
     SimilarityMethod similarityMethod_ = SimilarityMethod::visual;
@@ -254,7 +262,6 @@ private:
     bool similarityCancellationRequested_ = false;
     double similarityProgress_ = 0;
     std::uint64_t similarityScan_ = 0; ///< the latest scan; progress of an older one is dropped
-    std::stop_source similarityStop_;
     similarity::FingerprintCache similarityCache_;
     similarity::FeaturePrintCache visionCache_;
 

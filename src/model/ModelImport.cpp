@@ -40,18 +40,20 @@ void LibraryModel::chooseFolder(const std::optional<FileUrl>& startingAt) {
 
 void LibraryModel::importFolder(const FileUrl& folder) {
     if (busy_) return;
+    scanStop_ = std::stop_source();
+    importRunning_ = true;
     setBusy(true);
     say(QStringLiteral("Scanning %1…").arg(fromUtf8(folder.name())));
     const auto progress = [post = runner_.mainThread(), model = QPointer(this)](std::size_t count) {
         post([model, count] {
-            // The last reports may come in behind the result.
-            if (model && model->busy_ && !model->similarityRunning_)
+            // The last reports may come in behind the result, or behind a stop.
+            if (model && model->importRunning_ && !model->scanStop_.stop_requested())
                 model->say(QStringLiteral("Scanning %1 photos…").arg(count));
         });
     };
     work_ = runner_.start(
         this,
-        [scan = with_.scan, folder, progress, stop = ended_.get_token()] {
+        [scan = with_.scan, folder, progress, stop = scanStop_.get_token()] {
             return scan(folder, progress, stop);
         },
         [this, folder](Outcome<library::LibraryScanner::Result> result) {
@@ -77,8 +79,16 @@ void LibraryModel::importNextFolder() {
     importFolder(folder);
 }
 
+void LibraryModel::stopImport() {
+    foldersToImport_.clear();
+    if (!importRunning_) return;
+    scanStop_.request_stop();
+    say(QStringLiteral("Stopping…"));
+}
+
 void LibraryModel::applyImport(const FileUrl& folder, library::LibraryScanner::Result result) {
     const auto scanned = result.photos.size();
+    const bool stopped = scanStop_.stop_requested();
     auto photos = state_.photos();
     std::ranges::copy_if(result.photos, std::back_inserter(photos),
                          [this](const Photo& photo) { return !state_.find(photo.url); });
@@ -92,9 +102,11 @@ void LibraryModel::applyImport(const FileUrl& folder, library::LibraryScanner::R
     }
     invalidateSimilarity();
     setSection(QStringLiteral("library"));
+    importRunning_ = false;
     setBusy(false);
     auto text = QStringLiteral("%1 photos scanned").arg(scanned);
     if (result.skipped >= 1) text += QStringLiteral(" · %1 unreadable").arg(result.skipped);
+    if (stopped) text += QStringLiteral(" · stopped");
     say(text);
     refreshAvailability();
     saveSession();

@@ -67,7 +67,7 @@ void LibraryModel::findSimilar() {
     if (busy_ || availableCount() == 0) return;
     const auto scan = ++similarityScan_;
     similarityCancellationRequested_ = false;
-    similarityStop_ = std::stop_source();
+    scanStop_ = std::stop_source();
     setBusy(true);
     similarityRunning_ = true;
     similarityComplete_ = false;
@@ -86,7 +86,7 @@ void LibraryModel::findSimilar() {
             if (model) model->showSimilarityProgress(scan, fraction, status);
         });
     };
-    const auto stop = similarityStop_.get_token();
+    const auto stop = scanStop_.get_token();
     const auto job = [engines = with_.engines, report, stop, photos = availablePhotos(),
                       method = similarityMethod_, level = similarityLevel_, fingerprints = similarityCache_,
                       prints = visionCache_] {
@@ -125,7 +125,7 @@ void LibraryModel::findSimilar() {
 
 void LibraryModel::stopSimilarity() {
     similarityCancellationRequested_ = true;
-    similarityStop_.request_stop();
+    scanStop_.request_stop();
     say(QStringLiteral("Stopping…"));
 }
 

@@ -50,7 +50,7 @@ Item {
             Layout.preferredWidth: 120
         }
         PushButton {
-            visible: footer.model.similarityRunning
+            visible: footer.model.similarityRunning || footer.model.importRunning
             command: footer.window.commands.stop
             implicitHeight: 24
         }

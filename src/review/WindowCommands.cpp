@@ -52,8 +52,11 @@ WindowCommands::WindowCommands(LibraryModel& model, MarkHistory& marks, QObject*
         [&model] { model.findSimilar(); });
     stop = add(
         "Cancel", "", "",
-        [&model] { return model.similarityRunning() ? QString() : QStringLiteral("No scan is running."); },
-        [&model] { model.stopSimilarity(); });
+        [&model] {
+            return model.similarityRunning() || model.importRunning() ? QString()
+                                                                      : QStringLiteral("No scan is running.");
+        },
+        [&model] { model.importRunning() ? model.stopImport() : model.stopSimilarity(); });
 
     keep = add("Import", "checkmark", "Ctrl+K", nonePicked, markAs(ReviewDecision::keep));
     skip = add("Skip", "flag", "Ctrl+D", nonePicked, markAs(ReviewDecision::cleanup));

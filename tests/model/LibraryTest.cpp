@@ -51,6 +51,32 @@ TEST_F(LibraryTest, ImportsWhatIsNewAndSaysWhatItFound) {
     EXPECT_EQ(model->folders().size(), 2u);
 }
 
+TEST_F(LibraryTest, AStoppedScanAddsWhatItFoundAndDropsFoldersThatWait) {
+    for (const auto* folder : {"/q", "/r"}) system_.makeFolder(folder);
+    system_.write("/q/new.jpg", "x");
+    auto with = surroundings();
+    with.scan = [](const auto&, const auto& progress, const auto& stop) {
+        EXPECT_TRUE(stop.stop_requested());
+        progress(100);
+        return library::LibraryScanner::Result{{photo("/q/new.jpg")}, 2};
+    };
+    LibraryModel model(document_, library::LibrarySession{}, with);
+    settle();
+    std::vector<QString> said;
+    QObject::connect(&model, &LibraryModel::statusChanged, [&] { said.push_back(model.status()); });
+    model.importFolders({url("/q"), url("/r")});
+    runOneJob(); // are they folders?
+    EXPECT_TRUE(model.importRunning());
+    model.stopImport();
+    runOneJob();
+    EXPECT_FALSE(model.importRunning());
+    EXPECT_THAT(said, ElementsAre("Scanning q…", "Stopping…", "1 photos scanned · 2 unreadable · stopped"));
+    settle();
+    EXPECT_THAT(model.folders(), ElementsAre(url("/q/")));
+    EXPECT_EQ(model.availableCount(), 1);
+    EXPECT_FALSE(model.busy());
+}
+
 TEST_F(LibraryTest, RemovingAFolderKeepsWhatAnotherHolds) {
     auto session = libraryOf({"a.jpg", "B/b.jpg"});
     session.folders.push_back(url("/p/B/"));

@@ -116,6 +116,14 @@ TEST_F(WindowCommandsTest, WaitWhileSomethingRuns) {
     EXPECT_EQ(model_->similarityMethod(), model::SimilarityMethod::visual);
     settle();
     EXPECT_EQ(window_->page(), "noMatches");
+
+    model_->importFolder(url("/q/"));
+    EXPECT_FALSE(window_->commands()->addFolder->isEnabled());
+    window_->commands()->stop->trigger();
+    runOneJob();
+    EXPECT_EQ(model_->status(), "0 photos scanned · stopped");
+    EXPECT_FALSE(window_->commands()->stop->isEnabled());
+    settle();
 }
 
 } // namespace lumisort::review
