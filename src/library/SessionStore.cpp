@@ -20,6 +20,8 @@ namespace {
 
 using json::Value;
 
+constexpr std::size_t pieceBytes = 1 << 20; ///< of a copy
+
 std::string environment(const char* name) {
     const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nothing sets it
     return value ? value : "";
@@ -95,6 +97,22 @@ LibrarySession readSession(Value value) {
             std::move(marks)};
 }
 
+/// "library.json.<why>-20261122T184500Z", from the second attempt on with a number behind it.
+std::string beside(const files::FileUrl& url, std::string_view why, time::Timestamp now, int attempt) {
+    auto path = url.path() + '.' + std::string(why) + '-' + time::utcStamp(now);
+    return attempt == 1 ? path : path + '-' + std::to_string(attempt);
+}
+
+bool isThere(files::FileSystem& system, const std::string& path) {
+    try {
+        system.status(path, files::Links::doNotFollow);
+        return true;
+    } catch (const files::FileError& error) {
+        if (!error.isMissing()) throw;
+        return false;
+    }
+}
+
 } // namespace
 
 files::FileUrl SessionStore::location() {
@@ -120,19 +138,35 @@ LibrarySession SessionStore::load(files::FileSystem& system, const files::FileUr
 
 std::optional<files::FileUrl>
 SessionStore::setAsideUnreadable(files::FileSystem& system, const files::FileUrl& url, time::Timestamp now) {
-    const std::string dated = url.path() + ".unreadable-" + time::utcStamp(now);
-    std::string aside = dated;
-    for (int next = 2;; ++next) {
+    for (int attempt = 1;; ++attempt) {
+        const auto aside = beside(url, "unreadable", now, attempt);
         try {
             system.moveWithoutOverwrite(url.path(), aside);
-            break;
+            system.flushDirectory(url.parent().path());
+            return files::FileUrl::fromPath(aside);
         } catch (const files::FileError& error) {
             if (error.isMissing()) return std::nullopt;
             if (error.code() != EEXIST) throw;
-            aside = dated + '-' + std::to_string(next);
         }
     }
-    system.flushDirectory(url.parent().path());
+}
+
+std::optional<files::FileUrl> SessionStore::keepChanged(files::FileSystem& system, const files::FileUrl& url,
+                                                        time::Timestamp now) {
+    std::string aside;
+    for (int attempt = 1; aside.empty() || isThere(system, aside); ++attempt)
+        aside = beside(url, "changed", now, attempt);
+    try {
+        const auto source = system.open(url.path(), files::Links::follow);
+        files::replaceFile(system, aside, [&](files::OpenFile& copy) {
+            copy.setPermissions(source->status().permissions);
+            std::vector<std::byte> piece(pieceBytes);
+            while (const auto count = source->read(piece)) copy.write(std::span(piece).first(count));
+        });
+    } catch (const files::FileError& error) {
+        if (error.isMissing()) return std::nullopt;
+        throw;
+    }
     return files::FileUrl::fromPath(aside);
 }
 

@@ -29,4 +29,10 @@ LibrarySession load(files::FileSystem& system, const files::FileUrl& url);
 std::optional<files::FileUrl> setAsideUnreadable(files::FileSystem& system, const files::FileUrl& url,
                                                  time::Timestamp now);
 
+/// Copies a document that another program wrote to "library.json.changed-20261122T184500Z" beside it, never
+/// over an earlier one; it stays where it is, so that there is a document at every instant. Gives back where
+/// the copy lies, none when there is no document. Throws FileError; no part of a copy is left then.
+std::optional<files::FileUrl> keepChanged(files::FileSystem& system, const files::FileUrl& url,
+                                          time::Timestamp now);
+
 } // namespace lumisort::library::SessionStore

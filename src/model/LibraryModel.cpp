@@ -18,7 +18,9 @@ void ModelSurroundings::afterOnTimer(std::chrono::milliseconds delay, QObject* c
 
 LibraryModel::LibraryModel(FileUrl sessionURL, std::optional<library::LibrarySession> initialSession,
                            ModelSurroundings with)
-    : with_(std::move(with)), sessionURL_(std::move(sessionURL)), runner_(with_.background) {
+    : with_(std::move(with)),
+      document_(std::make_shared<library::SessionDocument>(with_.system, std::move(sessionURL), with_.clock)),
+      runner_(with_.background) {
     devices_.connected = library::DeviceDiscovery::mountedDevices(with_.volumes());
     // Queued: whoever ends an operation has more to do than to say so.
     connect(this, &LibraryModel::busyChanged, this, &LibraryModel::importNextFolder, Qt::QueuedConnection);

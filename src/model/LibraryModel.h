@@ -2,6 +2,7 @@
 
 #include "library/DeviceDiscovery.h"
 #include "library/LibrarySession.h"
+#include "library/SessionDocument.h"
 #include "model/LibraryState.h"
 #include "model/ModelSurroundings.h"
 #include "model/SimilarityMethod.h"
@@ -224,7 +225,7 @@ private:
     void invalidateSimilarity();
 
     ModelSurroundings with_;
-    files::FileUrl sessionURL_;
+    std::shared_ptr<library::SessionDocument> document_; ///< shared with jobs, which may outlive the model
     LibraryState state_;
     VisiblePhotos visible_{state_};
 
@@ -245,8 +246,7 @@ private:
     std::uint64_t libraryRevision_ = 0;
     bool refreshRequested_ = false;
     bool sessionDirty_ = false;
-    bool documentUnreadable_ = false; ///< to be set aside before the first write
-    std::uint64_t saveRequest_ = 0;   ///< the latest request; an older one is not written
+    std::uint64_t saveRequest_ = 0; ///< the latest request; an older one is not written
 
     bool importRunning_ = false;
     std::deque<files::FileUrl> foldersToImport_;

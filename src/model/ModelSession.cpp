@@ -1,7 +1,7 @@
 // Reading the document at start-up, writing it after changes and once more at the end.
 
-#include "library/SessionStore.h"
 #include "model/LibraryModel.h"
+#include "model/Utf8.h"
 
 namespace lumisort::model {
 
@@ -27,8 +27,7 @@ bool isMissingFile(const std::exception_ptr& failure) {
 void LibraryModel::startLoading() {
     setBusy(true);
     loadTask_ = runner_.start(
-        this,
-        [&system = with_.system, url = sessionURL_] { return library::SessionStore::load(system, url); },
+        this, [document = document_] { return document->load(); },
         [this](Outcome<LibrarySession> session) {
             if (session) {
                 restore(*std::move(session));
@@ -36,7 +35,6 @@ void LibraryModel::startLoading() {
             } else if (isMissingFile(session.error())) {
                 say(QStringLiteral("Ready"));
             } else {
-                documentUnreadable_ = true;
                 say(QStringLiteral("Could not restore library: ") +
                     QString::fromStdString(describe(session.error())));
             }
@@ -68,18 +66,18 @@ QFuture<void> LibraryModel::writeSession() {
         library::ReviewMarks marks;
     };
     auto snapshot = std::make_shared<Snapshot>(state_.sharedPhotos(), state_.folders(), state_.marks());
-    const bool setAside = std::exchange(documentUnreadable_, false);
     return runner_.start(
         [this](std::function<void()> job) { sessionWriter_.post(std::move(job)); }, this,
-        [&system = with_.system, now = with_.clock.now, url = sessionURL_, snapshot, setAside] {
-            if (setAside) library::SessionStore::setAsideUnreadable(system, url, now());
-            library::SessionStore::save(system, {*snapshot->photos, snapshot->folders, snapshot->marks}, url);
+        [document = document_, snapshot] {
+            return document->save({*snapshot->photos, snapshot->folders, snapshot->marks});
         },
-        [this, setAside](const Outcome<void>& outcome) {
-            if (outcome) return;
-            documentUnreadable_ = documentUnreadable_ || setAside;
-            say(QStringLiteral("Could not save library: ") +
-                QString::fromStdString(describe(outcome.error())));
+        [this](const Outcome<std::optional<files::FileUrl>>& changed) {
+            if (!changed)
+                say(QStringLiteral("Could not save library: ") +
+                    QString::fromStdString(describe(changed.error())));
+            else if (*changed)
+                say(QStringLiteral("Library changed by another program · Its version kept as ") +
+                    fromUtf8((*changed)->name()));
         });
 }
 

@@ -39,10 +39,28 @@ TEST_F(SessionTest, StartsWithWhatTheDocumentHolds) {
     system_.write(document_.path(), R"({"by":"another","folders":["file:///p/"],"photos":[
         {"url":"file:///p/a.jpg","bytes":1,"width":1,"height":1,"stars":5},
         {"url":"file:///p/a.jpg","bytes":2,"width":2,"height":2}]})");
-    model->removeFolder(url("/none")); // a document that was replaced meanwhile is replaced in turn
     EXPECT_THAT(started()->photos(), SizeIs(1));
-    finish(model->flushSession());
-    EXPECT_EQ(onDisk().photos, session.photos);
+}
+
+TEST_F(SessionTest, KeepsADocumentThatAnotherProgramWroteMeanwhileAndSaysSoOnce) {
+    const auto session = libraryOf({"a.jpg"});
+    library::SessionStore::save(system_, session, document_);
+    const auto model = started();
+    const std::string theirs = R"({"photos":[],"folders":["file:///theirs/"]})";
+    system_.write(document_.path(), theirs);
+    std::vector<std::string> said;
+    QObject::connect(model.get(), &LibraryModel::statusChanged,
+                     [&] { said.push_back(model->status().toStdString()); });
+    for (int change = 0; change < 2; ++change) {
+        model->mark(session.photos, ReviewDecision::keep);
+        finish(model->flushSession());
+    }
+    const std::string kept = "library.json.changed-20010101T000000Z";
+    EXPECT_THAT(said,
+                ElementsAre("1 marked", "Library changed by another program · Its version kept as " + kept,
+                            "1 marked"));
+    EXPECT_EQ(system_.contents("/data/Lumisort/" + kept), theirs);
+    EXPECT_THAT(onDisk().reviewMarks, SizeIs(1));
 }
 
 TEST_F(SessionTest, SetsAnUnreadableDocumentAsideBeforeItWrites) {
