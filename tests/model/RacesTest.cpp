@@ -1,7 +1,5 @@
-#include "ModelWorld.h"
-#include "platform/tasks/Cancellation.h"
+#include "ThreadedWorld.h"
 
-#include <QTimer>
 #include <random>
 
 namespace lumisort::model {
@@ -10,57 +8,21 @@ using library::ReviewDecision;
 
 namespace {
 
-/// The model on real threads, over files in memory that come and go.
-class RacesTest : public ModelWorld {
+class RacesTest : public ThreadedWorld {
 protected:
-    static constexpr std::size_t photosPerFolder = 30;
-
-    static std::vector<library::Photo> photosIn(const files::FileUrl& folder) {
-        std::vector<library::Photo> photos;
-        for (std::size_t i = 0; i < photosPerFolder; ++i)
-            photos.push_back({.url = folder.child(std::to_string(i) + ".jpg")});
-        return photos;
-    }
-
-    ModelSurroundings threaded() {
-        auto with = surroundings();
-        with.background = {};
-        with.after = [](std::chrono::milliseconds, QObject* context, std::function<void()> function) {
-            QTimer::singleShot(0, context, std::move(function));
-        };
-        with.scan = [](const files::FileUrl& folder, const library::LibraryScanner::Progress& progress,
-                       const std::stop_token&) {
-            for (std::size_t found = 100; found < 1000; found += 100) progress(found);
-            return library::LibraryScanner::Result{photosIn(folder), 1};
-        };
-        with.engines.near = [](const auto& photos, auto, const auto& cache, int, const auto& progress,
-                               const auto& stop) {
-            similarity::SimilarityResult result{.groups = {{photos[0], photos, {}}}, .cache = cache};
-            for (std::size_t i = 1; i <= photos.size(); ++i) {
-                tasks::checkCancelled(stop);
-                result.cache[photos[i - 1].url];
-                progress(i, photos.size());
-            }
-            return result;
-        };
-        return with;
-    }
-
-    void waitForAll(LibraryModel& model) {
-        for (const auto& task : {model.working(), model.marking(), model.refreshing()}) finish(task);
-    }
-
     std::mt19937 random_{17};
 };
 
 } // namespace
 
 TEST_F(RacesTest, WhateverMeetsEndsInOneState) {
+    constexpr std::size_t photosPerFolder = 30;
     const std::vector<files::FileUrl> folders{url("/p/"), url("/q/"), url("/q/inner/")};
     std::vector<library::Photo> all;
-    for (const auto& folder : folders) std::ranges::copy(photosIn(folder), std::back_inserter(all));
+    for (const auto& folder : folders)
+        std::ranges::copy(photosIn(folder, photosPerFolder), std::back_inserter(all));
     for (const auto& photo : all) system_.write(photo.url.path(), "x");
-    LibraryModel model(document_, library::LibrarySession{}, threaded());
+    LibraryModel model(document_, library::LibrarySession{}, threaded(photosPerFolder));
     model.setSimilarityMethod(SimilarityMethod::nearDuplicates);
     std::vector<QFuture<void>> flushes;
     const auto any = [this](const auto& list) -> const auto& { return list[random_() % list.size()]; };
@@ -76,7 +38,8 @@ TEST_F(RacesTest, WhateverMeetsEndsInOneState) {
             system_.write(any(all).url.path(), std::to_string(step));
             break;
         case 3:
-            if (const auto& path = any(all).url.path(); system_.contents(path)) system_.remove(path);
+            if (const auto& path = any(all).url.path(); system_.contents(path))
+                asTest([&] { system_.remove(path); });
             break;
         case 4:
             flushes.push_back(model.flushSession());
@@ -106,7 +69,8 @@ TEST_F(RacesTest, WhateverMeetsEndsInOneState) {
     finish(model.flushSession());
     EXPECT_FALSE(model.busy());
     EXPECT_FALSE(model.similarityRunning());
-    EXPECT_EQ(onDisk(), (library::LibrarySession{model.photos(), model.folders(), model.reviewMarks()}));
+    EXPECT_EQ(asTest([&] { return onDisk(); }),
+              (library::LibrarySession{model.photos(), model.folders(), model.reviewMarks()}));
     const auto present = std::ranges::count_if(
         model.photos(), [&](const auto& photo) { return system_.contents(photo.url.path()).has_value(); });
     EXPECT_EQ(model.availableCount(), present);

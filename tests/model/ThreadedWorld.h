@@ -1,0 +1,81 @@
+#pragma once
+
+#include "LoopWatch.h"
+#include "ModelWorld.h"
+#include "platform/tasks/Cancellation.h"
+
+#include <QScopeGuard>
+#include <thread>
+
+namespace lumisort::model {
+
+/// The model on real threads, over files in memory. At the end of every test the event loop must have turned
+/// all the time, and the main thread must have left the files alone.
+class ThreadedWorld : public ModelWorld {
+protected:
+    ThreadedWorld() {
+        system_.before = [this, main = std::this_thread::get_id()](std::string_view,
+                                                                   const std::string& path) {
+            if (std::this_thread::get_id() == main && !testActs_) touchedByMainThread_ = path;
+        };
+    }
+
+    void TearDown() override {
+        EXPECT_LT(watch_.longest(), LoopWatch::bearable);
+        EXPECT_EQ(touchedByMainThread_, "");
+    }
+
+    static std::vector<library::Photo> photosIn(const files::FileUrl& folder, std::size_t count) {
+        std::vector<library::Photo> photos;
+        for (std::size_t i = 0; i < count; ++i)
+            photos.push_back({.url = folder.child(std::to_string(i) + ".jpg")});
+        return photos;
+    }
+
+    /// Folders hold so many photos each.
+    ModelSurroundings threaded(std::size_t photosPerFolder) {
+        auto with = surroundings();
+        with.background = {};
+        with.after = [](std::chrono::milliseconds, QObject* context, std::function<void()> function) {
+            QTimer::singleShot(0, context, std::move(function));
+        };
+        with.scan = [photosPerFolder](const files::FileUrl& folder,
+                                      const library::LibraryScanner::Progress& progress,
+                                      const std::stop_token&) {
+            for (std::size_t found = 100; found < 1000; found += 100) progress(found);
+            return library::LibraryScanner::Result{photosIn(folder, photosPerFolder), 1};
+        };
+        with.engines.near = [](const auto& photos, auto, const auto& cache, int, const auto& progress,
+                               const auto& stop) {
+            similarity::SimilarityResult result{.groups = {{photos[0], photos, {}}}, .cache = cache};
+            for (std::size_t i = 1; i <= photos.size(); ++i) {
+                tasks::checkCancelled(stop);
+                result.cache[photos[i - 1].url];
+                progress(i, photos.size());
+            }
+            return result;
+        };
+        return with;
+    }
+
+    /// For what the test itself does to files.
+    template <class Act>
+    auto asTest(Act&& act) {
+        testActs_ = true;
+        const auto end = qScopeGuard([this] { testActs_ = false; });
+        return act();
+    }
+
+    void waitForAll(LibraryModel& model) {
+        for (const auto& task : {model.working(), model.marking(), model.refreshing()}) finish(task);
+    }
+
+    LoopWatch watch_;
+
+private:
+    // The main thread's own.
+    std::string touchedByMainThread_;
+    bool testActs_ = false;
+};
+
+} // namespace lumisort::model
