@@ -1,11 +1,33 @@
 #include "app/desktop/DesktopOptions.h"
 
+#include "app/commandline/Folders.h"
+#include "app/commandline/Text.h"
+#include "platform/files/FileSystem.h"
+
 #include <CLI/CLI.hpp>
+
+#include <memory>
 
 namespace lumisort::app {
 
+namespace {
+
+files::FileUrl folderNamed(const std::string& word) {
+    try {
+        auto folder = fileArgument(word);
+        const auto status = files::FileSystem::real().status(folder.path(), files::Links::follow);
+        if (status.kind == files::FileKind::directory) return folder;
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): it is no folder then
+    }
+    throw CLI::ValidationError("“" + printable(word) + "” is neither a command nor a folder.");
+}
+
+} // namespace
+
 void addDesktopOptions(CLI::App& program, DesktopOptions& options) {
     auto* group = program.add_option_group("Window", "Without a command the window opens");
+    const auto words = std::make_shared<std::vector<std::string>>();
+    const auto* folders = program.add_option("FOLDER", *words, "Folders to add to the library");
     group->add_option("--library", options.library, "The library document, in place of the user's own")
         ->type_name("FILE");
     group->add_option("--theme", options.theme, "Colours of the window")
@@ -17,8 +39,13 @@ void addDesktopOptions(CLI::App& program, DesktopOptions& options) {
         ->add_option("--screenshot", options.screenshots, "Write a picture of every page into a folder, exit")
         ->type_name("DIR");
     group->add_flag("--first-frame", options.firstFrame)->group(""); // not for people
-    program.final_callback([&program, group] {
-        if (program.get_subcommands().empty()) return;
+    program.final_callback([&program, &options, group, folders, words] {
+        if (program.get_subcommands().empty()) {
+            if (options.isTour() && !words->empty()) throw CLI::ExtrasError(*words);
+            for (const auto& word : *words) options.folders.push_back(folderNamed(word));
+            return;
+        }
+        if (folders->count() > 0) throw CLI::ExtrasError(*words); // of the command, for all one can tell
         for (const auto* option : group->get_options())
             if (option->count() > 0)
                 throw CLI::ValidationError(option->get_name(), "is for the window and goes with no command");

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/files/FileUrl.h"
+
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -15,12 +18,14 @@ struct DesktopOptions {
     bool selfTest = false;
     bool firstFrame = false; ///< to print the processor time at the first frame and exit, for benchmarks
     std::string screenshots; ///< folder for a picture of every page; none when empty
+    std::vector<files::FileUrl> folders; ///< to be added to the library
 
     /// Whether the pages are only gone through, on a screen that need not be there.
     bool isTour() const { return selfTest || !screenshots.empty(); }
 };
 
-/// Adds the options to `program`. A command on the same line makes them a usage error.
+/// Adds the options to `program`, and folders without a command. A command on the same line makes them a
+/// usage error, and so is a word that is neither a command nor a folder.
 void addDesktopOptions(CLI::App& program, DesktopOptions& options);
 
 } // namespace lumisort::app

@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include <QDataStream>
 #include <QDir>
 #include <QFile>
 #include <QLocalSocket>
@@ -18,7 +19,10 @@ namespace {
 constexpr std::chrono::milliseconds answerTime{1000};
 constexpr std::chrono::milliseconds retryTime{50};
 constexpr auto raised = "raised\n";
-constexpr qint64 longestToken = 4096; ///< bytes; desktops give less than 200
+/// Of a request, in bytes: three times what a command line may hold, as every byte of a path can become %XX.
+constexpr qint64 longestRequest = 8 << 20;
+/// Both sides may have been built with different versions of Qt.
+constexpr auto streamVersion = QDataStream::Qt_6_0;
 
 /// Named after the lock file and not after its path: to one document may lead several paths, and a socket's
 /// may have no more than 107 bytes.
@@ -29,11 +33,15 @@ QString socketOf(const std::string& lockFile) {
         .filePath(QStringLiteral("lumisort-%1-%2").arg(lock.st_dev, 0, 16).arg(lock.st_ino, 0, 16));
 }
 
-bool askToRaise(const QString& socketPath, const QString& activationToken) {
+bool handOver(const QString& socketPath, const StartRequest& request) {
     QLocalSocket socket;
     socket.connectToServer(socketPath);
     if (!socket.waitForConnected(int{answerTime.count()})) return false;
-    socket.write(activationToken.toUtf8() + '\n');
+    QByteArrayList folders;
+    for (const auto& folder : request.folders) folders += QByteArray::fromStdString(folder.string());
+    QDataStream stream(&socket);
+    stream.setVersion(streamVersion);
+    stream << request.activationToken << folders;
     while (!socket.canReadLine())
         if (!socket.waitForReadyRead(int{answerTime.count()})) return false;
     return socket.readLine() == raised;
@@ -42,7 +50,7 @@ bool askToRaise(const QString& socketPath, const QString& activationToken) {
 } // namespace
 
 std::unique_ptr<SingleInstance> SingleInstance::claim(const files::FileUrl& document,
-                                                      const QString& activationToken,
+                                                      const StartRequest& request,
                                                       std::chrono::milliseconds wait) {
     const auto end = std::chrono::steady_clock::now() + wait;
     const auto lockFile = lockFileOf(document);
@@ -50,7 +58,7 @@ std::unique_ptr<SingleInstance> SingleInstance::claim(const files::FileUrl& docu
         auto lock = files::FileLock::tryLock(lockFile);
         const auto socket = socketOf(lockFile);
         if (lock) return std::unique_ptr<SingleInstance>(new SingleInstance(*std::move(lock), socket));
-        if (askToRaise(socket, activationToken)) return nullptr;
+        if (handOver(socket, request)) return nullptr;
         if (std::chrono::steady_clock::now() >= end) throw std::runtime_error(lockedMessage(document));
         std::this_thread::sleep_for(retryTime);
     }
@@ -69,11 +77,20 @@ void SingleInstance::answer() {
     auto* caller = server_.nextPendingConnection();
     connect(caller, &QLocalSocket::disconnected, caller, &QObject::deleteLater);
     connect(caller, &QLocalSocket::readyRead, this, [this, caller] {
-        if (!caller->canReadLine()) {
-            if (caller->bytesAvailable() > longestToken) caller->abort();
+        QDataStream stream(caller);
+        stream.setVersion(streamVersion);
+        stream.startTransaction();
+        StartRequest request;
+        QByteArrayList folders;
+        stream >> request.activationToken >> folders;
+        if (!stream.commitTransaction()) { // there is more to come
+            if (caller->bytesAvailable() > longestRequest) caller->abort();
             return;
         }
-        Q_EMIT raiseWanted(QString::fromUtf8(caller->readLine(longestToken).trimmed()));
+        for (const auto& folder : folders)
+            if (auto url = files::FileUrl::fromString(folder.toStdString()))
+                request.folders.push_back(*std::move(url));
+        Q_EMIT startedAgain(request);
         caller->write(raised);
         caller->disconnectFromServer();
     });

@@ -8,12 +8,20 @@
 #include <QString>
 #include <chrono>
 #include <memory>
-#include <optional>
+#include <vector>
 
 namespace lumisort::app {
 
-/// The one window of a library document: it holds the document's lock, and hears when a second start asks
-/// it to come forward. Main thread, after the application object was made.
+/// What a start of the program asks of its window.
+struct StartRequest {
+    QString activationToken;             ///< permission to come forward, on desktops that ask for one
+    std::vector<files::FileUrl> folders; ///< to be added to the library
+
+    friend bool operator==(const StartRequest&, const StartRequest&) = default;
+};
+
+/// The one window of a library document: it holds the document's lock, and hears what a second start asks of
+/// it. Main thread, after the application object was made.
 class SingleInstance : public QObject {
     Q_OBJECT
 
@@ -22,15 +30,13 @@ public:
     /// writing its last changes.
     static constexpr std::chrono::milliseconds patience{3000};
 
-    /// None when a window of this document runs already; it has come forward then, with the permission that
-    /// `activationToken` gives on desktops that ask for one. Throws std::runtime_error, naming the document,
-    /// when another program holds it.
-    static std::unique_ptr<SingleInstance> claim(const files::FileUrl& document,
-                                                 const QString& activationToken,
+    /// None when a window of this document runs already; it has got the request then. Throws
+    /// std::runtime_error, naming the document, when another program holds it.
+    static std::unique_ptr<SingleInstance> claim(const files::FileUrl& document, const StartRequest& request,
                                                  std::chrono::milliseconds wait = patience);
 
 Q_SIGNALS:
-    void raiseWanted(const QString& activationToken);
+    void startedAgain(const lumisort::app::StartRequest& request);
 
 private:
     SingleInstance(files::FileLock lock, const QString& socket);

@@ -57,14 +57,19 @@ ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& in
     if (!options.screenshots.empty()) return takeScreenshots(options, interrupted);
 
     const auto document = documentAt(options.library);
-    const auto instance = SingleInstance::claim(document, activationToken);
+    const auto instance = SingleInstance::claim(document, {activationToken, options.folders});
     if (!instance) return ExitStatus::done;
     const auto diagnostics = wantedDiagnostics();
 
     Desktop desktop(document, [] { QCoreApplication::exit(static_cast<int>(ExitStatus::done)); });
-    QObject::connect(instance.get(), &SingleInstance::raiseWanted, &desktop, &Desktop::comeForward);
+    QObject::connect(instance.get(), &SingleInstance::startedAgain, &desktop,
+                     [&desktop](const StartRequest& request) {
+                         desktop.comeForward(request.activationToken);
+                         desktop.model().importFolders(request.folders);
+                     });
     QObject::connect(&desktop.engine(), &QQmlEngine::quit, &desktop.lifecycle(), &Lifecycle::quit);
     desktop.show();
+    desktop.model().importFolders(options.folders);
     if (options.firstFrame) leaveAtFirstFrame(desktop);
     const std::stop_callback onInterrupt(interrupted, [&desktop] {
         QMetaObject::invokeMethod(&desktop.lifecycle(), &Lifecycle::quit, Qt::QueuedConnection);

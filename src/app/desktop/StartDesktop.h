@@ -8,7 +8,8 @@
 namespace lumisort::app {
 
 /// Opens the window and stays until it is closed, or `interrupted` is requested: the library is written
-/// before this returns. Where the document's window is open already, that one comes forward instead. Throws
+/// before this returns. Where the document's window is open already, that one comes forward instead and adds
+/// the folders. Throws
 /// std::runtime_error when the document is in use or the window cannot be loaded.
 ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& interrupted);
 

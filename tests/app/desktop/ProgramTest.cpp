@@ -78,6 +78,21 @@ TEST_F(ProgramTest, RunsOnceWritesDiagnosticsAndEndsCleanlyWhenTold) {
     }
 }
 
+TEST_F(ProgramTest, AddsTheFoldersThatEitherStartNames) {
+    for (const auto* name : {"first", "second"}) std::filesystem::create_directory(folder_.path() / name);
+    const auto program = start({path("first")});
+    const auto holds = [this](const char* name) {
+        QFile document(path("library.json"));
+        return document.open(QIODevice::ReadOnly) &&
+               document.readAll().contains('/' + QByteArray(name) + "/\"");
+    };
+    ASSERT_TRUE(test::QuickStage::until([&] { return holds("first"); }));
+    EXPECT_EQ(statusOf(*start({path("second")})), 0);
+    EXPECT_TRUE(test::QuickStage::until([&] { return holds("first") && holds("second"); }));
+    kill(static_cast<pid_t>(program->processId()), SIGTERM);
+    EXPECT_EQ(statusOf(*program), 0);
+}
+
 TEST_F(ProgramTest, SaysWhyItDoesNotStart) {
     environment_.remove(QStringLiteral("DISPLAY"));
     environment_.remove(QStringLiteral("WAYLAND_DISPLAY"));
@@ -91,6 +106,10 @@ TEST_F(ProgramTest, SaysWhyItDoesNotStart) {
              Case{"nonsense", "", 3, "screen"},
              Case{"offscreen", "--theme pink", 2, "pink"},
              Case{"offscreen", "--self-test scan .", 2, "--self-test"},
+             Case{"offscreen", "--self-test /proc", 2, "/proc"},
+             Case{"offscreen", "scann /proc", 2, "“scann” is neither a command nor a folder"},
+             Case{"offscreen", "/proc /proc/version", 2, "“/proc/version” is neither"},
+             Case{"offscreen", "library status /proc", 2, "not expected: /proc"},
              Case{"offscreen", "--library /proc/none/library.json", 3, "/proc/none"},
              Case{"offscreen", "--screenshot /proc/none", 3, "/proc/none"},
          }) {

@@ -10,6 +10,7 @@
 
 namespace lumisort::app {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 
@@ -17,28 +18,32 @@ namespace {
 
 constexpr std::chrono::milliseconds noPatience{0};
 
-TEST(SingleInstance, ASecondStartBringsTheFirstForwardUnderEveryPathToTheDocument) {
+TEST(SingleInstance, ASecondStartHandsItsRequestToTheFirstUnderEveryPathToTheDocument) {
     const test::TemporaryFolder folder;
     const auto document = folder.url().child("a/library.json");
     const auto first = SingleInstance::claim(document, {}, noPatience);
     ASSERT_NE(first, nullptr);
-    QStringList tokens;
-    QObject::connect(first.get(), &SingleInstance::raiseWanted,
-                     [&](const QString& token) { tokens += token; });
+    std::vector<StartRequest> requests;
+    QObject::connect(first.get(), &SingleInstance::startedAgain,
+                     [&](const StartRequest& request) { requests.push_back(request); });
+    const auto tokenOf = [](const files::FileUrl& path) {
+        return QStringLiteral("token of ") + path.path().c_str();
+    };
+    const std::vector<files::FileUrl> none,
+        some{files::FileUrl::fromPath("/line\nend"), files::FileUrl::fromPath("/caf\xE9/")};
+    const std::vector<files::FileUrl> many(20'000, some.front()); // more than the socket takes at once
 
     std::filesystem::create_directory_symlink(folder.path() / "a", folder.path() / "link");
-    for (const auto& path : {document, folder.url().child("link/library.json")}) {
+    const auto link = folder.url().child("link/library.json");
+    for (const auto& [path, folders] : {std::pair{document, none}, {link, some}, {link, many}}) {
+        const StartRequest request{tokenOf(path), folders};
         bool second = true;
-        const std::unique_ptr<QThread> start(QThread::create([&] {
-            second =
-                SingleInstance::claim(path, QStringLiteral("token of ") + path.path().c_str()) != nullptr;
-        }));
+        const std::unique_ptr<QThread> start(
+            QThread::create([&] { second = SingleInstance::claim(path, request) != nullptr; }));
         start->start();
         ASSERT_TRUE(test::QuickStage::until([&] { return start->isFinished(); }));
         EXPECT_FALSE(second);
-        EXPECT_EQ(tokens.size(), 1);
-        EXPECT_EQ(tokens.value(0), QStringLiteral("token of ") + path.path().c_str());
-        tokens.clear();
+        EXPECT_THAT(std::exchange(requests, {}), ElementsAre(request));
     }
     EXPECT_NE(SingleInstance::claim(folder.url().child("b/library.json"), {}, noPatience), nullptr);
 }
