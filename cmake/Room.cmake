@@ -40,6 +40,13 @@ function(lumisort_qml_room uri)
                       OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml/${path}
                       SOURCES ${sources} QML_FILES ${views} RESOURCES ${icons})
     target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    # What Qt generates of the views is little code below the same many headers: compiled together, in a tenth of
+    # the time.
+    get_target_property(compiled ${target} SOURCES)
+    set(own ${compiled})
+    list(FILTER own EXCLUDE REGEX /qmlcache/.*_qml\\.cpp$)
+    set_source_files_properties(${own} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
     # What Qt generates for the module includes the room's headers by name alone.
     target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
     target_compile_definitions(${target} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
