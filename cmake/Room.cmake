@@ -35,7 +35,10 @@ function(lumisort_qml_room uri)
     file(GLOB icons RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/icons/*.svg)
     set_source_files_properties(${ROOM_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
     qt_add_library(${target} STATIC)
-    set_target_properties(${target} PROPERTIES AUTOMOC ON AUTOMOC_COMPILER_PREDEFINES OFF)
+    # Views stay bytecode: as C++, which Qt 6.4 makes of them otherwise, bindings of colours read memory that
+    # nobody wrote, and some statements are left out.
+    set_target_properties(${target} PROPERTIES AUTOMOC ON AUTOMOC_COMPILER_PREDEFINES OFF
+                                               QT_QMLCACHEGEN_ARGUMENTS --only-bytecode)
     qt_add_qml_module(${target} URI ${uri} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
                       OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml/${path}
                       SOURCES ${sources} QML_FILES ${views} RESOURCES ${icons})
