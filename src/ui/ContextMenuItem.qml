@@ -43,7 +43,7 @@ T.MenuItem {
             text: item.hint
             textFormat: Text.PlainText
             font.pixelSize: Theme.captionSize
-            color: item.enabled ? Theme.secondary : Theme.disabled
+            color: !item.enabled ? Theme.disabled : item.highlighted ? Theme.text : Theme.secondary
         }
     }
     background: Rectangle {

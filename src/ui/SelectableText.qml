@@ -19,7 +19,7 @@ Flickable {
         readOnly: true
         selectByMouse: true
         textFormat: TextEdit.PlainText
-        wrapMode: TextEdit.WrapAnywhere
+        wrapMode: TextEdit.Wrap
         color: Theme.secondary
         selectionColor: Theme.accent
         selectedTextColor: Theme.accentText

@@ -11,13 +11,13 @@ QtObject {
     readonly property color surface: dark ? "#232323" : "#e9e9e9"
     readonly property color raised: dark ? "#2e2e2e" : "#ffffff"
     readonly property color hover: dark ? "#383838" : "#f0f0f0"
-    readonly property color pressed: dark ? "#424242" : "#e2e2e2"
+    readonly property color pressed: dark ? "#3e3e3e" : "#e2e2e2"
     readonly property color tile: dark ? "#262626" : "#e8e8e8"
     readonly property color hairline: dark ? Qt.rgba(1, 1, 1, 0.10) : Qt.rgba(0, 0, 0, 0.10)
     readonly property color edge: dark ? Qt.rgba(1, 1, 1, 0.06) : Qt.rgba(0, 0, 0, 0.14)
     readonly property color text: dark ? "#ececec" : "#1c1c1c"
     readonly property color secondary: dark ? "#a8a8a8" : "#5a5a5a"
-    readonly property color disabled: dark ? "#6e6e6e" : "#9a9a9a"
+    readonly property color disabled: dark ? "#787878" : "#828282"
 
     readonly property color accent: Qt.rgba(0.23, 0.40, 0.34, 1)
     readonly property color accentHover: Qt.rgba(0.27, 0.46, 0.39, 1)
@@ -25,14 +25,16 @@ QtObject {
     readonly property color accentText: "#ffffff"
     /// The accent as a line or as text on a surface.
     readonly property color accentLine: dark ? "#86c9b1" : accent
-    readonly property color accentFill: dark ? Qt.rgba(0.23, 0.40, 0.34, 0.75) : Qt.rgba(0.23, 0.40, 0.34, 0.18)
+    readonly property color accentFill: Qt.rgba(accent.r, accent.g, accent.b, dark ? 0.6 : 0.15)
     readonly property color keep: dark ? "#66c493" : "#1c6b43"
-    readonly property color skip: dark ? "#f0a35a" : "#9a4b00"
+    readonly property color skip: dark ? "#f0a35a" : "#8f4500"
     readonly property color error: dark ? "#ff8a80" : "#b3261e"
 
-    /// Around originals, always dark: a bright surround falsifies a photo.
-    readonly property color photoSurround: "#141414"
-    readonly property color photoText: "#ececec"
+    /// On what lies over a photo, light in both themes as its backdrop is always dark.
+    readonly property color photoText: "#ffffff"
+    readonly property color photoKeep: "#66c493"
+    readonly property color photoSkip: "#f0a35a"
+    readonly property color photoBackdrop: Qt.rgba(0, 0, 0, 0.75)
     readonly property color scrim: Qt.rgba(0, 0, 0, 0.45)
 
     readonly property int xs: 4

@@ -93,7 +93,7 @@ Flickable {
                     height: 22
                     radius: 11
                     visible: pane.shown !== pane.index
-                    color: Qt.rgba(0, 0, 0, 0.75)
+                    color: Theme.photoBackdrop
                     Caption {
                         id: flipped
                         anchors.fill: parent

@@ -17,7 +17,6 @@ Window {
     Item {
         anchors.fill: parent
         focus: true
-        Keys.onShortcutOverride: event => event.accepted = event.modifiers & Qt.ControlModifier
         Keys.onPressed: event => event.accepted = window.state.press(event.key, event.modifiers)
 
         OriginalView {
@@ -28,7 +27,7 @@ Window {
             center: window.state.center
             text: Theme.photoText
             secondary: "#a8a8a8"
-            warning: "#f0a35a"
+            warning: Theme.photoSkip
             onPanned: center => window.state.center = center
             onZoomWanted: (zoom, at) => {
                 const within = Math.max(1, Math.min(window.state.mostZoom, zoom));
@@ -89,7 +88,7 @@ Window {
             width: Math.min(about.implicitWidth + 2 * Theme.m, parent.width - 2 * Theme.l)
             height: 26
             radius: 13
-            color: window.backdrop
+            color: Theme.photoBackdrop
             opacity: window.awake ? 1 : 0
             Caption {
                 id: about
@@ -109,13 +108,13 @@ Window {
             height: 26
             radius: 13
             visible: badge.decided
-            color: Qt.rgba(0, 0, 0, 0.75)
+            color: Theme.photoBackdrop
             DecisionLabel {
                 id: badge
                 anchors.centerIn: parent
                 decision: window.state.decision
-                keep: "#66c493"
-                skip: "#f0a35a"
+                keep: Theme.photoKeep
+                skip: Theme.photoSkip
             }
         }
         HoverHandler {
