@@ -34,7 +34,7 @@ T.Button {
             id: label
             text: row.text
             font.weight: row.current ? Font.DemiBold : Font.Normal
-            color: row.current && !Theme.dark ? Theme.accent : Theme.text
+            color: Theme.text
             Layout.fillWidth: true
             Accessible.ignored: true
         }
@@ -73,7 +73,7 @@ T.Button {
         enabled: row.menuLabel !== ""
         onTapped: point => row.menuWanted({ item: row, x: point.position.x, y: point.position.y })
     }
-    Keys.onReturnPressed: click()
+    Keys.onReturnPressed: clicked()
     Keys.onMenuPressed: if (menuLabel !== "") menuWanted({ item: row, x: Theme.xl, y: row.height })
     Tip {
         text: row.help

@@ -9,6 +9,7 @@ T.Menu {
     margins: Theme.s
     overlap: 1
     delegate: ContextMenuItem {}
+    readonly property FocusReturn focusReturn: FocusReturn { target: menu }
     contentItem: ListView {
         implicitHeight: contentHeight
         implicitWidth: {

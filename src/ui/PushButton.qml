@@ -29,8 +29,8 @@ T.Button {
     rightPadding: Theme.m
     // A click leaves the keyboard where it is: among the photos.
     focusPolicy: Qt.TabFocus
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     Accessible.name: text
     Accessible.description: enabled ? help : reason
 
@@ -91,6 +91,6 @@ T.Button {
     HoverHandler { id: pointer }
     Tip {
         text: button.enabled ? button.help : button.reason
-        shown: pointer.hovered && !button.down
+        shown: (pointer.hovered || button.visualFocus) && !button.down
     }
 }

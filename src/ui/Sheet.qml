@@ -17,6 +17,8 @@ T.Popup {
     padding: Theme.xl
     closePolicy: dismissable ? T.Popup.CloseOnEscape : T.Popup.NoAutoClose
 
+    readonly property FocusReturn focusReturn: FocusReturn { target: sheet }
+
     background: Rectangle {
         radius: Theme.tileRadius
         color: Theme.window

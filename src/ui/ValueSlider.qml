@@ -43,6 +43,6 @@ T.Slider {
     HoverHandler { id: pointer }
     Tip {
         text: slider.help
-        shown: pointer.hovered && !slider.pressed
+        shown: (pointer.hovered || slider.visualFocus) && !slider.pressed
     }
 }
