@@ -24,6 +24,7 @@ Sheet {
         id: chooser
         visible: false // takes no row
         title: "Choose a destination"
+        mayMake: true
         onChosen: folder => sheet.state.choose(folder)
     }
 

@@ -1,0 +1,97 @@
+import QtQuick
+import QtQuick.Layouts
+import Qt.labs.folderlistmodel
+import Lumisort.Ui
+
+/// The folders in a folder. One click picks, two or Enter go into it; Left goes back up.
+ListView {
+    id: rows
+    /// Path of the folder whose folders are listed.
+    property string folder
+    signal picked(string folder)
+    signal entered(string folder)
+
+    function pathAt(index) {
+        return places.pathOf(listed.get(index, "fileUrl"));
+    }
+    function pick(index) {
+        currentIndex = index;
+        picked(pathAt(index));
+    }
+
+    clip: true
+    activeFocusOnTab: count > 0
+    keyNavigationEnabled: false
+    boundsBehavior: Flickable.StopAtBounds
+    currentIndex: -1
+    Accessible.role: Accessible.List
+    Accessible.name: "Folders"
+
+    Keys.onDownPressed: if (currentIndex + 1 < count) pick(currentIndex + 1)
+    Keys.onUpPressed: if (currentIndex > 0) pick(currentIndex - 1)
+    Keys.onReturnPressed: if (currentIndex >= 0) entered(pathAt(currentIndex))
+    Keys.onEnterPressed: if (currentIndex >= 0) entered(pathAt(currentIndex))
+    Keys.onRightPressed: if (currentIndex >= 0) entered(pathAt(currentIndex))
+    Keys.onLeftPressed: entered(places.parentOf(folder))
+
+    FolderPlaces { id: places }
+    model: FolderListModel {
+        id: listed
+        folder: rows.folder ? places.urlOf(rows.folder) : ""
+        showFiles: false
+        showDotAndDotDot: false
+        sortCaseSensitive: false
+    }
+
+    delegate: Item {
+        id: row
+        required property int index
+        required property string fileName
+        width: rows.width
+        height: 28
+        Accessible.role: Accessible.ListItem
+        Accessible.name: fileName
+        Accessible.selectable: true
+        Accessible.selected: rows.currentIndex === index
+        Accessible.onPressAction: rows.pick(index)
+
+        Rectangle {
+            anchors.fill: parent
+            radius: Theme.xs
+            color: rows.currentIndex === row.index ? Theme.accentFill : hover.hovered ? Theme.hover : "transparent"
+        }
+        RowLayout {
+            anchors.fill: parent
+            anchors.leftMargin: Theme.s
+            anchors.rightMargin: Theme.l
+            spacing: Theme.s
+            Icon { name: "folder" }
+            Body {
+                text: row.fileName
+                Layout.fillWidth: true
+                Accessible.ignored: true
+            }
+        }
+        HoverHandler { id: hover }
+        TapHandler {
+            onSingleTapped: {
+                rows.forceActiveFocus(Qt.MouseFocusReason);
+                rows.pick(row.index);
+            }
+            onDoubleTapped: rows.entered(rows.pathAt(row.index))
+        }
+    }
+    Caption {
+        anchors.centerIn: parent
+        visible: rows.count === 0 && listed.status === FolderListModel.Ready
+        text: "No folders in here"
+    }
+    ScrollHandle {
+        parent: rows
+        anchors.right: parent.right
+        height: parent.height
+        size: rows.visibleArea.heightRatio
+        position: rows.visibleArea.yPosition
+        onPositionChanged: if (pressed) rows.contentY = position * rows.contentHeight
+    }
+}

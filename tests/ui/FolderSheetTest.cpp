@@ -1,0 +1,111 @@
+#include "support/TemporaryFolder.h"
+#include "support/quick/QuickStage.h"
+
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QDir>
+#include <QUrl>
+
+namespace lumisort::ui {
+namespace {
+
+class FolderSheetTest : public testing::Test {
+protected:
+    FolderSheetTest() {
+        QDir(root_).mkpath(QStringLiteral("alps/glacier"));
+        QDir(root_).mkdir(QStringLiteral("baltic sea"));
+        QDir(root_).mkdir(QStringLiteral(".hidden"));
+        stage_.show(R"(import QtQuick
+                       import Lumisort.Ui
+                       Window {
+                           width: 900; height: 700
+                           property url start
+                           property bool mayMake: true
+                           property url chosen
+                           PushButton { id: ask; text: "Ask"; focus: true; onClicked: sheet.open() }
+                           FolderSheet {
+                               id: sheet
+                               title: "Add Folder"
+                               mayMake: parent.Window.window.mayMake
+                               currentFolder: parent.Window.window.start
+                               onAccepted: parent.Window.window.chosen = selectedFolder
+                           }
+                       })",
+                    {{QStringLiteral("start"), QUrl::fromLocalFile(root_)}});
+    }
+
+    void open() {
+        stage_.key(Qt::Key_Return); // presses the button
+        ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("alps")); }));
+        ASSERT_TRUE(test::QuickStage::until([&] { return focused() == QLatin1String("Folder"); }));
+    }
+    QString focused() {
+        auto* item = stage_.window().activeFocusItem();
+        auto* face = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
+        return face ? face->text(QAccessible::Name) : QString();
+    }
+    bool hasClosed() {
+        return test::QuickStage::until([&] { return focused() == QLatin1String("Ask"); });
+    }
+    /// Below the first folder; "" before anything was chosen.
+    QString chosen() {
+        const auto path = stage_.window().property("chosen").toUrl().toLocalFile();
+        return path.isEmpty() ? path : QDir(root_).relativeFilePath(path);
+    }
+
+    test::TemporaryFolder folder_;
+    QString root_ = QDir(QString::fromStdString(folder_.url().path())).absolutePath();
+    test::QuickStage stage_;
+};
+
+TEST_F(FolderSheetTest, ChoosesWhatIsTypedAndGivesTheKeyboardBack) {
+    open();
+    EXPECT_FALSE(stage_.has(QStringLiteral(".hidden")));
+    stage_.type(root_ + QStringLiteral("/alps/"));
+    EXPECT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("glacier")); }));
+    stage_.key(Qt::Key_Return);
+    EXPECT_TRUE(hasClosed());
+    EXPECT_EQ(chosen(), QStringLiteral("alps"));
+}
+
+TEST_F(FolderSheetTest, WalksThroughTheFoldersByKeys) {
+    open();
+    stage_.key(Qt::Key_Down); // into the list
+    stage_.key(Qt::Key_Down);
+    stage_.key(Qt::Key_Return); // into alps
+    ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("glacier")); }));
+    stage_.key(Qt::Key_Left); // back up
+    ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("baltic sea")); }));
+    stage_.key(Qt::Key_Down);
+    stage_.key(Qt::Key_Down);
+    stage_.click(QStringLiteral("Choose"));
+    EXPECT_TRUE(hasClosed());
+    EXPECT_EQ(chosen(), QStringLiteral("baltic sea"));
+}
+
+TEST_F(FolderSheetTest, MakesAFolderOnlyWhereItMay) {
+    struct Case {
+        const char* typed;
+        bool mayMake;
+        const char* chosen;
+    };
+    for (const auto& [typed, mayMake, expected] : {
+             Case{"new", false, ""},
+             Case{"new/deeper", true, ""},
+             Case{"new", true, "new"},
+         }) {
+        SCOPED_TRACE(typed);
+        stage_.window().setProperty("mayMake", mayMake);
+        open();
+        stage_.type(root_ + u'/' + QString::fromUtf8(typed));
+        stage_.key(Qt::Key_Return);
+        if (!*expected) stage_.key(Qt::Key_Escape);
+        EXPECT_TRUE(hasClosed());
+        EXPECT_EQ(chosen(), QString::fromUtf8(expected));
+        EXPECT_EQ(QDir(root_).exists(QString::fromUtf8(typed)), *expected != 0);
+    }
+}
+
+} // namespace
+} // namespace lumisort::ui
