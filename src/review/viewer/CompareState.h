@@ -73,6 +73,9 @@ public:
     /// Makes the photo active and marks it: "Import", "Skip", or anything else to clear.
     Q_INVOKABLE void mark(int index, const QString& decision);
     Q_INVOKABLE void markActive(const QString& decision) { mark(active_, decision); }
+    /// Takes the last mark back, or sets it again.
+    Q_INVOKABLE void undo() { history_.undo(); }
+    Q_INVOKABLE void redo() { history_.redo(); }
     /// Opens the file in its default application.
     Q_INVOKABLE void openOriginal(int index) const;
 

@@ -61,6 +61,10 @@ void FullscreenPhotoState::mark(const QString& decision) {
 
 bool FullscreenPhotoState::press(int key, int modifiers) {
     if (modifiers & Qt::ControlModifier) {
+        if (key == Qt::Key_Z) {
+            modifiers & Qt::ShiftModifier ? history_.redo() : history_.undo();
+            return true;
+        }
         const auto word = key == Qt::Key_K   ? decisionWord(library::ReviewDecision::keep)
                           : key == Qt::Key_D ? decisionWord(library::ReviewDecision::cleanup)
                           : key == Qt::Key_U ? decisionWord(std::nullopt)

@@ -39,9 +39,6 @@ public:
     int count() const { return static_cast<int>(photos_.size()); }
     const library::Photo& current() const { return photos_[static_cast<std::size_t>(index_)]; }
     ShownPhoto photo() const { return ShownPhoto::of(current()); }
-    /// URLs of the photos one step away, where there are any, the one in the direction of the last step
-    /// first.
-    QStringList neighbours() const;
     QString decision() const { return decision_; } ///< as decisionWord has it
 
     double zoom() const { return zoom_; }

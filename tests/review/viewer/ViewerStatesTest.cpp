@@ -213,6 +213,12 @@ TEST_F(FullscreenPhotoStateTest, MarksThePhotoOnShow) {
     EXPECT_TRUE(state.press(Qt::Key_D, Qt::ControlModifier));
     settle();
     EXPECT_EQ(state.decision(), QStringLiteral("Skip"));
+    EXPECT_TRUE(state.press(Qt::Key_Z, Qt::ControlModifier));
+    settle();
+    EXPECT_EQ(state.decision(), QStringLiteral("Unmarked"));
+    EXPECT_TRUE(state.press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier));
+    settle();
+    EXPECT_EQ(state.decision(), QStringLiteral("Skip"));
     state.move(1);
     EXPECT_EQ(state.decision(), QStringLiteral("Unmarked"));
     state.press(Qt::Key_K, Qt::ControlModifier);

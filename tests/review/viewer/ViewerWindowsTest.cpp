@@ -131,6 +131,12 @@ TEST_F(CompareSheetTest, IsUsedByKeysAlone) {
     stage_.key(Qt::Key_U, Qt::ControlModifier);
     settle();
     EXPECT_EQ(state_.decisions().at(1), QStringLiteral("Unmarked"));
+    stage_.key(Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(state_.decisions().at(1), QStringLiteral("Skip"));
+    stage_.key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    settle();
+    EXPECT_EQ(state_.decisions().at(1), QStringLiteral("Unmarked"));
     stage_.key(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(state_.active(), 0);
     stage_.key(Qt::Key_Tab);
