@@ -4,7 +4,7 @@ import Lumisort.Review
 import Lumisort.Ui
 
 /// The library's window: sidebar, header, photos, footer.
-Rectangle {
+FocusScope {
     id: view
     required property LibraryWindow window
     readonly property QtObject model: window.model
@@ -12,12 +12,10 @@ Rectangle {
     property bool covered: false
     property real tileSize: 210
 
-    color: Theme.window
-
-    function focusPhotos() {
-        content.forceActiveFocus();
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.window
     }
-
     RowLayout {
         anchors.fill: parent
         spacing: 0
@@ -46,6 +44,7 @@ Rectangle {
             }
             Content {
                 id: content
+                focus: true
                 window: view.window
                 tileSize: view.tileSize
                 Layout.fillWidth: true
@@ -68,7 +67,7 @@ Rectangle {
 
     Shortcuts {
         commands: view.window.commands
-        enabled: !view.covered
+        enabled: !view.covered && !chooser.opened && view.window.folderToRemove === ""
     }
     FolderChooser {
         id: chooser

@@ -32,6 +32,10 @@ GridView {
         id: keys
         cursor: grid.window.cursor
         pageRows: Math.max(1, Math.floor(grid.height / grid.cellHeight))
+        onMenuWanted: {
+            const cell = grid.itemAtIndex(grid.window.cursor.position);
+            if (cell) menu.show(cell, Theme.xl, Theme.xl, cell.url);
+        }
     }
     Connections {
         target: grid.window.cursor

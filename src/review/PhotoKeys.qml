@@ -7,6 +7,8 @@ QtObject {
     required property PhotoCursor cursor
     property int pageRows: 4
     property string typed
+    /// The context menu of the photo at the cursor is asked for.
+    signal menuWanted
     property Timer forget: Timer {
         interval: 1000
         onTriggered: keys.typed = ""
@@ -17,6 +19,7 @@ QtObject {
         const plain = (event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)) === 0;
         event.accepted = true;
         if (event.matches(StandardKey.SelectAll)) return cursor.selectAll();
+        if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && extend) return menuWanted();
         if (!plain) {
             event.accepted = false;
             return;

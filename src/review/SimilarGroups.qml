@@ -35,6 +35,11 @@ ListView {
         id: keys
         cursor: list.window.cursor
         pageRows: Math.max(1, Math.floor(list.height / list.rowHeight))
+        onMenuWanted: {
+            const position = list.window.cursor.position;
+            const line = list.itemAtIndex(list.rows.rowOf(position));
+            if (line) menu.show(line, (position - line.first) * list.cellWidth + Theme.xl, Theme.xl, list.rows.card(position).url);
+        }
     }
     Connections {
         target: list.window.cursor

@@ -52,13 +52,15 @@ protected:
 
 TEST_F(MainViewTest, IsUsedByKeyboardAlone) {
     show({"a.jpg", "b.jpg", "c.jpg", "d.jpg"});
+    stage_.key(Qt::Key_End); // the keyboard is among the photos from the start
+    EXPECT_EQ(window_->cursor()->position(), 3);
     stage_.key(Qt::Key_F, Qt::ControlModifier);
     stage_.type(QStringLiteral("a.j"));
     EXPECT_EQ(model_->visible().size(), 1u);
     stage_.key(Qt::Key_Escape);
     EXPECT_EQ(model_->visible().size(), 4u);
     stage_.key(Qt::Key_Return); // from the search to the photos
-    stage_.key(Qt::Key_Right);
+    stage_.key(Qt::Key_Home);
     stage_.key(Qt::Key_Space);
     stage_.key(Qt::Key_Right, Qt::ShiftModifier);
     EXPECT_THAT(selectedNames(), ElementsAre("a.jpg", "b.jpg"));
@@ -83,6 +85,20 @@ TEST_F(MainViewTest, IsUsedByKeyboardAlone) {
     EXPECT_EQ(window_->selectedCount(), 4);
     const auto* face = QAccessible::queryAccessibleInterface(stage_.item(QStringLiteral("c.jpg")));
     EXPECT_TRUE(face->state().selected);
+}
+
+TEST_F(MainViewTest, OpensThePhotosMenuByKeyAndGoesOnAmongThePhotos) {
+    show({"a.jpg", "b.jpg"});
+    stage_.key(Qt::Key_End);
+    stage_.key(Qt::Key_Menu);
+    EXPECT_TRUE(stage_.has(QStringLiteral("Show in Finder")));
+    for (int down = 0; down < 3; ++down) stage_.key(Qt::Key_Down); // past Film…, which is disabled
+    stage_.key(Qt::Key_Return);
+    settle();
+    EXPECT_EQ(model_->skipCount(), 1);
+    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Show in Finder")); }));
+    stage_.key(Qt::Key_Home);
+    EXPECT_EQ(window_->cursor()->position(), 0);
 }
 
 TEST_F(MainViewTest, IsUsedByMouseAlone) {
