@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Window
 
 /// An icon of the program in one colour.
@@ -9,6 +10,9 @@ Image {
 
     width: size
     height: size
+    // Layouts would take the drawing's size, which is larger on a dense screen.
+    Layout.preferredWidth: size
+    Layout.preferredHeight: size
     sourceSize: Qt.size(size * Screen.devicePixelRatio, size * Screen.devicePixelRatio)
     source: name ? "image://icon/" + name + "/" + color : ""
     Accessible.ignored: true
