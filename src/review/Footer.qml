@@ -43,6 +43,17 @@ Item {
             Accessible.name: "Status: " + text
             Layout.fillWidth: true
         }
+        Repeater {
+            // There once something was marked.
+            model: [footer.window.commands.undo, footer.window.commands.redo]
+            IconButton {
+                required property var modelData
+                visible: footer.window.marks.canUndo || footer.window.marks.canRedo
+                command: modelData
+                flat: true
+                implicitHeight: 24
+            }
+        }
         ProgressLine {
             visible: footer.model.similarityRunning
             label: "Scan progress"

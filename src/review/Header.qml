@@ -38,6 +38,7 @@ Item {
                 text: header.window.title
                 Accessible.role: Accessible.Heading
                 Layout.fillWidth: true
+                Layout.minimumWidth: Math.min(implicitWidth, 180)
             }
             SearchField {
                 id: search
@@ -47,7 +48,9 @@ Item {
                 onTextChanged: if (text === "" && header.model.query !== "") header.model.query = ""
                 onAccepted: header.photosWanted()
                 Keys.onDownPressed: header.photosWanted()
-                Layout.preferredWidth: header.narrow ? 170 : 220
+                Layout.minimumWidth: 110
+                Layout.maximumWidth: header.narrow ? 170 : 220
+                Layout.fillWidth: true
             }
             IconButton { command: header.commands.details }
             PushButton {

@@ -107,6 +107,11 @@ TEST_F(MainViewTest, IsUsedByMouseAlone) {
     EXPECT_THAT(selectedNames(), ElementsAre("b.jpg"));
     stage_.click(QStringLiteral("Skip"));
     settle();
+    stage_.click(QStringLiteral("Undo"));
+    settle();
+    EXPECT_EQ(model_->skipCount(), 0);
+    stage_.click(QStringLiteral("Redo"));
+    settle();
     EXPECT_EQ(model_->skipCount(), 1);
     stage_.click(QStringLiteral("Skip, 1"));
     EXPECT_EQ(model_->section(), "cleanup");
