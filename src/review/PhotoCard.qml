@@ -3,7 +3,8 @@ import QtQuick.Window
 import Lumisort.Review
 import Lumisort.Ui
 
-/// One photo among others: its preview, its name, whether it is selected, what was decided.
+/// One photo among others: its preview, its name, whether it is selected, what was decided. A screen holds
+/// dozens, made anew while one scrolls: what few photos show is made for those alone.
 Item {
     id: card
     required property LibraryWindow window
@@ -38,6 +39,8 @@ Item {
         radius: Theme.tileRadius
         color: Theme.tile
         opacity: card.readable ? 1 : 0.6
+        border.width: card.selected ? 3 : hover.hovered ? 1 : 0
+        border.color: card.selected ? Theme.accentLine : Theme.secondary
 
         Image {
             id: picture
@@ -65,99 +68,80 @@ Item {
             color: Theme.disabled
             opacity: picture.status === Image.Loading ? 0.5 : 1
         }
-        Column {
+        Loader {
             anchors.centerIn: parent
-            visible: !card.readable
-            spacing: Theme.xs
-            Icon {
-                anchors.horizontalCenter: parent.horizontalCenter
-                name: "drive-removable-media"
-                size: 22
-                color: Theme.secondary
+            active: !card.readable
+            sourceComponent: Column {
+                spacing: Theme.xs
+                Icon {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    name: "drive-removable-media"
+                    size: 22
+                    color: Theme.secondary
+                }
+                Caption { text: "Unavailable" }
             }
-            Caption { text: "Unavailable" }
         }
-        Rectangle {
-            anchors.fill: parent
-            radius: Theme.tileRadius
-            color: "transparent"
-            border.width: card.selected ? 3 : hover.hovered ? 1 : 0
-            border.color: card.selected ? Theme.accentLine : Theme.secondary
-        }
-        Rectangle {
+        Loader {
             anchors.fill: parent
             anchors.margins: -3
-            radius: Theme.tileRadius + 3
-            visible: card.current && card.keyboardHere
-            color: "transparent"
-            border.width: 2
-            border.color: Theme.text
-        }
-        Rectangle {
-            x: Theme.s
-            y: Theme.s
-            width: 22
-            height: 22
-            radius: 11
-            visible: card.selected
-            color: Theme.accent
-            border.color: Theme.accentText
-            Icon {
-                anchors.centerIn: parent
-                name: "checkmark"
-                color: Theme.accentText
+            active: card.current && card.keyboardHere
+            sourceComponent: Rectangle {
+                radius: Theme.tileRadius + 3
+                color: "transparent"
+                border.width: 2
+                border.color: Theme.text
             }
         }
-        Rectangle {
+        Loader {
+            x: Theme.s
+            y: Theme.s
+            active: card.selected
+            sourceComponent: Rectangle {
+                width: 22
+                height: 22
+                radius: 11
+                color: Theme.accent
+                border.color: Theme.accentText
+                Icon {
+                    anchors.centerIn: parent
+                    name: "checkmark"
+                    color: Theme.accentText
+                }
+            }
+        }
+        Loader {
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             anchors.margins: Theme.s
-            width: badge.implicitWidth + 2 * Theme.s
-            height: 22
-            radius: 11
-            visible: card.decision !== ""
-            color: Qt.rgba(0, 0, 0, 0.75)
-            Row {
-                id: badge
-                anchors.centerIn: parent
-                spacing: Theme.xs
-                Icon {
-                    anchors.verticalCenter: parent.verticalCenter
-                    size: 14
-                    name: card.decision === "Keep" ? "checkmark" : "flag"
-                    color: card.decision === "Keep" ? "#66c493" : "#f0a35a"
-                }
-                Text {
-                    anchors.verticalCenter: parent.verticalCenter
-                    visible: tile.width > 110
-                    text: card.decision === "Keep" ? "Import" : "Skip"
-                    font.pixelSize: Theme.captionSize
-                    font.weight: Font.DemiBold
-                    color: "#ffffff"
-                }
+            active: card.decision !== ""
+            sourceComponent: DecisionBadge {
+                decision: card.decision
+                brief: tile.width <= 110
             }
         }
     }
 
-    Item {
+    StyledText {
+        anchors.left: parent.left
+        anchors.right: note.left
+        anchors.rightMargin: card.note === "" ? 0 : Theme.s
         anchors.top: tile.bottom
         anchors.topMargin: Theme.xs
-        width: parent.width
         height: 18
-        StyledText {
-            anchors.left: parent.left
-            anchors.right: note.left
-            anchors.rightMargin: note.text === "" ? 0 : Theme.s
-            height: parent.height
-            text: card.name
-            font.pixelSize: Theme.captionSize
-            elide: Text.ElideMiddle
-            Accessible.ignored: true
-        }
-        Caption {
-            id: note
-            anchors.right: parent.right
-            height: parent.height
+        text: card.name
+        font.pixelSize: Theme.captionSize
+        elide: Text.ElideMiddle
+        Accessible.ignored: true
+    }
+    Loader {
+        id: note
+        anchors.right: parent.right
+        anchors.top: tile.bottom
+        anchors.topMargin: Theme.xs
+        height: 18
+        active: card.note !== ""
+        sourceComponent: Caption {
             text: card.note
             Accessible.ignored: true
         }

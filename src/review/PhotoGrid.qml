@@ -2,7 +2,8 @@ import QtQuick
 import Lumisort.Review
 import Lumisort.Ui
 
-/// The photos of a section. Cards are recycled; the columns share the width.
+/// The photos of a section. Cards are recycled; the columns share the width. None are made ahead of the scroll: a row
+/// costs less than a frame, while a jump would pay for rows that nobody sees.
 GridView {
     id: grid
     required property LibraryWindow window
@@ -17,7 +18,7 @@ GridView {
     cellHeight: Math.round((cellWidth - Theme.l) * 0.72) + 22 + Theme.l
     clip: true
     reuseItems: true
-    cacheBuffer: cellHeight
+    cacheBuffer: 0
     boundsBehavior: Flickable.StopAtBounds
     keyNavigationEnabled: false
     pixelAligned: true
