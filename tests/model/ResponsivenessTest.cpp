@@ -11,7 +11,7 @@ namespace {
 /// Every job, and every flush of a file, lasts until the event loop has turned a few times.
 class ResponsivenessTest : public ThreadedWorld {
 protected:
-    static constexpr std::size_t photosPerFolder = 4000;
+    static constexpr std::size_t photosPerFolder = 500;
 
     ModelSurroundings slow() {
         auto with = threaded(photosPerFolder);
