@@ -118,13 +118,13 @@ struct Figures {
 Figures measure(const fs::path& photo, int count) {
     char pattern[] = "/tmp/lumisort-window-XXXXXX";
     const fs::path folder = mkdtemp(pattern);
-    auto session = librarySession(photo, folder, count);
+    const auto document = files::FileUrl::fromPath((folder / "library.json").string());
+    library::SessionStore::save(files::FileSystem::real(), librarySession(photo, folder, count), document);
     Figures figures;
     {
         Slices slices;
         library::ThumbnailStore thumbnails;
-        model::LibraryModel model(files::FileUrl::fromPath((folder / "library.json").string()),
-                                  std::move(session));
+        model::LibraryModel model(document);
         review::LibraryWindow state(model);
         QQmlApplicationEngine engine;
         engine.addImportPath(QStringLiteral("qrc:/qt/qml"));

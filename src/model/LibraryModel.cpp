@@ -28,7 +28,7 @@ LibraryModel::LibraryModel(FileUrl sessionURL, std::optional<library::LibrarySes
         startLoading();
         return;
     }
-    restore(*std::move(initialSession));
+    restore(prepared(*std::move(initialSession)));
     refreshAvailability();
 }
 
@@ -84,6 +84,10 @@ void LibraryModel::say(const QString& status) {
 
 void LibraryModel::installPhotos(std::vector<Photo> photos) {
     state_.setPhotos(std::move(photos));
+    photosReplaced();
+}
+
+void LibraryModel::photosReplaced() {
     ++libraryRevision_;
     visible_.replacePhotos({sectionNamed(section_.toStdString()), selectedFolder_, query_.toStdString()});
     Q_EMIT countsChanged();

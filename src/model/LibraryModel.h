@@ -198,6 +198,7 @@ private:
     void setBusy(bool busy);
     void say(const QString& status);
     void installPhotos(std::vector<library::Photo> photos);
+    void photosReplaced();
     void derivedChanged();
     void updateVisible();
     void setSelected(std::unordered_set<files::FileUrl> selected);
@@ -205,7 +206,13 @@ private:
 
     // Session.
     void startLoading();
-    void restore(library::LibrarySession session);
+    /// What is worth being made ready on a worker: it takes a large library a hundred milliseconds.
+    struct Restored {
+        LibraryState state;
+        SearchNames names;
+    };
+    static Restored prepared(library::LibrarySession session);
+    void restore(Restored restored);
     void saveSession();
     QFuture<void> writeSession();
 

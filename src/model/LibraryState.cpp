@@ -11,6 +11,11 @@ using library::FingerprintStamp;
 using library::Photo;
 using library::ReviewDecision;
 
+LibraryState::LibraryState(library::LibrarySession session)
+    : folders_(std::move(session.folders)), marks_(std::move(session.reviewMarks)) {
+    setPhotos(std::move(session.photos));
+}
+
 void LibraryState::setPhotos(std::vector<Photo> photos) {
     const auto oldRows = std::exchange(rows_, {});
     const auto oldReach = std::exchange(reach_, {});

@@ -23,6 +23,11 @@ class LibraryState {
 public:
     using Photos = std::shared_ptr<const std::vector<library::Photo>>;
 
+    LibraryState() = default;
+    /// What a document held, of which nothing is known to be reachable yet. Any thread; for a large library
+    /// it takes some time.
+    explicit LibraryState(library::LibrarySession session);
+
     const std::vector<library::Photo>& photos() const { return *photos_; }
     /// For a worker: the list as it is now, whatever happens to the library meanwhile.
     Photos sharedPhotos() const { return photos_; }

@@ -24,11 +24,17 @@ bool isMissingFile(const std::exception_ptr& failure) {
 
 } // namespace
 
+LibraryModel::Restored LibraryModel::prepared(LibrarySession session) {
+    Restored restored{LibraryState(std::move(session)), {}};
+    restored.names.update(restored.state.sharedPhotos());
+    return restored;
+}
+
 void LibraryModel::startLoading() {
     setBusy(true);
     loadTask_ = runner_.start(
-        this, [document = document_] { return document->load(); },
-        [this](Outcome<LibrarySession> session) {
+        this, [document = document_] { return prepared(document->load()); },
+        [this](Outcome<Restored> session) {
             if (session) {
                 restore(*std::move(session));
                 say(QStringLiteral("Library restored"));
@@ -43,10 +49,10 @@ void LibraryModel::startLoading() {
         });
 }
 
-void LibraryModel::restore(LibrarySession session) {
-    state_.setMarks(std::move(session.reviewMarks));
-    state_.setFolders(std::move(session.folders));
-    installPhotos(std::move(session.photos));
+void LibraryModel::restore(Restored restored) {
+    state_ = std::move(restored.state);
+    visible_.adopt(std::move(restored.names));
+    photosReplaced();
     Q_EMIT foldersChanged();
 }
 

@@ -37,6 +37,9 @@ public:
     /// can make them, the list is emptied and filled instead.
     void show(const VisibleQuery& query);
 
+    /// Names that a worker folded; of use where they are those of the state's photos.
+    void adopt(SearchNames names) { names_ = std::move(names); }
+
     /// The photos were replaced by others: row numbers mean other photos now, so the list starts anew.
     void replacePhotos(const VisibleQuery& query);
 

@@ -157,6 +157,12 @@ bool isUtf8(std::string_view bytes) {
 }
 
 std::string lowerCase(std::string_view utf8) {
+    if (isAscii(utf8)) {
+        std::string lowered(utf8);
+        for (char& c : lowered)
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        return lowered;
+    }
     std::string lowered;
     lowered.reserve(utf8.size());
     const auto* text = reinterpret_cast<const std::uint8_t*>(utf8.data());
