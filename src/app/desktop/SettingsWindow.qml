@@ -7,11 +7,10 @@ Window {
     readonly property int padding: 30
 
     width: 430
+    // No bounds: a window manager would hold it to those of the moment before its text was laid out.
     height: column.height + 2 * padding
     minimumWidth: width
     maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
     flags: Qt.Dialog
     title: "Settings"
     color: Theme.window

@@ -12,11 +12,10 @@ Window {
     flags: Qt.Dialog
     modality: Qt.WindowModal
     width: 360
+    // No bounds: a window manager would hold it to those of the moment before an error came.
     height: form.implicitHeight + 2 * Theme.xl
     minimumWidth: width
     maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
     color: Theme.window
     visible: state.open
     onClosing: state.cancel()
