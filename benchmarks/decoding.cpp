@@ -1,5 +1,5 @@
-// A 256-pixel thumbnail of a 24-megapixel photo against `vipsthumbnail --size 256` (Debian package
-// libvips-tools), and reading photo properties against `exiftool -fast2` (libimage-exiftool-perl). CPU time,
+// Thumbnails of a 24-megapixel photo, 256 pixels for a fingerprint and 900 for the window, against
+// `vipsthumbnail --size …` (Debian package libvips-tools), and reading photo properties against `exiftool -fast2` (libimage-exiftool-perl). CPU time,
 // the best of several runs; of the other programs without their start, which a tiny image measures.
 //
 //   benchmark-decoding PHOTO FOLDER
@@ -94,9 +94,9 @@ images::ImageReference cameraLike(const char* photo) {
 void compareThumbnails(const char* photo, const fs::path& folder) {
     const auto tiny = runVips([&](VipsImage** out) { return vips_black(out, 8, 8, "bands", 3, nullptr); });
     const auto large = cameraLike(photo);
-    const auto vipsthumbnail = [&](const fs::path& file) {
-        return programCpu(
-            {"vipsthumbnail", file.string(), "--size", "256", "-o", (folder / "out.v").string()});
+    const auto vipsthumbnail = [&](const fs::path& file, int side) {
+        return programCpu({"vipsthumbnail", file.string(), "--size", std::to_string(side), "-o",
+                           (folder / "out.v").string()});
     };
     for (const char* name : {"photo.jpg[Q=93]", "progressive.jpg[Q=93,interlace]", "photo.png[compression=3]",
                              "photo.tif[compression=lzw]"}) {
@@ -109,15 +109,18 @@ void compareThumbnails(const char* photo, const fs::path& folder) {
             continue;
         }
         const auto url = files::FileUrl::fromPath((folder / file).string());
-        const double ours = best([&] { images::decodeThumbnail(url, 256); });
-        std::printf("thumbnail 256 of %-16s %5.1f MB  %6.1f ms CPU", file.c_str(),
-                    static_cast<double>(fs::file_size(folder / file)) / 1e6, ours * 1e3);
-        const auto theirs = vipsthumbnail(folder / file), start = vipsthumbnail(folder / tinyFile);
-        if (theirs && start)
-            std::printf("  vipsthumbnail %6.1f ms without its start of %.1f  ratio %.2f\n",
-                        (*theirs - *start) * 1e3, *start * 1e3, ours / (*theirs - *start));
-        else
-            std::printf("  vipsthumbnail is absent\n");
+        for (const int side : {256, 900}) {
+            const double ours = best([&] { images::decodeThumbnail(url, side); });
+            std::printf("thumbnail %d of %-16s %5.1f MB  %6.1f ms CPU", side, file.c_str(),
+                        static_cast<double>(fs::file_size(folder / file)) / 1e6, ours * 1e3);
+            const auto theirs = vipsthumbnail(folder / file, side),
+                       start = vipsthumbnail(folder / tinyFile, side);
+            if (theirs && start)
+                std::printf("  vipsthumbnail %6.1f ms without its start of %.1f  ratio %.2f\n",
+                            (*theirs - *start) * 1e3, *start * 1e3, ours / (*theirs - *start));
+            else
+                std::printf("  vipsthumbnail is absent\n");
+        }
     }
 }
 
