@@ -2,6 +2,7 @@
 
 #include "model/Utf8.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace lumisort::review {
@@ -14,9 +15,13 @@ using model::Section;
 
 namespace {
 
-std::optional<FileUrl> fileUrl(const QString& url) { return FileUrl::fromString(url.toStdString()); }
+std::optional<FileUrl> fileUrl(const QString& url) {
+    return FileUrl::fromString(url.toStdString());
+}
 
-Section sectionOf(const LibraryModel& model) { return model::sectionNamed(model.section().toStdString()); }
+Section sectionOf(const LibraryModel& model) {
+    return model::sectionNamed(model.section().toStdString());
+}
 
 } // namespace
 
@@ -59,11 +64,16 @@ QString LibraryWindow::title() const {
         const auto& folder = model_.selectedFolder();
         return folder ? model::fromUtf8(folder->name()) : QString();
     }
-    case Section::offline: return QStringLiteral("Unavailable");
-    case Section::keep: return QStringLiteral("Import");
-    case Section::cleanup: return QStringLiteral("Skip");
-    case Section::similar: return QStringLiteral("Similar Photos");
-    case Section::library: break;
+    case Section::offline:
+        return QStringLiteral("Unavailable");
+    case Section::keep:
+        return QStringLiteral("Import");
+    case Section::cleanup:
+        return QStringLiteral("Skip");
+    case Section::similar:
+        return QStringLiteral("Similar Photos");
+    case Section::library:
+        break;
     }
     return QStringLiteral("All Photos");
 }
@@ -79,9 +89,15 @@ QString LibraryWindow::page() const {
 }
 
 QString LibraryWindow::emptyText() const {
+    // Nothing counts as available before the first look at a folder, a moment after the start or an import.
+    if (!std::ranges::all_of(model_.folders(), [this](const FileUrl& folder) {
+            return model_.folderState(folder).has_value();
+        }))
+        return {};
     const bool allAway = model_.availableCount() == 0 && model_.unavailableCount() > 0;
-    return allAway && sectionOf(model_) != Section::offline ? QStringLiteral("Reconnect a drive to view photos.")
-                                                            : QStringLiteral("No matching photos");
+    return allAway && sectionOf(model_) != Section::offline
+               ? QStringLiteral("Reconnect a drive to view photos.")
+               : QStringLiteral("No matching photos");
 }
 
 std::optional<Photo> LibraryWindow::photoOf(const QString& url) const {

@@ -30,7 +30,7 @@ std::string statusLine(const OpenLibrary& library) {
 
 /// Folders stand in the document with a slash at their end, as folder choosers give them.
 files::FileUrl asFolder(const files::FileUrl& url) {
-    return files::FileUrl::fromPath(url.path() + "/");
+    return files::FileUrl::fromPath(url.path() == "/" ? url.path() : url.path() + "/");
 }
 
 ExitStatus add(const LibraryOptions& options, Surroundings& with) {
