@@ -97,8 +97,12 @@ void VisiblePhotos::moveTo(std::vector<PhotoRow> rows) {
     auto gone = runsMissing(rows_, rows);
     auto come = runsMissing(rows, rows_);
     if (gone.size() + come.size() > mostRuns) {
-        gone.assign(!rows_.empty(), {0, static_cast<int>(rows_.size()) - 1});
-        come.assign(!rows.empty(), {0, static_cast<int>(rows.size()) - 1});
+        // Not by removing and inserting all: a grid that is scrolled to where nothing is left lays itself out
+        // for ever.
+        beginResetModel();
+        rows_ = std::move(rows);
+        endResetModel();
+        return;
     }
     // From the back, so that the positions in front stay what they were.
     for (const auto& [first, last] : gone | std::views::reverse) {

@@ -12,6 +12,7 @@ namespace lumisort::review {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -125,6 +126,19 @@ TEST_F(MainViewTest, IsUsedByMouseAlone) {
     EXPECT_THAT(stage_.names(), Contains("Group 1"));
     stage_.click(QStringLiteral("c.jpg"));
     EXPECT_THAT(selectedNames(), ElementsAre("c.jpg"));
+}
+
+TEST_F(MainViewTest, SearchesFromTheMiddleOfALongList) {
+    std::vector<std::string> names;
+    for (int i = 1000; i < 4000; ++i) names.push_back(std::to_string(i) + ".jpg");
+    show(names);
+    for (int page = 0; page < 10; ++page) stage_.key(Qt::Key_PageDown);
+    stage_.window().grabWindow();
+    model_->setQuery(QStringLiteral("7")); // hundreds of runs go, those on show among them
+    stage_.settle();
+    stage_.window().grabWindow();
+    EXPECT_EQ(model_->visible().size(), 813u);
+    EXPECT_THAT(stage_.names(), Contains(HasSubstr("7")));
 }
 
 TEST_F(MainViewTest, RemovesAFolderOnlyWhenItIsConfirmed) {
