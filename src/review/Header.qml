@@ -35,7 +35,7 @@ Item {
         RowLayout {
             spacing: Theme.s
             Title {
-                text: header.window.title
+                text: Theme.line(header.window.title)
                 Accessible.role: Accessible.Heading
                 Layout.fillWidth: true
                 Layout.minimumWidth: Math.min(implicitWidth, 180)

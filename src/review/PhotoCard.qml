@@ -129,7 +129,7 @@ Item {
         anchors.top: tile.bottom
         anchors.topMargin: Theme.xs
         height: 18
-        text: card.name
+        text: Theme.line(card.name)
         font.pixelSize: Theme.captionSize
         elide: Text.ElideMiddle
         Accessible.ignored: true

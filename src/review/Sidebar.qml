@@ -104,8 +104,8 @@ Rectangle {
                 required property string folderState
                 required current
                 width: ListView.view.width
-                text: name
-                help: path
+                text: Theme.line(name)
+                help: Theme.line(path)
                 iconName: "folder"
                 note: folderState
                 menuLabel: "Folder actions for " + name

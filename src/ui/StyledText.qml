@@ -7,6 +7,7 @@ Text {
     elide: Text.ElideRight
     maximumLineCount: wrapMode === Text.NoWrap ? 1 : 100
     textFormat: Text.PlainText
+    horizontalAlignment: Text.AlignLeft // a name in Hebrew or Arabic begins where the others do
     verticalAlignment: Text.AlignVCenter
     Accessible.role: Accessible.StaticText
     Accessible.name: text

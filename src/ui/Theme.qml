@@ -53,4 +53,9 @@ QtObject {
     readonly property int titleSize: 22
 
     readonly property int motion: 120
+
+    /// A name on one line: file names may hold line breaks and other control characters.
+    function line(name: string): string {
+        return name.replace(/[\u0000-\u001f\u007f]/g, "\ufffd");
+    }
 }

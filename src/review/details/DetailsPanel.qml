@@ -38,7 +38,7 @@ Rectangle {
             RowLayout {
                 spacing: Theme.s
                 Headline {
-                    text: panel.details.name
+                    text: Theme.line(panel.details.name)
                     elide: Text.ElideMiddle
                     Layout.fillWidth: true
                 }

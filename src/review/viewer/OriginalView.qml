@@ -49,7 +49,7 @@ Item {
     Column {
         anchors.centerIn: parent
         visible: pane.status === OriginalPane.Failed
-        width: Math.min(parent.width - 2 * Theme.l, 320)
+        width: Math.min(parent.width - 2 * Theme.l, 400)
         spacing: Theme.s
         Icon {
             anchors.horizontalCenter: parent.horizontalCenter
