@@ -12,7 +12,6 @@ namespace lumisort::review {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -138,7 +137,7 @@ TEST_F(MainViewTest, SearchesFromTheMiddleOfALongList) {
     stage_.settle();
     stage_.window().grabWindow();
     EXPECT_EQ(model_->visible().size(), 813u);
-    EXPECT_THAT(stage_.names(), Contains(HasSubstr("7")));
+    EXPECT_FALSE(stage_.names().filter(QStringLiteral("7.jpg")).isEmpty());
 }
 
 TEST_F(MainViewTest, RemovesAFolderOnlyWhenItIsConfirmed) {
