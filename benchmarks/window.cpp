@@ -87,7 +87,7 @@ void waitUntil(Done&& done) {
 }
 
 QQuickItem* findGrid(QQuickItem* item) {
-    if (item->inherits("QQuickGridView")) return item;
+    if (item->inherits("QQuickFlickable") && item->property("cellHeight").isValid()) return item;
     for (auto* child : item->childItems())
         if (auto* found = findGrid(child)) return found;
     return nullptr;

@@ -97,8 +97,6 @@ void VisiblePhotos::moveTo(std::vector<PhotoRow> rows) {
     auto gone = runsMissing(rows_, rows);
     auto come = runsMissing(rows, rows_);
     if (gone.size() + come.size() > mostRuns) {
-        // Not by removing and inserting all: a grid that is scrolled to where nothing is left lays itself out
-        // for ever.
         beginResetModel();
         rows_ = std::move(rows);
         endResetModel();

@@ -34,7 +34,7 @@ public:
 
     /// Brings the list to what `query` asks of the state now. Rows that stay keep their place in every view;
     /// those that go or come do so in runs. Where that would be hundreds of runs, as a keystroke in a search
-    /// can make them, the list is emptied and filled instead.
+    /// can make them, the list starts anew.
     void show(const VisibleQuery& query);
 
     /// Names that a worker folded; of use where they are those of the state's photos.

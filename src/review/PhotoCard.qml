@@ -4,7 +4,7 @@ import Lumisort.Review
 import Lumisort.Ui
 
 /// One photo among others: its preview, its name, whether it is selected, what was decided. A screen holds
-/// dozens, made anew while one scrolls: what few photos show is made for those alone.
+/// dozens, which show other photos while one scrolls: what few photos have is made for those alone.
 Item {
     id: card
     required property LibraryWindow window
@@ -48,7 +48,7 @@ Item {
             anchors.margins: 4
             // Without a preview it is ready and has no size.
             readonly property bool shows: status === Image.Ready && implicitWidth > 0
-            visible: card.readable
+            visible: shows // while it waits it would show the picture of the photo before
             asynchronous: true
             cache: false
             fillMode: Image.PreserveAspectFit

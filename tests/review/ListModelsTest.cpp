@@ -1,5 +1,6 @@
 #include "ReviewWorld.h"
 #include "model/Utf8.h"
+#include "review/PhotoSlots.h"
 
 #include <QtTest/qabstractitemmodeltester.h>
 
@@ -87,6 +88,8 @@ protected:
             break;
         case 8:
             window_->groups()->setColumns(static_cast<int>(below(6)));
+            slots_.setLimit(static_cast<int>(slotsRandom_() % 12));
+            slots_.setFirst(static_cast<int>(slotsRandom_() % 40));
             break;
         case 9:
             if (!photos.empty()) model_->rename(any(photos), "renamed " + std::to_string(random_()));
@@ -99,9 +102,49 @@ protected:
         }
     }
 
+    /// A view that believes what it is told sees what the places hold.
+    void checkSlots() {
+        const auto& rows = model_->visiblePhotos().rows();
+        const int total = static_cast<int>(rows.size()), places = std::min(slots_.limit(), total);
+        ASSERT_EQ(slots_.rowCount(), places);
+        ASSERT_EQ(seen_.size(), places);
+        const int first = std::clamp(slots_.first(), 0, total - places);
+        for (int position = first; position < first + places; ++position) {
+            const auto& photo = model_->photos()[rows[static_cast<std::size_t>(position)]];
+            const int place = slots_.placeOf(position);
+            ASSERT_GE(place, 0);
+            EXPECT_EQ(seen_[place].first, position);
+            EXPECT_EQ(seen_[place].second, model::fromUtf8(photo.url.name()) +
+                                               window_->decision(model::fromUtf8(photo.url.string())));
+        }
+    }
+
+    void look(int from, int to) {
+        const auto text = [&](int place, int role) { return slots_.index(place).data(role).toString(); };
+        for (int place = from; place <= to; ++place)
+            seen_[place] = {slots_.index(place).data(review::PhotoSlots::PositionRole).toInt(),
+                            text(place, model::VisiblePhotos::NameRole) +
+                                text(place, model::VisiblePhotos::DecisionRole)};
+    }
+
+    void followSlots() {
+        QObject::connect(&slots_, &QAbstractItemModel::rowsInserted,
+                         [this](const auto&, int first, int last) {
+                             seen_.insert(first, last - first + 1, {});
+                             look(first, last);
+                         });
+        QObject::connect(&slots_, &QAbstractItemModel::rowsRemoved,
+                         [this](const auto&, int first, int last) { seen_.remove(first, last - first + 1); });
+        QObject::connect(&slots_, &QAbstractItemModel::dataChanged,
+                         [this](const auto& from, const auto& to) { look(from.row(), to.row()); });
+        slots_.setSource(window_->photos());
+    }
+
+    PhotoSlots slots_;
+    QList<std::pair<int, QString>> seen_; ///< position and text of each place
     const std::vector<files::FileUrl> folders_{url("/p/"), url("/q/"), url("/q/inner/")};
     static constexpr const char* sections_[] = {"library", "offline", "keep", "cleanup", "similar"};
-    std::mt19937 random_{5};
+    std::mt19937 random_{5}, slotsRandom_{7};
 };
 
 } // namespace
@@ -112,9 +155,10 @@ TEST_F(ListModelsTest, KeepTheRulesOfListsThroughEverythingThatHappens) {
     open({});
     const Complaints complaints;
     using Tester = QAbstractItemModelTester;
-    for (auto* list :
-         {window_->photos(), window_->folders(), static_cast<QAbstractItemModel*>(window_->groups())})
+    for (QAbstractItemModel* list : std::initializer_list<QAbstractItemModel*>{
+             window_->photos(), window_->folders(), window_->groups(), &slots_})
         new Tester(list, Tester::FailureReportingMode::Warning, list); // goes with the list
+    followSlots();
     std::size_t most = 0;
     for (int count = 0; count < 600 && !HasFailure(); ++count) {
         SCOPED_TRACE(count);
@@ -123,6 +167,8 @@ TEST_F(ListModelsTest, KeepTheRulesOfListsThroughEverythingThatHappens) {
         } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): renaming what is gone is refused
         }
         settle();
+        QCoreApplication::sendPostedEvents();
+        checkSlots();
         EXPECT_EQ(window_->folders()->rowCount(), std::ssize(model_->folders()));
         EXPECT_LT(window_->cursor()->position(), std::max<std::ptrdiff_t>(std::ssize(model_->photos()), 1));
         most = std::max(most, model_->visible().size());

@@ -1,5 +1,4 @@
 #include "ReviewWorld.h"
-
 #include "support/quick/QuickStage.h"
 #include "ui/ThumbnailProvider.h"
 
@@ -127,17 +126,35 @@ TEST_F(MainViewTest, IsUsedByMouseAlone) {
     EXPECT_THAT(selectedNames(), ElementsAre("c.jpg"));
 }
 
-TEST_F(MainViewTest, SearchesFromTheMiddleOfALongList) {
+TEST_F(MainViewTest, KeepsItsPlaceInALongList) {
     std::vector<std::string> names;
     for (int i = 1000; i < 4000; ++i) names.push_back(std::to_string(i) + ".jpg");
     show(names);
+    const auto onShow = [&](const char* name) {
+        const auto* card = stage_.item(QString::fromLatin1(name));
+        return stage_.window().contentItem()->boundingRect().contains(
+            card->mapRectToScene(card->boundingRect()));
+    };
     for (int page = 0; page < 10; ++page) stage_.key(Qt::Key_PageDown);
-    stage_.window().grabWindow();
+    ASSERT_TRUE(onShow("1100.jpg"));
+    window_->mark(QString::fromStdString(urlOf(99)), QStringLiteral("For Cleanup"));
+    settle();
+    EXPECT_TRUE(onShow("1100.jpg"));
+    for (const int width : {1000, 1800, 1250}) { // other numbers of columns
+        SCOPED_TRACE(width);
+        stage_.window().resize(width, 820);
+        stage_.settle();
+        EXPECT_TRUE(onShow("1100.jpg"));
+    }
     model_->setQuery(QStringLiteral("7")); // hundreds of runs go, those on show among them
     stage_.settle();
-    stage_.window().grabWindow();
     EXPECT_EQ(model_->visible().size(), 813u);
     EXPECT_FALSE(stage_.names().filter(QStringLiteral("7.jpg")).isEmpty());
+    stage_.key(Qt::Key_End);
+    EXPECT_TRUE(onShow("3997.jpg"));
+    model_->setQuery(QStringLiteral("1007"));
+    stage_.settle();
+    EXPECT_TRUE(onShow("1007.jpg"));
 }
 
 TEST_F(MainViewTest, RemovesAFolderOnlyWhenItIsConfirmed) {
