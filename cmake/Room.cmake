@@ -97,8 +97,7 @@ function(lumisort_tests)
     set(label "")
     if(TESTS_THREADS)
         add_dependencies(threaded-tests ${target})
-        set(label LABELS threads
-                  ENVIRONMENT TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/thread-sanitizer.supp)
+        set(label LABELS threads)
     endif()
     gtest_discover_tests(${target} TEST_PREFIX "${folder}: " DISCOVERY_TIMEOUT 120
                          PROPERTIES TIMEOUT 600 ${label})

@@ -8,12 +8,11 @@ std::string byteCount(std::int64_t bytes) {
     if (bytes < 1000) return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
     constexpr std::array units{" kB", " MB", " GB", " TB", " PB", " EB"};
     std::size_t unit = 0;
-    // Tenths of the unit, rounded to the nearest; 999.95 kB is 1.0 MB already.
-    std::int64_t tenths = (bytes + 50) / 100;
-    while (tenths >= 10'000) {
-        tenths = (tenths + 500) / 1000;
-        ++unit;
-    }
+    // Rounded to the nearest tenth of the unit, once; 999.95 kB is 1.0 MB already.
+    const auto in = [bytes](std::int64_t tenth) { return bytes / tenth + (bytes % tenth >= tenth / 2); };
+    std::int64_t tenth = 100;
+    for (; in(tenth) >= 10'000; tenth *= 1000) ++unit;
+    const auto tenths = in(tenth);
     return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10) + units.at(unit);
 }
 

@@ -12,6 +12,7 @@ TEST(ByteCount, ChangesTheUnitWhereRoundingReachesIt) {
     EXPECT_EQ(byteCount(1000), "1.0 kB");
     EXPECT_EQ(byteCount(999'949), "999.9 kB");
     EXPECT_EQ(byteCount(999'950), "1.0 MB");
+    EXPECT_EQ(byteCount(1'049'960'000), "1.0 GB"); // not by way of 1,050.0 MB
     EXPECT_EQ(byteCount(std::numeric_limits<std::int64_t>::max()), "9.2 EB");
 }
 
