@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <ctime>
 #include <random>
@@ -46,13 +47,17 @@ TEST(SessionStore, AKilledProcessLeavesAWholeDocumentNoOlderThanItsLastSave) {
     const test::TemporaryFolder folder;
     const auto document = folder.url().child("library.json");
     SessionStore::save(files::FileSystem::real(), stateNumber(0), document);
+    const auto begin = std::chrono::steady_clock::now();
+    SessionStore::save(files::FileSystem::real(), stateNumber(0), document);
+    const auto oneSave = std::chrono::duration_cast<std::chrono::microseconds>(
+        std::chrono::steady_clock::now() - begin); // here and now: sanitizers and slow disks multiply it
     std::mt19937 random(5);
     std::int64_t complete = 0;
     int within = 0; // kills between the beginning and the end of a save
     for (int kill = 0; kill < kills; ++kill) {
         int ends[2];
         ASSERT_EQ(pipe(ends), 0);
-        const std::chrono::microseconds life(500 + random() % 9'000);
+        const auto life = oneSave / 4 + oneSave * (random() % 1000) / 200;
         const pid_t child = fork();
         if (child == 0) saveUntilKilled(complete + 1, document, ends[1], life);
         close(ends[1]);
