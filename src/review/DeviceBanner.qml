@@ -8,7 +8,6 @@ Rectangle {
     id: banner
     required property LibraryWindow window
 
-    visible: window.deviceName !== ""
     implicitHeight: row.implicitHeight + 2 * Theme.s
     color: Theme.accentFill
     Accessible.role: Accessible.AlertMessage

@@ -26,9 +26,9 @@ Item {
         Item {
             implicitWidth: 16
             implicitHeight: 16
-            Spinner {
-                visible: running
-                running: footer.model.busy
+            OnDemand {
+                wanted: footer.model.busy
+                sourceComponent: Spinner { running: footer.model.busy }
             }
             Icon {
                 visible: !footer.model.busy
@@ -45,25 +45,29 @@ Item {
         }
         Repeater {
             // There once something was marked.
-            model: [footer.window.commands.undo, footer.window.commands.redo]
+            model: footer.window.marks.canUndo || footer.window.marks.canRedo
+                   ? [footer.window.commands.undo, footer.window.commands.redo] : []
             IconButton {
                 required property var modelData
-                visible: footer.window.marks.canUndo || footer.window.marks.canRedo
                 command: modelData
                 flat: true
                 implicitHeight: 24
             }
         }
-        ProgressLine {
-            visible: footer.model.similarityRunning
-            label: "Scan progress"
-            value: footer.model.similarityProgress
+        OnDemand {
+            wanted: footer.model.similarityRunning
+            sourceComponent: ProgressLine {
+                label: "Scan progress"
+                value: footer.model.similarityProgress
+            }
             Layout.preferredWidth: 120
         }
-        PushButton {
-            visible: footer.model.similarityRunning || footer.model.importRunning
-            command: footer.window.commands.stop
-            implicitHeight: 24
+        OnDemand {
+            wanted: footer.model.similarityRunning || footer.model.importRunning
+            sourceComponent: PushButton {
+                command: footer.window.commands.stop
+                implicitHeight: 24
+            }
         }
         Icon {
             name: "view-grid"

@@ -79,67 +79,82 @@ Item {
                 help: command.hint
                 prominent: true
             }
-            Segmented {
-                visible: header.similar && !header.narrow
-                label: "Find"
-                model: header.window.methods
-                currentIndex: header.window.method
-                enabled: !header.model.busy
-                reason: "Please wait for the current task to finish."
-                onActivated: index => header.window.method = index
+            OnDemand {
+                wanted: header.similar && !header.narrow
+                sourceComponent: Segmented {
+                    label: "Find"
+                    model: header.window.methods
+                    currentIndex: header.window.method
+                    enabled: !header.model.busy
+                    reason: "Please wait for the current task to finish."
+                    onActivated: index => header.window.method = index
+                }
             }
-            Picker {
-                visible: header.similar && header.narrow
-                label: "Find"
-                model: header.window.methods
-                currentIndex: header.window.method
-                enabled: !header.model.busy
-                reason: "Please wait for the current task to finish."
-                onActivated: index => header.window.method = index
+            OnDemand {
+                wanted: header.similar && header.narrow
+                sourceComponent: Picker {
+                    label: "Find"
+                    model: header.window.methods
+                    currentIndex: header.window.method
+                    enabled: !header.model.busy
+                    reason: "Please wait for the current task to finish."
+                    onActivated: index => header.window.method = index
+                }
                 Layout.preferredWidth: 150
             }
-            Picker {
-                visible: header.similar
-                label: "Matching"
-                model: header.window.levels
-                currentIndex: header.window.level
-                enabled: !header.model.busy
-                reason: "Please wait for the current task to finish."
-                onActivated: index => header.window.level = index
+            OnDemand {
+                wanted: header.similar
+                sourceComponent: Picker {
+                    label: "Matching"
+                    model: header.window.levels
+                    currentIndex: header.window.level
+                    enabled: !header.model.busy
+                    reason: "Please wait for the current task to finish."
+                    onActivated: index => header.window.level = index
+                }
             }
             Item { Layout.fillWidth: true }
-            SelectionBar {
-                window: header.window
-                tight: header.tight
+            OnDemand {
+                wanted: header.window.selectedCount > 0
+                sourceComponent: SelectionBar {
+                    window: header.window
+                    tight: header.tight
+                }
                 // Its place stays, so that nothing moves when a selection begins.
-                opacity: header.window.selectedCount > 0 ? 1 : 0
-                enabled: header.window.selectedCount > 0
+                visible: active
+                opacity: wanted ? 1 : 0
+                enabled: wanted
             }
         }
 
-        RowLayout {
-            visible: header.model.unavailableCount > 0
-            spacing: Theme.s
-            Icon {
-                name: "data-warning"
-                color: Theme.skip
+        OnDemand {
+            wanted: header.model.unavailableCount > 0
+            sourceComponent: RowLayout {
+                spacing: Theme.s
+                Icon {
+                    name: "data-warning"
+                    color: Theme.skip
+                }
+                Caption {
+                    text: header.model.unavailableCount.toLocaleString(Qt.locale("en"), "f", 0)
+                          + " saved records unavailable. Reconnect the drive or check the source folder."
+                    Layout.fillWidth: true
+                }
             }
-            Caption {
-                text: header.model.unavailableCount.toLocaleString(Qt.locale("en"), "f", 0)
-                      + " saved records unavailable. Reconnect the drive or check the source folder."
-                Layout.fillWidth: true
-            }
-        }
-
-        Disclosure {
-            visible: header.similar && header.model.similarityFailures.length > 0
-            title: header.model.similarityFailures.length + " analysis failures"
             Layout.fillWidth: true
-            SelectableText {
-                width: parent.width
-                height: Math.min(implicitHeight, 120)
-                text: header.model.similarityFailures.join("\n")
+        }
+
+        OnDemand {
+            wanted: header.similar && header.model.similarityFailures.length > 0
+            sourceComponent: Disclosure {
+                title: header.model.similarityFailures.length + " analysis failures"
+                SelectableText {
+                    width: parent.width
+                    height: Math.min(implicitHeight, 120)
+                    text: header.model.similarityFailures.join("\n")
+                }
             }
+            Layout.fillWidth: true
         }
     }
 

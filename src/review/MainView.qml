@@ -32,8 +32,9 @@ FocusScope {
         }
         ColumnLayout {
             spacing: 0
-            DeviceBanner {
-                window: view.window
+            OnDemand {
+                wanted: view.window.deviceName !== ""
+                sourceComponent: DeviceBanner { window: view.window }
                 Layout.fillWidth: true
             }
             Header {
@@ -50,8 +51,9 @@ FocusScope {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
             }
-            NoticeBar {
-                window: view.window
+            OnDemand {
+                wanted: view.window.marks.warning !== "" || view.window.notice !== ""
+                sourceComponent: NoticeBar { window: view.window }
                 Layout.fillWidth: true
             }
             Footer {
@@ -63,7 +65,12 @@ FocusScope {
         }
     }
 
-    RemoveFolderSheet { window: view.window }
+    OnDemand {
+        wanted: view.window.folderToRemove !== ""
+        sourceComponent: RemoveFolderSheet {
+            window: view.window
+        }
+    }
 
     Shortcuts {
         commands: view.window.commands

@@ -9,7 +9,6 @@ Rectangle {
     required property LibraryWindow window
     readonly property bool warns: window.marks.warning !== ""
 
-    visible: warns || window.notice !== ""
     implicitHeight: row.implicitHeight + 2 * Theme.s
     color: Theme.raised
     Accessible.role: Accessible.AlertMessage

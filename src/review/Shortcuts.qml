@@ -7,16 +7,13 @@ Item {
     id: shortcuts
     required property WindowCommands commands
 
-    Repeater {
+    Instantiator {
         model: shortcuts.commands.all
-        Item {
-            id: entry
+        Shortcut {
             required property Command modelData
-            Shortcut {
-                sequence: entry.modelData.shortcut
-                enabled: shortcuts.enabled && entry.modelData.enabled && entry.modelData.shortcut !== ""
-                onActivated: entry.modelData.trigger()
-            }
+            sequence: modelData.shortcut
+            enabled: shortcuts.enabled && modelData.enabled && modelData.shortcut !== ""
+            onActivated: modelData.trigger()
         }
     }
 }

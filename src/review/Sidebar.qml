@@ -111,8 +111,9 @@ Rectangle {
                 menuLabel: "Folder actions for " + name
                 onClicked: sidebar.window.showFolder(url)
                 onMenuWanted: place => {
-                    menu.url = row.url;
-                    menu.popup(place.item, place.x, place.y);
+                    folderMenu.url = row.url;
+                    folderMenu.active = true;
+                    folderMenu.item.popup(place.item, place.x, place.y);
                 }
             }
         }
@@ -125,15 +126,18 @@ Rectangle {
         }
     }
 
-    ContextMenu {
-        id: menu
+    Loader {
+        id: folderMenu // not `menu`, which an item of one has itself
         property string url
-        ContextMenuItem {
-            text: "Remove from Library…"
-            iconName: "list-remove"
-            enabled: !sidebar.model.busy
-            reason: "Please wait for the current task to finish."
-            onTriggered: sidebar.window.askToRemove(menu.url)
+        active: false
+        sourceComponent: ContextMenu {
+            ContextMenuItem {
+                text: "Remove from Library…"
+                iconName: "list-remove"
+                enabled: !sidebar.model.busy
+                reason: "Please wait for the current task to finish."
+                onTriggered: sidebar.window.askToRemove(folderMenu.url)
+            }
         }
     }
 }

@@ -18,17 +18,19 @@ Field {
         name: "edit-find"
         color: Theme.secondary
     }
-    IconButton {
+    OnDemand {
         anchors.right: parent.right
         anchors.rightMargin: 3
         anchors.verticalCenter: parent.verticalCenter
         width: 24
         height: 24
-        flat: true
-        visible: field.length > 0
-        iconName: "edit-clear"
-        label: "Clear Search"
-        focusPolicy: Qt.NoFocus
-        onClicked: field.clear()
+        wanted: field.length > 0
+        sourceComponent: IconButton {
+            flat: true
+            iconName: "edit-clear"
+            label: "Clear Search"
+            focusPolicy: Qt.NoFocus
+            onClicked: field.clear()
+        }
     }
 }

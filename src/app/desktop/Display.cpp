@@ -6,6 +6,7 @@
 
 #include <QFileInfo>
 #include <QLocale>
+#include <QQuickWindow>
 #include <clocale>
 #include <cstdio>
 
@@ -52,6 +53,10 @@ std::unique_ptr<QGuiApplication> openDisplay(Screen screen) {
     QGuiApplication::setDesktopFileName(QStringLiteral("lumisort"));
     QGuiApplication::setQuitOnLastWindowClosed(false); // the library is written first
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+
+    // Drawn by the font's own hints, sharp at the sizes of a desktop, and before the first frame without a
+    // distance field for every letter.
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 
     const auto before = qInstallMessageHandler(hearOpening);
     auto application = std::make_unique<QGuiApplication>(count, arguments);
