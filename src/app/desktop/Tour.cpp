@@ -32,8 +32,9 @@ bool isAtWork(const model::LibraryModel& model) {
 
 bool isLoading(const QQuickItem& item) {
     constexpr int loading = 2; // Image.Loading
-    if (!item.isVisible()) return false;
+    // Hidden or not: a picture may be shown only when it is there.
     if (item.inherits("QQuickImageBase") && item.property("status").toInt() == loading) return true;
+    if (!item.isVisible()) return false;
     return std::ranges::any_of(item.childItems(), [](const QQuickItem* child) { return isLoading(*child); });
 }
 
