@@ -1,13 +1,15 @@
 // Thumbnails of a 24-megapixel photo, 256 pixels for a fingerprint and 900 for the window, against
-// `vipsthumbnail --size …` (Debian package libvips-tools), and reading photo properties against `exiftool -fast2` (libimage-exiftool-perl). CPU time,
-// the best of several runs; of the other programs without their start, which a tiny image measures.
+// `vipsthumbnail --size …` (Debian package libvips-tools), and reading photo properties against `exiftool
+// -fast2` (libimage-exiftool-perl). CPU time, the best of several runs; of the other programs without their
+// start, which a tiny image measures.
 //
 //   benchmark-decoding PHOTO FOLDER
 //
 // PHOTO is enlarged to 6000 x 4000 with sensor-like noise, so that its JPEG has a camera file's size.
 
 #include "platform/images/ImageDecoder.h"
-#include "platform/images/Vips.h"
+#include "platform/images/decoding/DecoderSetup.h"
+#include "platform/images/decoding/Vips.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -95,7 +97,7 @@ void compareThumbnails(const char* photo, const fs::path& folder) {
     const auto tiny = runVips([&](VipsImage** out) { return vips_black(out, 8, 8, "bands", 3, nullptr); });
     const auto large = cameraLike(photo);
     const auto vipsthumbnail = [&](const fs::path& file, int side) {
-        return programCpu({"vipsthumbnail", file.string(), "--size", std::to_string(side), "-o",
+        return programCpu({"vipsthumbnail", file.string(), "--size", std::to_string(side) + ">", "-o",
                            (folder / "out.v").string()});
     };
     for (const char* name : {"photo.jpg[Q=93]", "progressive.jpg[Q=93,interlace]", "photo.png[compression=3]",
@@ -156,6 +158,7 @@ int main(int argumentCount, char** arguments) {
     }
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     images::initialiseDecoder();
+    images::decoding::start({});
     const fs::path folder = fs::temp_directory_path() / ("lumisort-benchmark-" + std::to_string(getpid()));
     fs::create_directories(folder);
     try {

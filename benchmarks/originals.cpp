@@ -8,7 +8,8 @@
 
 #include "library/OriginalDecodeQueue.h"
 #include "platform/images/ImageDecoder.h"
-#include "platform/images/Vips.h"
+#include "platform/images/decoding/DecoderSetup.h"
+#include "platform/images/decoding/Vips.h"
 #include "review/viewer/OriginalPane.h"
 
 #include <QGuiApplication>
@@ -84,6 +85,7 @@ int main(int argc, char** argv) {
         qputenv("QT_QUICK_BACKEND", "software");
     }
     images::initialiseDecoder();
+    images::decoding::start({});
     const QGuiApplication application(argc, argv);
     const QTemporaryDir folder;
     const files::FileUrl photos[] = {enlarged(argv[1], false, folder), enlarged(argv[1], true, folder)};

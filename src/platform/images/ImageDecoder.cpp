@@ -1,87 +1,70 @@
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoding.h"
 
-#include "platform/images/Container.h"
-#include "platform/images/DecoderSetup.h"
-#include "platform/images/Heif.h"
-#include "platform/images/Raster.h"
-#include "platform/images/Raw.h"
-#include "platform/tasks/Cancellation.h"
+#include <dlfcn.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <mutex>
 
 namespace lumisort::images {
 namespace {
 
-std::optional<ImageType> identify(const FileBytes& file) {
-    switch (identifyContainer(file)) {
-    case Container::jpeg:
-        return ImageType::jpeg;
-    case Container::png:
-        return ImageType::png;
-    case Container::tiff:
-        return ImageType::tiff;
-    case Container::heif:
-        return ImageType::heif;
-    case Container::raw:
-        return ImageType::raw;
-    case Container::unknown:
-        return isBareRaw(file) ? std::optional(ImageType::raw) : std::nullopt;
-    case Container::foreign:
-        break;
-    }
-    return std::nullopt;
+std::once_flag prepared;
+std::atomic<bool> verbose = false;
+
+/// Installed as bin/lumisort and lib/lumisort/…; where it was built, programs lie deeper.
+std::filesystem::path libraryFile() {
+    const auto program = std::filesystem::read_symlink("/proc/self/exe");
+    for (auto folder = program.parent_path(); folder != folder.root_path(); folder = folder.parent_path())
+        if (auto file = folder / decodingLibrary; std::filesystem::exists(file)) return file;
+    throw ImageError(std::string("The program is not whole: ") + decodingLibrary + " is missing.");
 }
 
-ImageType require(const std::optional<ImageType>& type) {
-    if (!type) throw ImageError("The file is no photo of a kind that can be opened.");
-    return *type;
+const Decoding& load() {
+    initialiseDecoder();
+    void* const library = dlopen(libraryFile().c_str(), RTLD_NOW | RTLD_LOCAL); // until the program ends
+    void* const entry = library ? dlsym(library, decodingEntry) : nullptr;
+    if (!entry) throw ImageError(std::string("The decoding library cannot be loaded: ") + dlerror() + '.');
+    return *reinterpret_cast<DecodingEntry>(entry)({.verbose = verbose});
 }
 
-Bitmap decode(const files::FileUrl& url, int maxSide, Shrinking shrinking, const std::stop_token& stop) {
-    ensureDecoder();
-    tasks::checkCancelled(stop);
-    const FileBytes file(url);
-    try {
-        switch (const ImageType type = require(identify(file))) {
-        case ImageType::heif:
-            return renderPicture(openHeif(file, stop), maxSide, stop);
-        case ImageType::raw:
-            return renderPicture(openRaw(file, maxSide, stop), maxSide, stop);
-        default:
-            return renderPicture(openRaster(file, type, maxSide, shrinking, stop), maxSide, stop);
-        }
-    } catch (const ImageError&) {
-        tasks::checkCancelled(stop); // A stop looks like a read error to the libraries.
-        throw;
-    } catch (const std::bad_alloc&) {
-        throw ImageError("There is not enough memory for the photo.");
-    }
+/// Some sixty libraries stand behind it, whose loading takes longer than opening a window.
+const Decoding& decoding() {
+    static const Decoding& loaded = load();
+    return loaded;
 }
 
 } // namespace
 
+void initialiseDecoder(const DecoderOptions& options) {
+    std::call_once(prepared, [&options] {
+        verbose = options.verbose;
+        // The loaders that libvips keeps in modules of their own (documents, slides, other programs' formats)
+        // are not wanted, and loading them takes as long as everything else: a home without modules leaves
+        // them out. It stays, because when photos are decoded other threads read the environment.
+        setenv("VIPSHOME", "/nonexistent", 1); // NOLINT(concurrency-mt-unsafe): before other threads start
+    });
+}
+
 ImageProperties readProperties(const files::FileUrl& url) {
-    ensureDecoder();
-    const FileBytes file(url);
-    switch (const ImageType type = require(identify(file))) {
-    case ImageType::heif:
-        return readHeifProperties(file);
-    case ImageType::raw:
-        return readRawProperties(file);
-    default:
-        return readRasterProperties(file, type);
-    }
+    return decoding().readProperties(url);
 }
 
 Bitmap decodeThumbnail(const files::FileUrl& url, int maxSide, const std::stop_token& stop) {
-    return decode(url, maxSide, Shrinking::fine, stop);
+    return decoding().decodeThumbnail(url, maxSide, stop);
 }
 
 Bitmap decodeRoughThumbnail(const files::FileUrl& url, int maxSide, const std::stop_token& stop) {
-    return decode(url, maxSide, Shrinking::fast, stop);
+    return decoding().decodeRoughThumbnail(url, maxSide, stop);
 }
 
 std::optional<ImageType> sniffType(const files::FileUrl& url) {
-    ensureDecoder();
-    return identify(FileBytes(url));
+    return decoding().sniffType(url);
+}
+
+std::string encodeJpeg(const Bitmap& bitmap, int quality, int background) {
+    return decoding().encodeJpeg(bitmap, quality, background);
 }
 
 } // namespace lumisort::images

@@ -1,4 +1,5 @@
 #include "Pictures.h"
+#include "platform/images/decoding/DecoderSetup.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -101,6 +102,7 @@ TEST(Content, SensorDataIsNeverReplacedByItsPreview) {
 
 TEST(Content, NoOtherLoaderOfTheLibraryCanBeReached) {
     initialiseDecoder();
+    decoding::start({});
     const TemporaryFolder folder;
     const auto picture = test::asymmetricPicture(20, 10);
     for (const char* name : {"a.webp", "a.gif", "a.ppm", "a.v"}) {

@@ -1,4 +1,4 @@
-#include "platform/images/Orientation.h"
+#include "platform/images/decoding/Orientation.h"
 
 #include "Pictures.h"
 

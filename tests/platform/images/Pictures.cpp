@@ -1,5 +1,7 @@
 #include "Pictures.h"
 
+#include "platform/images/decoding/DecoderSetup.h"
+
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -13,6 +15,7 @@ using images::runVips;
 
 ImageReference asymmetricPicture(int width, int height) {
     images::initialiseDecoder();
+    images::decoding::start({});
     std::vector<std::uint8_t> samples;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
@@ -32,6 +35,7 @@ ImageReference asymmetricPicture(int width, int height) {
 ImageReference flatPicture(int width, int height, const std::vector<double>& samples, VipsBandFormat format,
                            VipsInterpretation interpretation) {
     images::initialiseDecoder();
+    images::decoding::start({});
     const auto black = runVips([&](VipsImage** out) {
         return vips_black(out, width, height, "bands", static_cast<int>(samples.size()), nullptr);
     });

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/images/ImageDecoder.h"
-#include "platform/images/Vips.h"
+#include "platform/images/decoding/Vips.h"
 #include "support/TemporaryFolder.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/images/Vips.h"
+#include "platform/images/decoding/Vips.h"
 
 #include <memory>
 

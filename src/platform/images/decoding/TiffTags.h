@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/images/ByteSource.h"
+#include "platform/images/decoding/ByteSource.h"
 
 #include <optional>
 #include <string>

@@ -1,12 +1,9 @@
-#include "platform/images/JpegEncoder.h"
+#include "platform/images/decoding/Decoding.h"
+#include "platform/images/decoding/Vips.h"
 
-#include "platform/images/DecoderSetup.h"
-#include "platform/images/Vips.h"
-
-namespace lumisort::images {
+namespace lumisort::images::decoding {
 
 std::string encodeJpeg(const Bitmap& bitmap, int quality, int background) {
-    ensureDecoder();
     const auto image = wrapSamples(bitmap.rgba.data(), bitmap.width, bitmap.height, 4);
     const std::unique_ptr<VipsArrayDouble, void (*)(VipsArrayDouble*)> grey(
         vips_array_double_newv(1, static_cast<double>(background)),
@@ -24,4 +21,4 @@ std::string encodeJpeg(const Bitmap& bitmap, int quality, int background) {
     return {static_cast<const char*>(bytes), length};
 }
 
-} // namespace lumisort::images
+} // namespace lumisort::images::decoding

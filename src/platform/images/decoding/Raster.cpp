@@ -1,6 +1,6 @@
-#include "platform/images/Raster.h"
+#include "platform/images/decoding/Raster.h"
 
-#include "platform/images/TiffTags.h"
+#include "platform/images/decoding/TiffTags.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <algorithm>

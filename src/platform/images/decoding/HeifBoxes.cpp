@@ -1,6 +1,6 @@
-#include "platform/images/HeifBoxes.h"
+#include "platform/images/decoding/HeifBoxes.h"
 
-#include "platform/images/Orientation.h"
+#include "platform/images/decoding/Orientation.h"
 
 #include <algorithm>
 #include <array>

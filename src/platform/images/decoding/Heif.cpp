@@ -1,8 +1,8 @@
-#include "platform/images/Heif.h"
+#include "platform/images/decoding/Heif.h"
 
-#include "platform/images/HeifBoxes.h"
-#include "platform/images/Orientation.h"
-#include "platform/images/TiffTags.h"
+#include "platform/images/decoding/HeifBoxes.h"
+#include "platform/images/decoding/Orientation.h"
+#include "platform/images/decoding/TiffTags.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <libheif/heif.h>

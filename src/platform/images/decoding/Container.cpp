@@ -1,6 +1,6 @@
-#include "platform/images/Container.h"
+#include "platform/images/decoding/Container.h"
 
-#include "platform/images/TiffTags.h"
+#include "platform/images/decoding/TiffTags.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/images/ByteSource.h"
-#include "platform/images/Picture.h"
+#include "platform/images/decoding/ByteSource.h"
+#include "platform/images/decoding/Picture.h"
 
 namespace lumisort::images {
 

@@ -1,4 +1,4 @@
-#include "platform/images/ColourProfile.h"
+#include "platform/images/decoding/ColourProfile.h"
 
 #include <lcms2.h>
 

@@ -1,4 +1,4 @@
-#include "platform/images/TiffTags.h"
+#include "platform/images/decoding/TiffTags.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
-#include "platform/images/Raw.h"
+#include "platform/images/decoding/Raw.h"
 
-#include "platform/images/DecoderSetup.h"
+#include "platform/images/decoding/DecoderSetup.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <libraw/libraw.h>
@@ -33,9 +33,9 @@ void keepDate(void* into, int tag, int type, int count, unsigned, void* stream, 
 class RawFile {
 public:
     explicit RawFile(const FileBytes& file)
-        : raw_(std::make_unique<LibRaw>(isVerbose() ? LIBRAW_OPTIONS_NONE
-                                                    : LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
-                                                          LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
+        : raw_(std::make_unique<LibRaw>(decoding::isVerbose() ? LIBRAW_OPTIONS_NONE
+                                                              : LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
+                                                                    LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
         omp_set_num_threads(1); // counts for the calling thread alone
         raw_->set_exifparser_handler(keepDate, &date_);
         check(raw_->open_file(file.path().c_str()));

@@ -1,6 +1,6 @@
-#include "platform/images/ColourProfile.h"
-#include "platform/images/Orientation.h"
-#include "platform/images/Picture.h"
+#include "platform/images/decoding/ColourProfile.h"
+#include "platform/images/decoding/Orientation.h"
+#include "platform/images/decoding/Picture.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <algorithm>

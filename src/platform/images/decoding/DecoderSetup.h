@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/images/ImageDecoder.h"
+
+namespace lumisort::images::decoding {
+
+/// Sets the libraries up, after initialiseDecoder(); later calls do nothing. Any thread; throws ImageError.
+void start(const DecoderOptions& options);
+
+/// Whether the libraries may print.
+bool isVerbose();
+
+} // namespace lumisort::images::decoding
