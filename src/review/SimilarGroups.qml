@@ -47,6 +47,9 @@ ListView {
             const row = list.rows.rowOf(list.window.cursor.position);
             if (row < 0) return;
             list.positionViewAtIndex(row, ListView.Contain);
+            // Where the view jumped, the heights of the rows around were guessed.
+            list.forceLayout();
+            list.positionViewAtIndex(row, ListView.Contain);
         }
     }
 
