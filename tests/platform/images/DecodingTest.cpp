@@ -295,6 +295,24 @@ TEST(Thumbnail, TruncatedFilesFailAndTrailingBytesDoNot) {
     }
 }
 
+TEST(Thumbnail, ALittleDamageIsShownAndMuchIsNot) {
+    const TemporaryFolder folder;
+    const auto picture = test::asymmetricPicture(1600, 1600);
+    const std::string jpeg = test::contents(save(picture.get(), folder, "a.jpg[restart_interval=10]"));
+    const auto damaged = [&](std::size_t places) {
+        std::string bytes = jpeg;
+        std::size_t restart = 0;
+        for (std::size_t place = 0; place < places; ++place) {
+            do restart = bytes.find('\xff', restart + 1);
+            while ((bytes[restart + 1] & 0xf8) != 0xd0);
+            bytes[restart + 1] ^= 4; // A restart that is not the next: what lies between is taken for lost.
+        }
+        return folder.write("damaged.jpg", bytes);
+    };
+    EXPECT_EQ(failure(damaged(3)), "");
+    EXPECT_NE(failure(damaged(300)), "");
+}
+
 TEST(Thumbnail, StopsWhenAsked) {
     const TemporaryFolder folder;
     const auto picture = test::asymmetricPicture(6000, 4000);

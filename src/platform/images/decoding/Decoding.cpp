@@ -2,6 +2,7 @@
 
 #include "platform/images/decoding/Container.h"
 #include "platform/images/decoding/Heif.h"
+#include "platform/images/decoding/Jpeg.h"
 #include "platform/images/decoding/Raster.h"
 #include "platform/images/decoding/Raw.h"
 #include "platform/tasks/Cancellation.h"
@@ -39,12 +40,14 @@ Bitmap decode(const files::FileUrl& url, int maxSide, Shrinking shrinking, const
     const FileBytes file(url);
     try {
         switch (const ImageType type = require(identify(file))) {
+        case ImageType::jpeg:
+            return renderPicture(openJpeg(file, maxSide, shrinking, stop), maxSide, stop);
         case ImageType::heif:
             return renderPicture(openHeif(file, stop), maxSide, stop);
         case ImageType::raw:
             return renderPicture(openRaw(file, maxSide, stop), maxSide, stop);
         default:
-            return renderPicture(openRaster(file, type, maxSide, shrinking, stop), maxSide, stop);
+            return renderPicture(openRaster(file, type, stop), maxSide, stop);
         }
     } catch (const ImageError&) {
         tasks::checkCancelled(stop); // A stop looks like a read error to the libraries.
@@ -59,6 +62,8 @@ Bitmap decode(const files::FileUrl& url, int maxSide, Shrinking shrinking, const
 ImageProperties readProperties(const files::FileUrl& url) {
     const FileBytes file(url);
     switch (const ImageType type = require(identify(file))) {
+    case ImageType::jpeg:
+        return readJpegProperties(file);
     case ImageType::heif:
         return readHeifProperties(file);
     case ImageType::raw:

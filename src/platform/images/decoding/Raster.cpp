@@ -54,53 +54,14 @@ Reference<VipsSource> openSource(const FileBytes& file, std::uint64_t mostBytes,
     return Reference<VipsSource>(VIPS_SOURCE(source));
 }
 
-/// `shrink` is 1, 2, 4 or 8 and works for JPEG alone.
-ImageReference load(const FileBytes& file, ImageType type, int shrink, std::uint64_t mostBytes,
+ImageReference load(const FileBytes& file, ImageType type, std::uint64_t mostBytes,
                     const std::stop_token& stop) {
     const auto source = openSource(file, mostBytes, stop);
     return runVips([&](VipsImage** out) {
-        switch (type) {
-        case ImageType::jpeg:
-            return vips_jpegload_source(source.get(), out, "access", VIPS_ACCESS_SEQUENTIAL, "shrink", shrink,
-                                        "fail_on", VIPS_FAIL_ON_TRUNCATED, nullptr);
-        case ImageType::png:
-            return vips_pngload_source(source.get(), out, "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
-                                       VIPS_FAIL_ON_TRUNCATED, nullptr);
-        default:
-            return vips_tiffload_source(source.get(), out, "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
-                                        VIPS_FAIL_ON_TRUNCATED, nullptr);
-        }
+        const auto loader = type == ImageType::png ? vips_pngload_source : vips_tiffload_source;
+        return loader(source.get(), out, "access", VIPS_ACCESS_SEQUENTIAL, "fail_on", VIPS_FAIL_ON_TRUNCATED,
+                      nullptr);
     });
-}
-
-/// The most that libjpeg may shrink while leaving the resampling filter, whose result is smoother than that
-/// of whole blocks, its part: a factor of two, or when it must be fast any; and so that a pixel is left each
-/// way, without which libvips aborts.
-int blockShrink(double shrink, Shrinking shrinking, std::int64_t shorterSide) {
-    const int filterShare = shrinking == Shrinking::fine ? 2 : 1;
-    for (const int factor : {8, 4, 2})
-        if (shrink >= filterShare * factor && shorterSide >= factor) return factor;
-    return 1;
-}
-
-/// libjpeg walks over the whole picture once for every scan, and an empty scan takes a few bytes: a small
-/// file could keep it busy for hours. Encoders write about ten.
-void checkScans(const FileBytes& file, const std::stop_token& stop) {
-    constexpr int mostScans = 100;
-    std::vector<std::uint8_t> block(1 << 20);
-    bool marker = false;
-    int scans = 0;
-    for (std::uint64_t at = 0; at < file.size();) {
-        tasks::checkCancelled(stop);
-        const std::size_t count = file.read(at, block);
-        if (count == 0) break;
-        for (const auto byte : std::span(block).first(count)) {
-            scans += marker && byte == 0xda ? 1 : 0;
-            marker = byte == 0xff;
-        }
-        at += count;
-    }
-    if (scans > mostScans) throw ImageError("The picture is made of too many scans.");
 }
 
 /// Whether a channel behind the colours is transparency; libvips takes any for that, and has it straight.
@@ -111,7 +72,7 @@ Alpha alphaOf(const FileBytes& file, ImageType type) {
 } // namespace
 
 ImageProperties readRasterProperties(const FileBytes& file, ImageType type) {
-    const auto image = load(file, type, 1, mostHeaderBytes, {});
+    const auto image = load(file, type, mostHeaderBytes, {});
     ImageProperties properties{.type = type, .width = image->Xsize, .height = image->Ysize};
     ExifFields fields;
     const void* block = nullptr;
@@ -126,23 +87,16 @@ ImageProperties readRasterProperties(const FileBytes& file, ImageType type) {
     return properties;
 }
 
-Picture openRaster(const FileBytes& file, ImageType type, int maxSide, Shrinking shrinking,
-                   const std::stop_token& stop) {
+Picture openRaster(const FileBytes& file, ImageType type, const std::stop_token& stop) {
     const ImageProperties properties = readRasterProperties(file, type);
     checkDecodable(properties.width, properties.height);
-    Picture picture{.fullWidth = properties.width,
-                    .fullHeight = properties.height,
-                    .orientation = properties.orientation,
-                    .alpha = alphaOf(file, type)};
-    const int shrink = blockShrink(1 / scaleToFit(properties.width, properties.height, maxSide), shrinking,
-                                   std::min(properties.width, properties.height));
-    picture.image = load(file, type, shrink, std::numeric_limits<std::uint64_t>::max(), stop);
-    int scans = 0;
-    if (vips_image_get_typeof(picture.image.get(), "jpeg-multiscan") != 0 &&
-        vips_image_get_int(picture.image.get(), "jpeg-multiscan", &scans) == 0 && scans != 0)
-        checkScans(file, stop);
-    if (picture.image->Bands > mostChannels) throw ImageError("The picture has too many channels.");
-    return picture;
+    auto image = load(file, type, std::numeric_limits<std::uint64_t>::max(), stop);
+    if (image->Bands > mostChannels) throw ImageError("The picture has too many channels.");
+    return {.image = std::move(image),
+            .fullWidth = properties.width,
+            .fullHeight = properties.height,
+            .orientation = properties.orientation,
+            .alpha = alphaOf(file, type)};
 }
 
 } // namespace lumisort::images

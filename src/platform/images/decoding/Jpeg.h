@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/images/decoding/ByteSource.h"
+#include "platform/images/decoding/Picture.h"
+
+namespace lumisort::images {
+
+/// How a JPEG is brought near its final size.
+enum class Shrinking {
+    fine, ///< mostly by the resampling filter
+    fast, ///< by whole blocks as far as they go
+};
+
+/// JPEG through libjpeg itself, not through libvips's loader: that one hands libjpeg 4 KB at a time, and
+/// libjpeg's fast entropy decoder needs some 3 KB ahead of it. Both throw ImageError.
+ImageProperties readJpegProperties(const FileBytes& file);
+/// Rows are decoded as they are asked for, from the top.
+Picture openJpeg(const FileBytes& file, int maxSide, Shrinking shrinking, const std::stop_token& stop);
+
+} // namespace lumisort::images
