@@ -26,6 +26,11 @@ Sheet {
         title: "Choose a destination"
         mayMake: true
         onChosen: folder => sheet.state.choose(folder)
+        // The next key starts the import.
+        onOpenedChanged: if (!opened && sheet.state.canRun) Qt.callLater(sheet.goToStart)
+    }
+    function goToStart() {
+        start.forceActiveFocus(choose.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
     }
 
     contentItem: ColumnLayout {
@@ -146,6 +151,7 @@ Sheet {
                 onClicked: sheet.state.cancel()
             }
             PushButton {
+                id: start
                 text: "Import Photos"
                 iconName: "document-import"
                 prominent: true

@@ -1,4 +1,5 @@
 #include "SheetWorld.h"
+#include "support/TemporaryFolder.h"
 #include "support/quick/QuickStage.h"
 
 void qml_register_types_Lumisort_OrganizeSheet();
@@ -49,6 +50,23 @@ TEST_F(ArchiveSheetTest, ImportsByKeysAlone) {
     EXPECT_FALSE(has("Details"));
     stage_.key(Qt::Key_Escape);
     EXPECT_TRUE(test::QuickStage::until([this] { return !sheet_->isOpen(); }));
+}
+
+TEST_F(ArchiveSheetTest, GoesOnToTheImportOnceAFolderIsChosen) {
+    const test::TemporaryFolder folder;
+    show({"a.jpg"});
+    stage_.key(Qt::Key_Return);
+    ASSERT_TRUE(test::QuickStage::until(
+        [this] { return has("Folder") && stage_.item(QStringLiteral("Folder"))->hasActiveFocus(); }));
+    stage_.type(QString::fromStdString(folder.path().string()));
+    stage_.key(Qt::Key_Return);
+    EXPECT_TRUE(test::QuickStage::until([this] {
+        const auto* item = stage_.window().activeFocusItem();
+        return item && item->property("text") == QStringLiteral("Import Photos");
+    }));
+    stage_.key(Qt::Key_Return);
+    EXPECT_TRUE(sheet_->busy());
+    settle();
 }
 
 TEST_F(ArchiveSheetTest, IsLockedDuringARunButForCancel) {
