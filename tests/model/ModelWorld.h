@@ -77,7 +77,7 @@ protected:
     }
 
     void finish(const QFuture<void>& task) {
-        const QDeadlineTimer deadline(10'000);
+        const QDeadlineTimer deadline(60'000);
         while (!task.isFinished() && !deadline.hasExpired()) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
             while (!jobs_.empty()) runOneJob();
