@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QtTest/qtestmouse.h>
+
 #include <QAccessible>
 #include <QDir>
 #include <QUrl>
@@ -23,6 +25,11 @@ protected:
                            property url start
                            property bool mayMake: true
                            property url chosen
+                           property int tapsBehind: 0
+                           Item {
+                               anchors.fill: parent
+                               TapHandler { onTapped: ++tapsBehind }
+                           }
                            PushButton { id: ask; text: "Ask"; focus: true; onClicked: sheet.open() }
                            FolderSheet {
                                id: sheet
@@ -82,6 +89,28 @@ TEST_F(FolderSheetTest, WalksThroughTheFoldersByKeys) {
     stage_.click(QStringLiteral("Choose"));
     EXPECT_TRUE(hasClosed());
     EXPECT_EQ(chosen(), QStringLiteral("baltic sea"));
+}
+
+TEST_F(FolderSheetTest, WalksThroughTheFoldersByClicks) {
+    const auto open = [&](const char* name) {
+        const auto* row = stage_.item(QString::fromUtf8(name));
+        QTest::mouseDClick(&stage_.window(), Qt::LeftButton, {}, row->mapToScene({20, 10}).toPoint());
+    };
+    const auto tapsBehind = [&] { return stage_.window().property("tapsBehind").toInt(); };
+    FolderSheetTest::open();
+    for (const auto* name : {"baltic sea", "Folder", "Add Folder"}) {
+        stage_.click(QString::fromUtf8(name));
+        EXPECT_EQ(tapsBehind(), 0) << name;
+    }
+    open("alps");
+    ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("glacier")); }));
+    open("glacier");
+    ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("No folders in here")); }));
+    stage_.click(QStringLiteral("No folders in here"));
+    stage_.click(QStringLiteral("Choose"));
+    EXPECT_TRUE(hasClosed());
+    EXPECT_EQ(chosen(), QStringLiteral("alps/glacier"));
+    EXPECT_EQ(tapsBehind(), 0);
 }
 
 TEST_F(FolderSheetTest, MakesAFolderOnlyWhereItMay) {

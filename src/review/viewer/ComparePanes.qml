@@ -104,6 +104,8 @@ Flickable {
                     }
                 }
                 TapHandler {
+                    // Takes the press for itself: shared, it would reach the handlers of the page behind the sheet, too.
+                    gesturePolicy: TapHandler.ReleaseWithinBounds
                     onTapped: {
                         panes.state.active = pane.index;
                         pane.forceActiveFocus();

@@ -78,7 +78,19 @@ protected:
                            property CompareState compareState
                            property int keysOfTheWindow: 0
                            color: Theme.window
+                           property int reachedBehind: 0
                            Shortcut { sequence: "Ctrl+K"; onActivated: ++keysOfTheWindow }
+                           ListView {
+                               id: behind
+                               anchors.fill: parent
+                               model: 99
+                               delegate: Item {
+                                   width: behind.width
+                                   height: 80
+                                   TapHandler { onTapped: ++reachedBehind }
+                               }
+                               onContentYChanged: ++reachedBehind
+                           }
                            CompareSheet { state: compareState }
                        })",
                     {{QStringLiteral("compareState"), QVariant::fromValue(&state_)}});
@@ -179,6 +191,37 @@ TEST_F(CompareSheetTest, IsUsedByClicksAlone) {
     EXPECT_EQ(state_.zoom(), 1);
     stage_.click(QStringLiteral("Done"));
     EXPECT_FALSE(state_.isOpened());
+}
+
+TEST_F(CompareSheetTest, KeepsThePointerFromWhatIsBehind) {
+    open({0, 1});
+    const auto* pane = panesIn(stage_.window().contentItem()).front();
+    const auto middle = pane->mapToScene({pane->width() / 2, pane->height() / 2}).toPoint();
+    const auto drag = [&](QPoint from) {
+        QTest::mousePress(&stage_.window(), Qt::LeftButton, {}, from);
+        for (int step = 1; step <= 5; ++step) {
+            QTest::qWait(20); // a flick has a speed
+            QTest::mouseMove(&stage_.window(), from - QPoint(0, 30 * step));
+        }
+        QTest::mouseRelease(&stage_.window(), Qt::LeftButton, {}, from - QPoint(0, 150));
+        stage_.settle();
+    };
+    const auto reachedBehind = [&] { return stage_.window().property("reachedBehind").toInt(); };
+
+    for (const auto* name : {"Original photo: hue 130.png", "Skip", "Unmarked", "Compare Originals"}) {
+        stage_.click(QString::fromUtf8(name));
+        EXPECT_EQ(reachedBehind(), 0) << name;
+    }
+    drag(middle);
+    state_.setZoom(8);
+    drag(middle);
+    EXPECT_LT(state_.center().y(), 1);
+    EXPECT_GT(state_.center().y(), 0.5);
+    QWheelEvent turned(middle, stage_.window().mapToGlobal(middle), {}, {0, -240}, Qt::NoButton, {},
+                       Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&stage_.window(), &turned);
+    drag({20, 600}); // beside the sheet
+    EXPECT_EQ(reachedBehind(), 0);
 }
 
 class FullscreenWindowTest : public ViewerWindows {
