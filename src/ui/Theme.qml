@@ -54,8 +54,13 @@ QtObject {
 
     readonly property int motion: 120
 
-    /// A name on one line: file names may hold line breaks and other control characters.
+    /// A name on one line: file names may hold line breaks and other control characters, and ones that would
+    /// turn the letters around.
     function line(name: string): string {
-        return name.replace(/[\u0000-\u001f\u007f]/g, "\ufffd");
+        return name.replace(/[\u0000-\u001f\u007f-\u009f\u2028-\u202e\u2066-\u2069]/g, "\ufffd");
+    }
+    /// A name before more text, which a name in Hebrew or Arabic would otherwise put to its left.
+    function leading(name: string): string {
+        return /[\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufefc]/.test(name) ? "\u2068" + name + "\u2069" : name;
     }
 }

@@ -1,9 +1,8 @@
 #include "support/TemporaryFolder.h"
 #include "support/quick/QuickStage.h"
 
-#include <gmock/gmock.h>
-
 #include <QtTest/qtestmouse.h>
+#include <gmock/gmock.h>
 
 #include <QAccessible>
 #include <QDir>

@@ -96,7 +96,7 @@ Window {
                 anchors.leftMargin: Theme.m
                 anchors.rightMargin: Theme.m
                 color: Theme.photoText
-                text: window.state.photo.name + " · " + (window.state.index + 1) + " of " + window.state.count
+                text: Theme.leading(window.state.photo.name) + " · " + (window.state.index + 1) + " of " + window.state.count
             }
             Behavior on opacity { NumberAnimation { duration: Theme.motion } }
         }

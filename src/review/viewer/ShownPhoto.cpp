@@ -8,10 +8,17 @@
 namespace lumisort::review {
 namespace {
 
+/// Breaks the line, or turns the letters around.
+bool isControl(QChar character) {
+    return character.category() == QChar::Other_Control ||
+           (character >= u'\u2028' && character <= u'\u202e') ||
+           (character >= u'\u2066' && character <= u'\u2069');
+}
+
 QString lineOf(std::string_view name) {
     auto text = model::fromUtf8(name);
     for (auto& character : text)
-        if (character.category() == QChar::Other_Control) character = QChar::ReplacementCharacter;
+        if (isControl(character)) character = QChar::ReplacementCharacter;
     return text;
 }
 
