@@ -21,3 +21,8 @@ if(LUMISORT_COVERAGE)
     add_compile_options(--coverage)
     add_link_options(--coverage)
 endif()
+
+# Optimised across files, the growth of Qt's hash looks to g++ 12 as if it could ask for all memory there is.
+if(CMAKE_INTERPROCEDURAL_OPTIMIZATION)
+    add_link_options(-Wno-alloc-size-larger-than)
+endif()
