@@ -41,13 +41,13 @@ Bitmap decode(const files::FileUrl& url, int maxSide, Shrinking shrinking, const
     try {
         switch (const ImageType type = require(identify(file))) {
         case ImageType::jpeg:
-            return renderPicture(openJpeg(file, maxSide, shrinking, stop), maxSide, stop);
+            return renderPicture(openJpeg(file, maxSide, shrinking, stop), maxSide, shrinking, stop);
         case ImageType::heif:
-            return renderPicture(openHeif(file, stop), maxSide, stop);
+            return renderPicture(openHeif(file, stop), maxSide, shrinking, stop);
         case ImageType::raw:
-            return renderPicture(openRaw(file, maxSide, stop), maxSide, stop);
+            return renderPicture(openRaw(file, maxSide, stop), maxSide, shrinking, stop);
         default:
-            return renderPicture(openRaster(file, type, stop), maxSide, stop);
+            return renderPicture(openRaster(file, type, stop), maxSide, shrinking, stop);
         }
     } catch (const ImageError&) {
         tasks::checkCancelled(stop); // A stop looks like a read error to the libraries.

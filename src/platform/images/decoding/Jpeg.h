@@ -5,12 +5,6 @@
 
 namespace lumisort::images {
 
-/// How a JPEG is brought near its final size.
-enum class Shrinking {
-    fine, ///< mostly by the resampling filter
-    fast, ///< by whole blocks as far as they go
-};
-
 /// JPEG through libjpeg itself, not through libvips's loader: that one hands libjpeg 4 KB at a time, and
 /// libjpeg's fast entropy decoder needs some 3 KB ahead of it. Both throw ImageError.
 ImageProperties readJpegProperties(const FileBytes& file);

@@ -13,6 +13,12 @@ enum class Alpha {
     premultiplied, ///< the colours are already multiplied by it
 };
 
+/// How a photo is brought to its final size.
+enum class Shrinking {
+    fine, ///< mostly by Lanczos's filter, three lobes to a side
+    fast, ///< a JPEG by whole blocks as far as they go, then by a cubic of two
+};
+
 /// A photo opened for decoding, before it is turned upright and brought to its final size and colours.
 struct Picture {
     std::shared_ptr<void> storage; ///< what `image` reads its samples from, where that is ours to keep
@@ -31,6 +37,6 @@ double scaleToFit(std::int64_t width, std::int64_t height, int maxSide);
 
 /// The photo upright, in 8-bit sRGB with straight alpha, longest side at most `maxSide`. Throws ImageError,
 /// and tasks::Cancelled when asked to stop.
-Bitmap renderPicture(Picture picture, int maxSide, const std::stop_token& stop);
+Bitmap renderPicture(Picture picture, int maxSide, Shrinking shrinking, const std::stop_token& stop);
 
 } // namespace lumisort::images
