@@ -8,6 +8,9 @@ T.Menu {
     padding: Theme.xs
     margins: Theme.s
     overlap: 1
+    // The click that puts it away does nothing else.
+    modal: true
+    T.Overlay.modal: Item {}
     delegate: ContextMenuItem {}
     readonly property FocusReturn focusReturn: FocusReturn { target: menu }
     contentItem: ListView {

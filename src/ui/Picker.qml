@@ -61,6 +61,8 @@ T.ComboBox {
         width: picker.width
         height: contentItem.implicitHeight + 2 * padding
         padding: Theme.xs
+        modal: true // the click that puts it away does nothing else
+        T.Overlay.modal: Item {}
         contentItem: ListView {
             implicitHeight: contentHeight
             clip: true

@@ -2,6 +2,8 @@
 #include "support/quick/QuickStage.h"
 #include "ui/ThumbnailProvider.h"
 
+#include <QtTest/qtestmouse.h>
+
 #include <QAccessible>
 
 void qml_register_types_Lumisort_Marks();
@@ -98,6 +100,22 @@ TEST_F(MainViewTest, OpensThePhotosMenuByKeyAndGoesOnAmongThePhotos) {
     ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Show in Finder")); }));
     stage_.key(Qt::Key_Home);
     EXPECT_EQ(window_->cursor()->position(), 0);
+}
+
+TEST_F(MainViewTest, AClickBesideThePhotosMenuOnlyPutsItAway) {
+    show({"a.jpg", "b.jpg"});
+    const auto click = [&](Qt::MouseButton button, const char* name) {
+        const auto* card = stage_.item(QString::fromLatin1(name));
+        QTest::mouseClick(&stage_.window(), button, {}, card->mapToScene({50, 20}).toPoint());
+        stage_.settle();
+    };
+    click(Qt::RightButton, "a.jpg");
+    ASSERT_TRUE(stage_.has(QStringLiteral("Show in Finder")));
+    click(Qt::LeftButton, "b.jpg");
+    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Show in Finder")); }));
+    EXPECT_THAT(selectedNames(), IsEmpty());
+    click(Qt::LeftButton, "b.jpg");
+    EXPECT_THAT(selectedNames(), ElementsAre("b.jpg"));
 }
 
 TEST_F(MainViewTest, IsUsedByMouseAlone) {
