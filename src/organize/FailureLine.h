@@ -4,6 +4,7 @@
 #include "platform/files/FileUrl.h"
 
 #include <string>
+#include <string_view>
 
 namespace lumisort::organize {
 
@@ -13,5 +14,6 @@ std::string failureLine(const files::FileUrl& source, const files::FileError& er
 
 /// The line of a photo that was not reached before the run was cancelled.
 std::string cancelledLine(const files::FileUrl& source);
+bool isCancelledLine(std::string_view line);
 
 } // namespace lumisort::organize

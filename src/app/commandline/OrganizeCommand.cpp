@@ -5,10 +5,13 @@
 #include "library/ImportSelection.h"
 #include "library/SessionStore.h"
 #include "organize/ArchiveEngine.h"
+#include "organize/FailureLine.h"
 #include "platform/tasks/Cancellation.h"
 #include "platform/text/ByteCount.h"
 
 #include <CLI/CLI.hpp>
+
+#include <algorithm>
 
 namespace lumisort::app {
 
@@ -39,8 +42,20 @@ FoundPhotos chosenPhotos(const OrganizeOptions& options, Surroundings& with) {
     return found;
 }
 
+/// A line for each failure, but for the photos that an interrupt left: the count of those is told elsewhere.
 void printFailures(const std::vector<std::string>& failures, std::ostream& notes) {
-    for (const auto& line : failures) notes << printable(line) << '\n';
+    for (const auto& line : failures)
+        if (!organize::isCancelledLine(line)) notes << printable(line) << '\n';
+}
+
+/// What became of the photos that are not copied, after what did of the others.
+void printRest(std::int64_t duplicates, const std::vector<std::string>& failures, std::ostream& out) {
+    const auto notReached = std::ranges::count_if(failures, organize::isCancelledLine);
+    const auto failed = std::ssize(failures) - notReached;
+    if (duplicates) out << " · " << counted(duplicates, "duplicate") << " left out";
+    if (failed) out << " · " << counted(failed, "photo") << " failed";
+    if (notReached) out << " · " << counted(notReached, "photo") << " not reached";
+    out << '\n';
 }
 
 void printPlan(const organize::ArchivePlan& plan, std::ostream& out) {
@@ -50,16 +65,12 @@ void printPlan(const organize::ArchivePlan& plan, std::ostream& out) {
         bytes += item.bytes;
     }
     out << counted(std::ssize(plan.items), "photo") << " to copy · " << text::byteCount(bytes);
-    if (plan.duplicates) out << " · " << counted(plan.duplicates, "duplicate") << " left out";
-    if (!plan.failures.empty()) out << " · " << plan.failures.size() << " failed";
-    out << '\n';
+    printRest(plan.duplicates, plan.failures, out);
 }
 
 void printReport(const organize::ArchiveReport& report, std::ostream& out) {
     out << counted(std::ssize(report.copied), "photo") << " copied and verified";
-    if (report.duplicates) out << " · " << counted(report.duplicates, "duplicate") << " left out";
-    if (!report.failures.empty()) out << " · " << report.failures.size() << " failed";
-    out << '\n';
+    printRest(report.duplicates, report.failures, out);
     if (report.logURL) out << "Report: " << printable(report.logURL->path()) << '\n';
 }
 
