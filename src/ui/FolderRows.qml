@@ -73,9 +73,7 @@ ListView {
             }
         }
         HoverHandler { id: hover }
-        TapHandler {
-            // Takes the press for itself: shared, it would reach the handlers of the page behind the sheet, too.
-            gesturePolicy: TapHandler.ReleaseWithinBounds
+        ExclusiveTap {
             onSingleTapped: {
                 rows.forceActiveFocus(Qt.MouseFocusReason);
                 rows.pick(row.index);

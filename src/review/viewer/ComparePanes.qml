@@ -103,9 +103,7 @@ Flickable {
                         color: Theme.photoText
                     }
                 }
-                TapHandler {
-                    // Takes the press for itself: shared, it would reach the handlers of the page behind the sheet, too.
-                    gesturePolicy: TapHandler.ReleaseWithinBounds
+                ExclusiveTap {
                     onTapped: {
                         panes.state.active = pane.index;
                         pane.forceActiveFocus();
