@@ -25,7 +25,7 @@ Rectangle {
             font.weight: Font.DemiBold
         }
         Body {
-            text: banner.window.deviceName
+            text: Theme.line(banner.window.deviceName)
             Layout.fillWidth: true
         }
         PushButton {

@@ -37,7 +37,7 @@ Item {
             }
         }
         StyledText {
-            text: footer.model.status
+            text: Theme.line(footer.model.status)
             font.pixelSize: 12
             color: Theme.secondary
             Accessible.name: "Status: " + text

@@ -31,7 +31,7 @@ Rectangle {
         }
         Body {
             id: label
-            text: bar.warns ? bar.window.marks.warning : bar.window.notice
+            text: Theme.line(bar.warns ? bar.window.marks.warning : bar.window.notice)
             Layout.fillWidth: true
         }
         PushButton {

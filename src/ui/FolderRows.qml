@@ -67,7 +67,7 @@ ListView {
             spacing: Theme.s
             Icon { name: "folder" }
             Body {
-                text: row.fileName
+                text: Theme.line(row.fileName)
                 Layout.fillWidth: true
                 Accessible.ignored: true
             }

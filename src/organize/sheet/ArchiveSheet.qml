@@ -58,7 +58,7 @@ Sheet {
             }
             Body {
                 id: destination
-                text: sheet.state.destination || "Choose a destination"
+                text: Theme.line(sheet.state.destination) || "Choose a destination"
                 color: sheet.state.destination ? Theme.text : Theme.secondary
                 elide: Text.ElideMiddle
                 Layout.fillWidth: true

@@ -31,7 +31,7 @@ Item {
                     width: parent.width
                     spacing: Theme.s
                     Body {
-                        text: caption.modelData.name
+                        text: Theme.line(caption.modelData.name)
                         elide: Text.ElideMiddle
                         font.weight: captions.state.active === caption.index ? Font.DemiBold : Font.Normal
                         Layout.fillWidth: true

@@ -57,7 +57,7 @@ Flickable {
                 OriginalView {
                     anchors.fill: parent
                     url: pane.photo.url
-                    name: pane.photo.name
+                    name: Theme.line(pane.photo.name)
                     zoom: panes.state.zoom
                     center: panes.state.center
                     actualPixels: panes.state.actualPixels
@@ -99,7 +99,7 @@ Flickable {
                         anchors.fill: parent
                         anchors.leftMargin: Theme.s
                         anchors.rightMargin: Theme.s
-                        text: pane.photo.name
+                        text: Theme.line(pane.photo.name)
                         color: Theme.photoText
                     }
                 }

@@ -22,7 +22,7 @@ Window {
         OriginalView {
             anchors.fill: parent
             url: window.state.photo.url
-            name: window.state.photo.name
+            name: Theme.line(window.state.photo.name)
             zoom: window.state.zoom
             center: window.state.center
             text: Theme.photoText
@@ -96,7 +96,8 @@ Window {
                 anchors.leftMargin: Theme.m
                 anchors.rightMargin: Theme.m
                 color: Theme.photoText
-                text: Theme.leading(window.state.photo.name) + " · " + (window.state.index + 1) + " of " + window.state.count
+                text: Theme.leading(Theme.line(window.state.photo.name)) + " · " + (window.state.index + 1) + " of "
+                      + window.state.count
             }
             Behavior on opacity { NumberAnimation { duration: Theme.motion } }
         }

@@ -6,23 +6,6 @@
 #include <QStringList>
 
 namespace lumisort::review {
-namespace {
-
-/// Breaks the line, or turns the letters around.
-bool isControl(QChar character) {
-    return character.category() == QChar::Other_Control ||
-           (character >= u'\u2028' && character <= u'\u202e') ||
-           (character >= u'\u2066' && character <= u'\u2069');
-}
-
-QString lineOf(std::string_view name) {
-    auto text = model::fromUtf8(name);
-    for (auto& character : text)
-        if (isControl(character)) character = QChar::ReplacementCharacter;
-    return text;
-}
-
-} // namespace
 
 ShownPhoto ShownPhoto::of(const library::Photo& photo) {
     QStringList details;
@@ -30,7 +13,7 @@ ShownPhoto ShownPhoto::of(const library::Photo& photo) {
         details << QStringLiteral("%1 × %2").arg(photo.width).arg(photo.height);
     details << QLocale::c().formattedDataSize(photo.bytes, 1, QLocale::DataSizeSIFormat);
     return {.url = model::fromUtf8(photo.url.string()),
-            .name = lineOf(photo.url.name()),
+            .name = model::fromUtf8(photo.url.name()),
             .details = details.join(QStringLiteral(" · "))};
 }
 

