@@ -102,7 +102,7 @@ TEST_F(MainViewTest, OpensThePhotosMenuByKeyAndGoesOnAmongThePhotos) {
     EXPECT_EQ(window_->cursor()->position(), 0);
 }
 
-TEST_F(MainViewTest, AClickBesideThePhotosMenuOnlyPutsItAway) {
+TEST_F(MainViewTest, AClickBesideAMenuOnlyPutsItAway) {
     show({"a.jpg", "b.jpg"});
     const auto click = [&](Qt::MouseButton button, const char* name) {
         const auto* card = stage_.item(QString::fromLatin1(name));
@@ -116,6 +116,14 @@ TEST_F(MainViewTest, AClickBesideThePhotosMenuOnlyPutsItAway) {
     EXPECT_THAT(selectedNames(), IsEmpty());
     click(Qt::LeftButton, "b.jpg");
     EXPECT_THAT(selectedNames(), ElementsAre("b.jpg"));
+
+    findGroups({{0, 1}});
+    stage_.settle();
+    stage_.click(QStringLiteral("Matching"));
+    ASSERT_TRUE(stage_.until([&] { return stage_.has(QStringLiteral("Loose")); }));
+    click(Qt::LeftButton, "b.jpg");
+    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Loose")); }));
+    EXPECT_THAT(selectedNames(), IsEmpty());
 }
 
 TEST_F(MainViewTest, IsUsedByMouseAlone) {
