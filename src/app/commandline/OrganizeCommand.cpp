@@ -42,7 +42,7 @@ FoundPhotos chosenPhotos(const OrganizeOptions& options, Surroundings& with) {
     return found;
 }
 
-/// A line for each failure, but for the photos that an interrupt left: the count of those is told elsewhere.
+/// A line for each failure, but for the photos that an interrupt left, which `printRest` counts.
 void printFailures(const std::vector<std::string>& failures, std::ostream& notes) {
     for (const auto& line : failures)
         if (!organize::isCancelledLine(line)) notes << printable(line) << '\n';
