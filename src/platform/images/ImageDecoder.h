@@ -62,7 +62,7 @@ ImageProperties readProperties(const files::FileUrl& url);
 Bitmap decodeThumbnail(const files::FileUrl& url, int maxSide, const std::stop_token& stop = {});
 
 /// The same for what looks at coarse shapes only, sooner: a JPEG is shrunk by whole blocks as far as they go,
-/// and by a filter, a shorter one, only for the rest.
+/// and for the rest by a filter that looks less far.
 Bitmap decodeRoughThumbnail(const files::FileUrl& url, int maxSide, const std::stop_token& stop = {});
 
 /// The type by contents, none when the file is none of them. Throws ImageError when it cannot be opened.
