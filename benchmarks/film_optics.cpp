@@ -3,7 +3,7 @@
 //
 //   benchmark-film_optics
 
-#include "film/model/FilmOptics.h"
+#include "film/optics/FilmOptics.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "film/model/FilmSettings.h"
+#include "film/optics/FilmSettings.h"
 #include "library/FingerprintStamp.h"
 #include "platform/files/FileSystem.h"
 

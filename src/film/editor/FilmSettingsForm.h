@@ -1,6 +1,6 @@
 #pragma once
 
-#include "film/model/FilmSettings.h"
+#include "film/optics/FilmSettings.h"
 #include "platform/json/Reader.h"
 #include "platform/json/Writer.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "film/model/MaterialPoint.h"
+#include "film/optics/MaterialPoint.h"
 
 #include <optional>
 #include <string>

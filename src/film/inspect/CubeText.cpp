@@ -1,5 +1,5 @@
 #include "film/inspect/FilmInspection.h"
-#include "film/model/FilmOptics.h"
+#include "film/optics/FilmOptics.h"
 
 #include <charconv>
 #include <utility>

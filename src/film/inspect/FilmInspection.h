@@ -1,7 +1,7 @@
 #pragma once
 
-#include "film/model/FilmPaper.h"
-#include "film/model/FilmStock.h"
+#include "film/optics/FilmPaper.h"
+#include "film/optics/FilmStock.h"
 
 #include <array>
 #include <cstddef>

@@ -1,8 +1,8 @@
 #include "film/inspect/Chart.h"
 #include "film/inspect/FilmInspection.h"
-#include "film/model/Colorimetry.h"
-#include "film/model/FilmSpectralModel.h"
-#include "film/model/GenericMaterials.h"
+#include "film/optics/Colorimetry.h"
+#include "film/optics/FilmSpectralModel.h"
+#include "film/optics/GenericMaterials.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "film/inspect/FilmInspection.h"
-#include "film/model/FilmSpectralModel.h"
-#include "film/model/GenericMaterials.h"
+#include "film/optics/FilmSpectralModel.h"
+#include "film/optics/GenericMaterials.h"
 #include "platform/json/Writer.h"
 
 #include <iomanip>

@@ -1,6 +1,6 @@
 #include "film/inspect/FilmInspection.h"
 
-#include "film/model/FilmOptics.h"
+#include "film/optics/FilmOptics.h"
 #include "platform/json/Reader.h"
 #include "platform/tasks/Cancellation.h"
 

@@ -1,0 +1,146 @@
+#include "film/optics/FilmMaterials.h"
+
+#include "film/optics/FilmPaper.h"
+#include "film/optics/FilmStock.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace lumisort::film {
+namespace {
+
+const FilmMaterialProfile& profile = FilmMaterials::portra400();
+
+// Σ (i + 1) · value: a wrong digit or two swapped numbers change it.
+template <class Items, class Get>
+double checksum(const Items& items, const Get& get) {
+    double result = 0;
+    double weight = 0;
+    for (const auto& item : items) result += ++weight * get(item);
+    return result;
+}
+
+// The checksums were computed from the published tables by a separate program.
+TEST(Portra400, HoldsTheTablesDigitForDigit) {
+    const struct {
+        const char* name;
+        std::size_t sensitivityPoints;
+        double sensitivityNM, logSensitivity, density, tangents;
+    } layers[] = {
+        {"Red / cyan-forming", 41, 532985, 1447.17, 65.36, 27.645076892049349},
+        {"Green / magenta-forming", 45, 550935, 1800.28, 90.58, 27.577841367559945},
+        {"Blue / yellow-forming", 31, 236050, 795.31, 115.1, 32.530954851241337},
+    };
+    ASSERT_EQ(profile.layers.size(), 3U);
+    for (std::size_t c = 0; c < 3; ++c) {
+        const FilmMaterialLayer& layer = profile.layers[c];
+        EXPECT_EQ(layer.name, layers[c].name);
+        const auto& samples = layer.sensitivity.points();
+        ASSERT_EQ(samples.size(), layers[c].sensitivityPoints);
+        const std::vector<MaterialPoint> plotted(samples.begin() + 1, samples.end() - 1);
+        EXPECT_EQ(checksum(samples, [](auto& p) { return p.x; }), layers[c].sensitivityNM);
+        EXPECT_NEAR(checksum(plotted, [](auto& p) { return std::log10(p.y); }), layers[c].logSensitivity,
+                    1e-10);
+        EXPECT_EQ(samples.front().y, 0);
+        EXPECT_EQ(samples.back().y, 0);
+        const MonotoneCurve& curve = layer.characteristic;
+        EXPECT_NEAR(checksum(curve.points(), [](auto& p) { return p.x; }), -52.1, 1e-12);
+        EXPECT_NEAR(checksum(curve.points(), [](auto& p) { return p.y; }), layers[c].density, 1e-12);
+        EXPECT_NEAR(checksum(curve.tangents(), [](double t) { return t; }), layers[c].tangents, 1e-12);
+        EXPECT_EQ(layer.dyeAbsorption.points().size(), 81U);
+    }
+    EXPECT_NEAR(checksum(profile.baseDensity.points(), [](auto& p) { return p.y; }), 52.92, 1e-12);
+    EXPECT_EQ(checksum(profile.baseDensity.points(), [](auto& p) { return p.x; }), 81600);
+    EXPECT_EQ(profile.id, "portra400-study-v1");
+    EXPECT_EQ(profile.title, "Portrait 400 Study");
+    EXPECT_EQ(profile.isoSpeed, 400);
+}
+
+TEST(Portra400, PlacesMidGreyInTheMiddleOfThePublishedInterval) {
+    EXPECT_NEAR(profile.neutralLogExposure, -1.5737051235195993, 1e-14);
+    const double expected[] = {0.82, 1.2886766823786289, 1.673799481363022};
+    for (std::size_t c = 0; c < 3; ++c) {
+        EXPECT_NEAR(profile.layers[c].characteristic.value(profile.neutralLogExposure), expected[c], 1e-14);
+    }
+}
+
+TEST(Portra400, EndsItsSpectraAsTheyAreMeasuredOrAssumed) {
+    const SampledSpectrum& red = profile.layers[0].sensitivity;
+    EXPECT_EQ(red.value(470), 0);
+    EXPECT_DOUBLE_EQ(red.value(480), std::pow(10, 0.38) / 2);
+    EXPECT_EQ(red.value(700), 0);
+    EXPECT_GT(red.value(699), 0);
+    EXPECT_EQ(profile.baseDensity.value(300), 0.70);
+    EXPECT_EQ(profile.baseDensity.value(900), 0.22);
+    for (double wavelength = 380; wavelength <= 780; wavelength += 2.5) {
+        double total = 0;
+        for (const FilmMaterialLayer& layer : profile.layers) {
+            total += layer.dyeAbsorption.value(wavelength);
+            EXPECT_GE(layer.dyeAbsorption.value(wavelength), 0.035);
+        }
+        EXPECT_NEAR(total, 1, 1e-15);
+    }
+    EXPECT_EQ(profile.layers[0].dyeAbsorption.value(780.1), 0);
+    EXPECT_EQ(profile.layers[2].dyeAbsorption.value(379.9), 0);
+}
+
+TEST(Portra400, SaysWhereEachGroupOfNumbersComesFrom) {
+    const struct {
+        const char* component;
+        MaterialEvidence evidence;
+        std::optional<int> page;
+    } expected[] = {
+        {"Effective channel characteristic curves", MaterialEvidence::graphEstimate, 5},
+        {"Layer spectral sensitivity", MaterialEvidence::graphEstimate, 5},
+        {"Aggregate minimum spectral density", MaterialEvidence::graphEstimate, 5},
+        {"Neutral exposure reference", MaterialEvidence::publishedValue, 3},
+        {"Dye absorption basis", MaterialEvidence::modelAssumption, std::nullopt},
+        {"Grain parameters", MaterialEvidence::modelAssumption, std::nullopt},
+        {"Halation parameters", MaterialEvidence::modelAssumption, std::nullopt},
+    };
+    ASSERT_EQ(profile.provenance.size(), std::size(expected));
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+        const MaterialProvenance& entry = profile.provenance[i];
+        EXPECT_EQ(entry.component, expected[i].component);
+        EXPECT_EQ(entry.evidence, expected[i].evidence);
+        EXPECT_EQ(entry.sourcePage, expected[i].page);
+        EXPECT_EQ(entry.sourceURL.has_value(), expected[i].page.has_value());
+        EXPECT_EQ(materialEvidenceFromRawValue(rawValue(entry.evidence)), entry.evidence);
+    }
+    EXPECT_EQ(materialEvidenceFromRawValue("guess"), std::nullopt);
+    EXPECT_EQ(profile.grain.provenance, profile.provenance[5]);
+    EXPECT_EQ(profile.halation.provenance, profile.provenance[6]);
+}
+
+// What documents store and people read.
+TEST(FilmChoices, KeepTheirNames) {
+    std::string names;
+    for (const FilmStock stock : allFilmStocks) {
+        names.append(rawValue(stock)).append("=").append(title(stock)).append(", ");
+        EXPECT_EQ(filmStockFromRawValue(rawValue(stock)), stock);
+    }
+    for (const FilmPaper paper : allFilmPapers) {
+        names.append(rawValue(paper)).append("=").append(title(paper)).append(", ");
+        EXPECT_EQ(filmPaperFromRawValue(rawValue(paper)), paper);
+    }
+    EXPECT_EQ(names,
+              "portra400=Portrait 400 Study, color100=Color 100, color400=Color 400, mono400=Mono 400, "
+              "glossy=Standard, soft=Soft, ");
+    EXPECT_EQ(filmStockFromRawValue("Mono 400"), std::nullopt);
+    EXPECT_EQ(filmPaperFromRawValue(""), std::nullopt);
+}
+
+TEST(Portra400, HasGrainAndHalationInMicrometres) {
+    EXPECT_EQ(profile.grain.meanRadiusMicrometres, (Vector3{0.8, 0.7, 0.6}));
+    EXPECT_EQ(profile.grain.radiusCoefficientOfVariation, 0.35);
+    EXPECT_EQ(profile.grain.densityAmount, 0.075);
+    EXPECT_FALSE(profile.grain.isMonochrome);
+    EXPECT_EQ(profile.halation.scatteringFraction, (Vector3{0.025, 0.008, 0.002}));
+    EXPECT_EQ(profile.halation.coreSigmaMicrometres, (Vector3{12, 9, 6}));
+    EXPECT_EQ(profile.halation.tailSigmaMicrometres, (Vector3{45, 32, 20}));
+    EXPECT_EQ(profile.halation.tailWeight, (Vector3{0.18, 0.18, 0.18}));
+}
+
+} // namespace
+} // namespace lumisort::film

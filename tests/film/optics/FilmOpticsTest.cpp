@@ -1,0 +1,176 @@
+#include "film/optics/FilmOptics.h"
+
+#include "film/optics/LiteralModel.h"
+#include "film/optics/ReferenceValues.h"
+#include "film/optics/Slices.h"
+#include "platform/tasks/Cancellation.h"
+
+#include <gtest/gtest.h>
+#include <hwy/targets.h>
+
+#include <atomic>
+#include <cmath>
+
+namespace lumisort::film {
+namespace {
+
+// Values are stored as 32-bit floats, none above 2.
+constexpr double stored = 1.2e-7;
+
+constexpr int n = cubeDimension;
+
+Vector3 nodeInput(int r, int g, int b) {
+    return Vector3{double(r), double(g), double(b)} / 32;
+}
+
+Vector3 nodeValue(const FilmLookupCube& cube, int r, int g, int b) {
+    const auto node = cube.node(r, g, b);
+    return {node[0], node[1], node[2]};
+}
+
+/// Compares every node, layout and alpha included, with a function of its input.
+template <class F>
+void expectCube(const FilmLookupCube& cube, const F& expected) {
+    ASSERT_EQ(cube.dimension(), n);
+    ASSERT_EQ(cube.data().size_bytes(), 574992U);
+    double worst = 0;
+    for (int i = 0; i < n * n * n; ++i) {
+        const Vector3 wanted = expected(nodeInput(i % n, i / n % n, i / n / n));
+        const auto node = cube.data().subspan(static_cast<std::size_t>(i) * 4, 4);
+        for (std::size_t c = 0; c < 3; ++c) worst = std::max(worst, std::abs(node[c] - wanted[c]));
+        ASSERT_EQ(node[3], 1);
+    }
+    EXPECT_LE(worst, stored);
+}
+
+TEST(ExposureCube, AgreesWithTheLiteralFitAtEveryNode) {
+    const FilmSpectralModel model(FilmStock::portra400, FilmPaper::glossy);
+    expectCube(exposureCube(model), [&](const Vector3& rgb) {
+        return largest(rgb) > 0 ? literal::layerExposure(model, rgb) * 0.25 : Vector3{};
+    });
+}
+
+TEST(OpticalCubes, AgreeWithTheLiteralSumsAtEveryNode) {
+    const FilmSpectralModel model(FilmStock::portra400, FilmPaper::soft);
+    expectCube(opticalCube(model, OpticalCube::negative), [&](const Vector3& rgb) {
+        const Vector3 seen =
+            literal::seenThrough(model.dyes, model.baseDensities, model.paperWeights, rgb * 3.2);
+        return Vector3{std::log10(seen[0]), std::log10(seen[1]), std::log10(seen[2])} / -3.2;
+    });
+    expectCube(opticalCube(model, OpticalCube::paper), [&](const Vector3& rgb) {
+        const Vector3 seen = literal::seenThrough(model.paperDyes, {}, model.reflectionWeights, rgb * 3.2);
+        return (seen - model.reflectionCubeMinimums()) / model.reflectionCubeRanges();
+    });
+}
+
+TEST(Cubes, HoldTheReferenceNodesForEveryStock) {
+    for (const reference::Stock& expected : reference::stocks) {
+        SCOPED_TRACE(rawValue(expected.stock));
+        const FilmSpectralModel model(expected.stock, FilmPaper::glossy);
+        const FilmLookupCube exposure = exposureCube(model);
+        const FilmLookupCube negative = opticalCube(model, OpticalCube::negative);
+        const FilmLookupCube paper = opticalCube(model, OpticalCube::paper);
+        const Vector3 clear =
+            nodeValue(paper, 0, 0, 0) * model.reflectionCubeRanges() + model.reflectionCubeMinimums();
+        for (std::size_t c = 0; c < 3; ++c) {
+            EXPECT_NEAR(nodeValue(exposure, 5, 11, 29)[c], expected.exposureNode[c], stored);
+            EXPECT_NEAR(nodeValue(exposure, 32, 0, 0)[c], expected.exposureRedCorner[c], stored);
+            EXPECT_NEAR(nodeValue(negative, 5, 11, 29)[c], expected.negativeNode[c], stored);
+            EXPECT_NEAR(nodeValue(paper, 5, 11, 29)[c], reference::paperNode[c], stored);
+            // A white exposes every layer by 1, unexposed paper is white, and a generic base is clear.
+            EXPECT_EQ(nodeValue(exposure, 0, 0, 0)[c], 0);
+            EXPECT_NEAR(nodeValue(exposure, 32, 32, 32)[c], 0.25, 1e-15);
+            EXPECT_NEAR(clear[c], 1, 3 * stored);
+            if (!model.material) {
+                EXPECT_NEAR(nodeValue(negative, 0, 0, 0)[c], 0, 1e-15);
+            }
+        }
+        if (expected.stock == FilmStock::mono400) {
+            for (int r = 0; r < n; ++r) {
+                const auto node = exposure.node(r, 7, 21);
+                EXPECT_TRUE(node[0] == node[1] && node[1] == node[2]);
+            }
+        }
+    }
+}
+
+TEST(DensityCurve, SamplesTheLayersFromTheToeToTheShoulder) {
+    for (const FilmStock stock : allFilmStocks) {
+        const FilmSpectralModel model(stock, FilmPaper::glossy);
+        const std::vector<float> texels = densityCurveImage(model);
+        ASSERT_EQ(texels.size() * sizeof(float), 32768U);
+        for (const std::size_t i : {0UL, 700UL, 1365UL, 2047UL}) {
+            const double exposure = 0.18 * std::pow(10, -6 + 9 * double(i) / 2047);
+            const Vector3 density = model.layerDensity(Vector3::filled(exposure)) / 3.2;
+            for (std::size_t c = 0; c < 3; ++c) EXPECT_NEAR(texels[4 * i + c], density[c], stored);
+        }
+        for (std::size_t i = 4; i < texels.size(); ++i) EXPECT_GE(texels[i], texels[i - 4]);
+        for (std::size_t i = 3; i < texels.size(); i += 4) EXPECT_EQ(texels[i], 1);
+    }
+}
+
+TEST(Optics, AreTheSameForAnyNumberOfWorkers) {
+    const FilmOptics one = buildOptics(FilmStock::color400, FilmPaper::soft, 1);
+    for (const int workers : {2, 7}) {
+        const FilmOptics many = buildOptics(FilmStock::color400, FilmPaper::soft, workers);
+        EXPECT_EQ(many.exposure, one.exposure);
+        EXPECT_EQ(many.negative, one.negative);
+        EXPECT_EQ(many.paper, one.paper);
+        EXPECT_EQ(many.curves, one.curves);
+    }
+}
+
+// No instruction set may round differently.
+TEST(Optics, AreTheSameOnAnyProcessor) {
+    const FilmOptics best = buildOptics(FilmStock::portra400, FilmPaper::glossy);
+    for (const std::int64_t target : hwy::SupportedAndGeneratedTargets()) {
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().DeInit();
+        const FilmOptics other = buildOptics(FilmStock::portra400, FilmPaper::glossy);
+        EXPECT_EQ(other.exposure, best.exposure) << hwy::TargetName(target);
+        EXPECT_EQ(other.negative, best.negative) << hwy::TargetName(target);
+        EXPECT_EQ(other.paper, best.paper) << hwy::TargetName(target);
+    }
+    hwy::SetSupportedTargetsForTest(0);
+    hwy::GetChosenTarget().DeInit();
+}
+
+TEST(Optics, StopWhenAsked) {
+    std::stop_source stop;
+    stop.request_stop();
+    const FilmSpectralModel model(FilmStock::portra400, FilmPaper::glossy);
+    EXPECT_THROW(exposureCube(model, 2, stop.get_token()), tasks::Cancelled);
+    EXPECT_THROW(opticalCube(model, OpticalCube::paper, 1, stop.get_token()), tasks::Cancelled);
+    EXPECT_THROW(buildOptics(FilmStock::color100, FilmPaper::soft, 0, stop.get_token()), tasks::Cancelled);
+}
+
+TEST(Slices, EndWithinOneSliceOfAStopOrAFailure) {
+    for (const int workers : {1, 2, 5}) {
+        std::stop_source stop;
+        std::atomic<int> done = 0;
+        const auto stopAtThird = [&](int) {
+            if (++done == 3) stop.request_stop();
+        };
+        EXPECT_THROW(forEachSlice(1000, workers, stop.get_token(), stopAtThird), tasks::Cancelled);
+        EXPECT_LE(done, 3 + workers - 1);
+
+        const auto fail = [&](int slice) {
+            if (slice == 4) throw std::runtime_error("broken");
+        };
+        EXPECT_THROW(forEachSlice(1000, workers, {}, fail), std::runtime_error);
+
+        std::vector<std::atomic<int>> calls(50);
+        forEachSlice(50, workers, {}, [&](int slice) { ++calls[static_cast<std::size_t>(slice)]; });
+        for (const auto& count : calls) EXPECT_EQ(count, 1);
+    }
+}
+
+TEST(FilmLookupCube, RefusesDataOfAnotherSize) {
+    EXPECT_EQ(FilmLookupCube(std::vector<float>(143748), 33).dimension(), 33);
+    EXPECT_DEATH(FilmLookupCube(std::vector<float>(143747), 33), "fit");
+    EXPECT_DEATH(FilmLookupCube(std::vector<float>(4), 1), "two nodes");
+    EXPECT_DEATH(FilmLookupCube({}, -33), "two nodes");
+}
+
+} // namespace
+} // namespace lumisort::film
