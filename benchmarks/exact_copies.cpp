@@ -81,7 +81,7 @@ void measure(const fs::path& folder, std::size_t count, std::size_t bytes) {
     for (int turn = 0; turn < 7; ++turn) {
         keepBest(bare, [&] { bareLoop(photos); });
         keepBest(ours, [&] {
-            const auto copies = similarity::LibraryScanner::duplicates(files::FileSystem::real(), photos);
+            const auto copies = similarity::findExactCopies(files::FileSystem::real(), photos);
             if (copies.groups.size() != count / 2 || copies.failed != 0) std::abort();
         });
     }

@@ -2,7 +2,7 @@
 //
 //   benchmark-library_document [photos]      (100000 photos, half of them marked, without an argument)
 
-#include "library/SessionStore.h"
+#include "library/LibraryStorage.h"
 #include "platform/files/AtomicFile.h"
 
 #include <simdjson.h>
@@ -20,8 +20,8 @@ namespace {
 
 using namespace lumisort;
 
-library::LibrarySession generated(std::size_t count) {
-    library::LibrarySession session;
+library::LibraryContents generated(std::size_t count) {
+    library::LibraryContents session;
     session.folders = {files::FileUrl::fromPath("/media/anna/Fotos 2/"),
                        files::FileUrl::fromPath("/home/anna/Bilder/")};
     for (std::size_t i = 0; i < count; ++i) {
@@ -70,10 +70,10 @@ int main(int argumentCount, char** arguments) {
 
     const auto session = generated(count);
     const double memoryBefore = peakMiB();
-    const double write = seconds([&] { library::SessionStore::save(disk, session, url); });
+    const double write = seconds([&] { library::writeLibrary(disk, session, url); });
     const double memoryWritten = peakMiB();
     const double read = seconds([&] {
-        if (library::SessionStore::load(disk, url).photos.size() != count) std::abort();
+        if (library::readLibrary(disk, url).photos.size() != count) std::abort();
     });
     const double memoryRead = peakMiB();
 

@@ -7,7 +7,7 @@
 // loops keep the processor as busy. Inspections stand beside a bare loop of statx.
 
 #include "app/diagnostics/PerformanceDiagnostics.h"
-#include "library/SessionStore.h"
+#include "library/LibraryStorage.h"
 #include "model/LibraryModel.h"
 #include "platform/images/ImageDecoder.h"
 #include "platform/json/Document.h"
@@ -140,7 +140,7 @@ void measureScan(const fs::path& folder, const fs::path& corpus, std::size_t cou
     const auto photos = copiesOfSmallPhotos(corpus, folder, count);
     model::LibraryModel model(
         files::FileUrl::fromPath((folder / "library.json").string()),
-        library::LibrarySession{photos, {files::FileUrl::fromPath(folder.string())}, {}});
+        library::LibraryContents{photos, {files::FileUrl::fromPath(folder.string())}, {}});
     wait(model.refreshing());
     model.setSimilarityMethod(model::SimilarityMethod::nearDuplicates);
     std::size_t reports = 0;
@@ -178,8 +178,8 @@ void measureScan(const fs::path& folder, const fs::path& corpus, std::size_t cou
 constexpr std::size_t filesPerFolder = 1000;
 
 /// Empty files, a thousand in a folder; half of them are marked.
-library::LibrarySession generated(const fs::path& folder, std::size_t count) {
-    library::LibrarySession session{.folders = {files::FileUrl::fromPath(folder.string())}};
+library::LibraryContents generated(const fs::path& folder, std::size_t count) {
+    library::LibraryContents session{.folders = {files::FileUrl::fromPath(folder.string())}};
     for (std::size_t i = 0; i < count; ++i) {
         const auto parent = folder / ("Holiday " + std::to_string(i / filesPerFolder));
         if (i % filesPerFolder == 0) fs::create_directories(parent);
@@ -272,7 +272,7 @@ void measureLibrary(const fs::path& folder, std::size_t count) {
     const auto url = files::FileUrl::fromPath(document.string());
     const pid_t child = fork(); // so that its memory is not counted
     if (child == 0) {
-        library::SessionStore::save(files::FileSystem::real(), generated(folder / "photos", count), url);
+        library::writeLibrary(files::FileSystem::real(), generated(folder / "photos", count), url);
         _exit(0);
     }
     int status = 0;

@@ -3,7 +3,7 @@
 //
 //   benchmark-library_scan PHOTOS [files]     (a tree of 10000 hard links to copies of the photos in PHOTOS)
 
-#include "library/LibraryScanner.h"
+#include "library/FolderScan.h"
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -79,10 +79,10 @@ int main(int argumentCount, char** arguments) {
     const auto count = static_cast<double>(buildTree(arguments[1], tree, wanted));
     const auto url = files::FileUrl::fromPath(tree.string());
 
-    library::LibraryScanner::scan(files::FileUrl::fromPath((tree / "originals").string()), {});
+    library::scanFolder(files::FileUrl::fromPath((tree / "originals").string()), {});
     const double before = peakMiB();
-    library::LibraryScanner::Result result;
-    const double scan = seconds(3, [&] { result = library::LibraryScanner::scan(url, {}); });
+    library::FolderScan result;
+    const double scan = seconds(3, [&] { result = library::scanFolder(url, {}); });
     const double after = peakMiB();
     const double bare = seconds(3, [&] {
         if (walk(tree) == 0) std::abort();

@@ -4,7 +4,7 @@
 //
 // Beside each figure stands what the same window costs with forty photos: what is left is the size's doing.
 
-#include "library/SessionStore.h"
+#include "library/LibraryStorage.h"
 #include "library/ThumbnailStore.h"
 #include "model/LibraryModel.h"
 #include "platform/images/ImageDecoder.h"
@@ -80,9 +80,10 @@ template <class Done>
 void waitUntil(Done&& done) {
     if (done()) return;
     QEventLoop loop;
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop, [&] {
-        if (done()) loop.quit();
-    });
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop,
+                     [&] {
+                         if (done()) loop.quit();
+                     });
     loop.exec();
 }
 
@@ -93,9 +94,9 @@ QQuickItem* findGrid(QQuickItem* item) {
     return nullptr;
 }
 
-library::LibrarySession librarySession(const fs::path& photo, const fs::path& folder, int count) {
+library::LibraryContents librarySession(const fs::path& photo, const fs::path& folder, int count) {
     constexpr int linksPerFile = 50'000; // file systems allow some 65,000
-    library::LibrarySession session{.folders = {files::FileUrl::fromPath(folder.string() + '/')}};
+    library::LibraryContents session{.folders = {files::FileUrl::fromPath(folder.string() + '/')}};
     fs::path source;
     for (int i = 0; i < count; ++i) {
         char name[32];
@@ -119,7 +120,7 @@ Figures measure(const fs::path& photo, int count) {
     char pattern[] = "/tmp/lumisort-window-XXXXXX";
     const fs::path folder = mkdtemp(pattern);
     const auto document = files::FileUrl::fromPath((folder / "library.json").string());
-    library::SessionStore::save(files::FileSystem::real(), librarySession(photo, folder, count), document);
+    library::writeLibrary(files::FileSystem::real(), librarySession(photo, folder, count), document);
     Figures figures;
     {
         Slices slices;
@@ -170,8 +171,8 @@ Figures measure(const fs::path& photo, int count) {
             QElapsedTimer timer;
             timer.start();
             bool marked = false;
-            const auto hearing = QObject::connect(&model, &model::LibraryModel::countsChanged, window,
-                                                  [&] { marked = true; });
+            const auto hearing =
+                QObject::connect(&model, &model::LibraryModel::countsChanged, window, [&] { marked = true; });
             state.marks()->mark({model.photos()[0]}, i % 2 == 0 ? library::ReviewDecision::keep
                                                                 : library::ReviewDecision::cleanup);
             waitUntil([&] { return marked; });
@@ -204,7 +205,8 @@ int main(int argc, char** argv) {
     measure(argv[1], few);  // loads what is loaded once
     const auto small = measure(argv[1], few);
     const auto large = measure(argv[1], count);
-    std::printf("| %d photos, ms | large | %d photos | ratio | at most |\n|---|---|---|---|---|\n", count, few);
+    std::printf("| %d photos, ms | large | %d photos | ratio | at most |\n|---|---|---|---|---|\n", count,
+                few);
     row("start: main-thread work", large.startWork, small.startWork, "1500");
     row("start: longest slice", large.startSlice, small.startSlice, "50");
     row("scroll a screen per frame: p95", large.scrollP95, small.scrollP95, "16");

@@ -1,6 +1,6 @@
 #include "library/DeviceDiscovery.h"
 
-#include "library/Containment.h"
+#include "library/FolderMatcher.h"
 
 #include <algorithm>
 #include <iterator>
@@ -10,7 +10,7 @@ namespace lumisort::library {
 namespace {
 
 bool holdsLibraryFolder(const files::FileUrl& volume, std::span<const files::FileUrl> folders) {
-    const Container container(volume);
+    const FolderMatcher container(volume);
     const auto path = standardizedPath(volume.path());
     return std::ranges::any_of(folders, [&](const files::FileUrl& folder) {
         return standardizedPath(folder.path()) == path || container.contains(folder);
@@ -19,7 +19,7 @@ bool holdsLibraryFolder(const files::FileUrl& volume, std::span<const files::Fil
 
 } // namespace
 
-std::set<files::FileUrl> DeviceDiscovery::mountedDevices(std::span<const desktop::Volume> volumes) {
+std::set<files::FileUrl> DeviceDiscovery::mountedDevices(std::span<const volumes::Volume> volumes) {
     std::set<files::FileUrl> devices;
     for (const auto& volume : volumes)
         if (volume.external && volume.local && volume.browsable && !volume.diskImage)

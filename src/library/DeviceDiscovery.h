@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/desktop/Volume.h"
 #include "platform/files/FileUrl.h"
+#include "platform/volumes/Volume.h"
 
 #include <set>
 #include <span>
@@ -18,7 +18,7 @@ struct DeviceDiscovery {
 
     /// The volumes that may be offered: external, local, browsable, and neither disk images nor virtual
     /// disks.
-    static std::set<files::FileUrl> mountedDevices(std::span<const desktop::Volume> volumes);
+    static std::set<files::FileUrl> mountedDevices(std::span<const volumes::Volume> volumes);
 
     /// Takes note of the volumes that are there now: those gone are no longer pending, new ones become
     /// pending (sorted by path) unless a library folder is or lies inside the volume.

@@ -1,6 +1,6 @@
 #include "library/LibraryAvailability.h"
 
-#include "library/Containment.h"
+#include "library/FolderMatcher.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <algorithm>
@@ -33,12 +33,13 @@ std::optional<FingerprintStamp> readableStamp(files::FileSystem& system, const f
     }
 }
 
-std::vector<Container> containers(std::span<const files::FileUrl> folders) {
+std::vector<FolderMatcher> containers(std::span<const files::FileUrl> folders) {
     return {folders.begin(), folders.end()};
 }
 
-bool isInsideAny(std::span<const Container> folders, const Photo& photo) {
-    return std::ranges::any_of(folders, [&](const Container& folder) { return folder.contains(photo.url); });
+bool isInsideAny(std::span<const FolderMatcher> folders, const Photo& photo) {
+    return std::ranges::any_of(folders,
+                               [&](const FolderMatcher& folder) { return folder.contains(photo.url); });
 }
 
 } // namespace
@@ -58,7 +59,7 @@ std::string_view title(FolderState state) {
 LibrarySurvey survey(files::FileSystem& system, std::span<const files::FileUrl> folders,
                      std::span<const Photo> photos, const std::stop_token& stop) {
     LibrarySurvey found;
-    std::vector<Container> online;
+    std::vector<FolderMatcher> online;
     for (const auto& folder : folders) {
         tasks::checkCancelled(stop);
         const auto state = folderState(system, folder);

@@ -1,6 +1,6 @@
 #include "model/LibraryModel.h"
 
-#include "library/ImportSelection.h"
+#include "library/OrganizeSelection.h"
 
 #include <QTimer>
 #include <algorithm>
@@ -16,10 +16,10 @@ void ModelSurroundings::afterOnTimer(std::chrono::milliseconds delay, QObject* c
     QTimer::singleShot(delay, Qt::PreciseTimer, context, std::move(function));
 }
 
-LibraryModel::LibraryModel(FileUrl sessionURL, std::optional<library::LibrarySession> initialSession,
+LibraryModel::LibraryModel(FileUrl sessionURL, std::optional<library::LibraryContents> initialSession,
                            ModelSurroundings with)
     : with_(std::move(with)),
-      document_(std::make_shared<library::SessionDocument>(with_.system, std::move(sessionURL), with_.clock)),
+      document_(std::make_shared<library::LibraryFile>(with_.system, std::move(sessionURL), with_.clock)),
       runner_(with_.background) {
     devices_.connected = library::DeviceDiscovery::mountedDevices(with_.volumes());
     // Queued: whoever ends an operation has more to do than to say so.
@@ -227,7 +227,7 @@ QFuture<void> LibraryModel::prepareImport() {
     whenFinished(markTask_, this, [this, done] {
         refreshAvailability();
         whenFinished(availabilityTask_, this, [this, done] {
-            importPhotos_ = library::ImportSelection::eligible(availablePhotos(), reviewMarks());
+            importPhotos_ = library::photosToOrganize(availablePhotos(), reviewMarks());
             if (!importPhotos_.empty()) setOrganize(true);
             done->finish();
         });

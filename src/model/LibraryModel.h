@@ -1,8 +1,8 @@
 #pragma once
 
 #include "library/DeviceDiscovery.h"
-#include "library/LibrarySession.h"
-#include "library/SessionDocument.h"
+#include "library/LibraryContents.h"
+#include "library/LibraryFile.h"
 #include "model/LibraryState.h"
 #include "model/ModelSurroundings.h"
 #include "model/SimilarityMethod.h"
@@ -55,7 +55,7 @@ class LibraryModel : public QObject {
 public:
     /// With a session the library is there at once; without one the document is read, `busy` until then.
     explicit LibraryModel(files::FileUrl sessionURL,
-                          std::optional<library::LibrarySession> initialSession = {},
+                          std::optional<library::LibraryContents> initialSession = {},
                           ModelSurroundings with = {});
     ~LibraryModel() override;
 
@@ -121,8 +121,8 @@ public:
 
     /// Scans a folder that the user chose and adds the photos that are new.
     void importFolder(const files::FileUrl& folder);
-    /// The same for folders that were dropped or named, one after another as soon as nothing else runs. Says in
-    /// `foldersRefused` what is no folder.
+    /// The same for folders that were dropped or named, one after another as soon as nothing else runs. Says
+    /// in `foldersRefused` what is no folder.
     void importFolders(std::vector<files::FileUrl> urls);
     /// Whether a folder is being scanned.
     bool importRunning() const { return importRunning_; }
@@ -211,14 +211,14 @@ private:
         LibraryState state;
         SearchNames names;
     };
-    static Restored prepared(library::LibrarySession session);
+    static Restored prepared(library::LibraryContents session);
     void restore(Restored restored);
     void saveSession();
     QFuture<void> writeSession();
 
     // Import, availability, marks.
     void importNextFolder();
-    void applyImport(const files::FileUrl& folder, library::LibraryScanner::Result result);
+    void applyImport(const files::FileUrl& folder, library::FolderScan result);
     void inspect(const std::shared_ptr<QPromise<void>>& done);
     void applySurvey(library::LibrarySurvey survey);
     void nextMark(const std::shared_ptr<QPromise<void>>& done);
@@ -232,7 +232,7 @@ private:
     void invalidateSimilarity();
 
     ModelSurroundings with_;
-    std::shared_ptr<library::SessionDocument> document_; ///< shared with jobs, which may outlive the model
+    std::shared_ptr<library::LibraryFile> document_; ///< shared with jobs, which may outlive the model
     LibraryState state_;
     VisiblePhotos visible_{state_};
 

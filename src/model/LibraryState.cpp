@@ -1,6 +1,6 @@
 #include "model/LibraryState.h"
 
-#include "library/ImportSelection.h"
+#include "library/OrganizeSelection.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,7 +11,7 @@ using library::FingerprintStamp;
 using library::Photo;
 using library::ReviewDecision;
 
-LibraryState::LibraryState(library::LibrarySession session)
+LibraryState::LibraryState(library::LibraryContents session)
     : folders_(std::move(session.folders)), marks_(std::move(session.reviewMarks)) {
     setPhotos(std::move(session.photos));
 }
@@ -104,7 +104,7 @@ void LibraryState::count(PhotoRow row, int step) {
     if (!reach_[row]) return;
     const auto by = static_cast<std::size_t>(step);
     readableCount_ += by;
-    if (library::ImportSelection::isEligible(photos()[row], marks_)) eligibleCount_ += by;
+    if (library::isToOrganize(photos()[row], marks_)) eligibleCount_ += by;
     const auto current = decision(row);
     if (current == ReviewDecision::keep) importCount_ += by;
     if (current == ReviewDecision::cleanup) skipCount_ += by;

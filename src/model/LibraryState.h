@@ -2,7 +2,7 @@
 
 #include "library/FingerprintStamp.h"
 #include "library/LibraryAvailability.h"
-#include "library/LibrarySession.h"
+#include "library/LibraryContents.h"
 
 #include <cstdint>
 #include <memory>
@@ -26,7 +26,7 @@ public:
     LibraryState() = default;
     /// What a document held, of which nothing is known to be reachable yet. Any thread; for a large library
     /// it takes some time.
-    explicit LibraryState(library::LibrarySession session);
+    explicit LibraryState(library::LibraryContents session);
 
     const std::vector<library::Photo>& photos() const { return *photos_; }
     /// For a worker: the list as it is now, whatever happens to the library meanwhile.
@@ -67,7 +67,7 @@ public:
     /// The photo lives under another URL now; mark, stamp and row go with it.
     void rename(PhotoRow row, const library::Photo& renamed);
 
-    library::LibrarySession session() const { return {*photos_, folders_, marks_}; }
+    library::LibraryContents session() const { return {*photos_, folders_, marks_}; }
 
 private:
     void count(PhotoRow row, int step);

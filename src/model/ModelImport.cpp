@@ -56,8 +56,8 @@ void LibraryModel::importFolder(const FileUrl& folder) {
         [scan = with_.scan, folder, progress, stop = scanStop_.get_token()] {
             return scan(folder, progress, stop);
         },
-        [this, folder](Outcome<library::LibraryScanner::Result> result) {
-            applyImport(folder, result ? *std::move(result) : library::LibraryScanner::Result{});
+        [this, folder](Outcome<library::FolderScan> result) {
+            applyImport(folder, result ? *std::move(result) : library::FolderScan{});
         });
 }
 
@@ -86,7 +86,7 @@ void LibraryModel::stopImport() {
     say(QStringLiteral("Stopping…"));
 }
 
-void LibraryModel::applyImport(const FileUrl& folder, library::LibraryScanner::Result result) {
+void LibraryModel::applyImport(const FileUrl& folder, library::FolderScan result) {
     const auto scanned = result.photos.size();
     const bool stopped = scanStop_.stop_requested();
     auto photos = state_.photos();

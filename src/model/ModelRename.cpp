@@ -1,6 +1,6 @@
 // A new name for one photo, with everything that is known of it.
 
-#include "library/PhotoRenamer.h"
+#include "library/RenamePhoto.h"
 #include "model/LibraryModel.h"
 #include "model/Utf8.h"
 
@@ -13,7 +13,7 @@ using library::Photo;
 void LibraryModel::rename(const Photo& photo, std::string_view stem) {
     const auto row = state_.find(photo.url);
     if (busy_ || !row) throw library::RenameError("Please wait for the current task to finish.");
-    const auto renamed = library::PhotoRenamer::rename(with_.system, state_.photos()[*row], stem);
+    const auto renamed = library::renamePhoto(with_.system, state_.photos()[*row], stem);
     if (renamed.url == photo.url) return;
 
     state_.rename(*row, renamed);

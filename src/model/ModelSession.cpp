@@ -5,7 +5,7 @@
 
 namespace lumisort::model {
 
-using library::LibrarySession;
+using library::LibraryContents;
 
 namespace {
 
@@ -24,7 +24,7 @@ bool isMissingFile(const std::exception_ptr& failure) {
 
 } // namespace
 
-LibraryModel::Restored LibraryModel::prepared(LibrarySession session) {
+LibraryModel::Restored LibraryModel::prepared(LibraryContents session) {
     Restored restored{LibraryState(std::move(session)), {}};
     restored.names.update(restored.state.sharedPhotos());
     return restored;
@@ -77,13 +77,16 @@ QFuture<void> LibraryModel::writeSession() {
         [document = document_, snapshot] {
             return document->save({*snapshot->photos, snapshot->folders, snapshot->marks});
         },
-        [this](const Outcome<std::optional<files::FileUrl>>& changed) {
-            if (!changed)
+        [this](const Outcome<library::KeptDocuments>& kept) {
+            if (!kept)
                 say(QStringLiteral("Could not save library: ") +
-                    QString::fromStdString(describe(changed.error())));
-            else if (*changed)
+                    QString::fromStdString(describe(kept.error())));
+            else if (kept->changed)
                 say(QStringLiteral("Library changed by another program · Its version kept as ") +
-                    fromUtf8((*changed)->name()));
+                    fromUtf8(kept->changed->name()));
+            else if (kept->unreadable)
+                say(QStringLiteral("Library could not be read · Kept as ") +
+                    fromUtf8(kept->unreadable->name()));
         });
 }
 

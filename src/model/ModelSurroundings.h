@@ -1,11 +1,11 @@
 #pragma once
 
-#include "library/LibraryScanner.h"
+#include "library/FolderScan.h"
 #include "model/SimilarityEngines.h"
 #include "model/TaskRunner.h"
-#include "platform/desktop/Volume.h"
 #include "platform/files/FileSystem.h"
 #include "platform/time/Clock.h"
+#include "platform/volumes/Volume.h"
 
 #include <chrono>
 #include <functional>
@@ -16,7 +16,7 @@ namespace lumisort::model {
 struct ModelSurroundings {
     files::FileSystem& system = files::FileSystem::real();
     time::Clock clock = time::Clock::system();
-    desktop::VolumeSource volumes = desktop::mountedVolumes;
+    volumes::VolumeSource volumes = volumes::mountedVolumes;
     Background background{}; ///< Qt's thread pool when empty
 
     /// Calls a function on the main thread after a while, unless `context` goes first.
@@ -24,9 +24,9 @@ struct ModelSurroundings {
         afterOnTimer;
 
     /// The folder scan.
-    std::function<library::LibraryScanner::Result(
-        const files::FileUrl&, const library::LibraryScanner::Progress&, const std::stop_token&)>
-        scan = library::LibraryScanner::scan;
+    std::function<library::FolderScan(const files::FileUrl&, const library::ScanProgress&,
+                                      const std::stop_token&)>
+        scan = library::scanFolder;
     SimilarityEngines engines = SimilarityEngines::real();
 
     static void afterOnTimer(std::chrono::milliseconds delay, QObject* context,

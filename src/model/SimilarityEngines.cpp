@@ -10,7 +10,7 @@ SimilarityEngines SimilarityEngines::real() {
     return {
         .exact =
             [](const Photos& photos, const std::stop_token& stop) {
-                return similarity::LibraryScanner::duplicates(files::FileSystem::real(), photos, {}, stop);
+                return similarity::findExactCopies(files::FileSystem::real(), photos, {}, stop);
             },
         .near =
             [](const Photos& photos, SimilarityLevel level, const FingerprintCache& cache, int concurrency,

@@ -1,6 +1,6 @@
 #include "model/VisibleRows.h"
 
-#include "library/Containment.h"
+#include "library/FolderMatcher.h"
 #include "platform/text/Collation.h"
 
 #include <array>
@@ -38,7 +38,7 @@ void SearchNames::update(const LibraryState::Photos& photos) {
 
 std::vector<PhotoRow> visibleRows(const LibraryState& state, const SearchNames& names,
                                   const VisibleQuery& query) {
-    std::optional<library::Container> folder;
+    std::optional<library::FolderMatcher> folder;
     if (query.section == Section::folder && query.folder) folder.emplace(*query.folder);
     const std::string text = SearchNames::folded(query.text);
     const bool offline = query.section == Section::offline;

@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <utility>
 
-namespace lumisort::similarity::LibraryScanner {
+namespace lumisort::similarity {
 
 namespace {
 
@@ -116,8 +116,8 @@ private:
 
 } // namespace
 
-ExactCopies duplicates(files::FileSystem& system, std::span<const library::Photo> photos,
-                       const ReadObserver& didReadChunk, const std::stop_token& stop) {
+ExactCopies findExactCopies(files::FileSystem& system, std::span<const library::Photo> photos,
+                            const ReadObserver& didReadChunk, const std::stop_token& stop) {
     Search search(system, didReadChunk, stop);
     ExactCopies copies;
     try {
@@ -129,4 +129,4 @@ ExactCopies duplicates(files::FileSystem& system, std::span<const library::Photo
     return copies;
 }
 
-} // namespace lumisort::similarity::LibraryScanner
+} // namespace lumisort::similarity

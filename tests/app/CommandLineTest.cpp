@@ -1,6 +1,6 @@
 // The program from outside: what it prints, what it returns, what it leaves behind.
 
-#include "library/SessionStore.h"
+#include "library/LibraryStorage.h"
 #include "organize/ArchiveReport.h"
 #include "platform/files/FileLock.h"
 #include "platform/files/FileSystem.h"
@@ -183,9 +183,9 @@ TEST_F(CommandLineTest, OrganizesWhatIsNotMarkedAndLeavesTheRest) {
     folder_.write("photos/copy.png", tinyPng);
     const auto document = folder_.path() / "library.json";
     auto& system = files::FileSystem::real();
-    library::SessionStore::save(
-        system, {.reviewMarks = {{skipped.path(), {.decision = library::ReviewDecision::cleanup}}}},
-        files::FileUrl::fromPath(document.string()));
+    library::writeLibrary(system,
+                          {.reviewMarks = {{skipped.path(), {.decision = library::ReviewDecision::cleanup}}}},
+                          files::FileUrl::fromPath(document.string()));
     const std::vector<std::string> arguments{"organize",        "--to",  destination(), "--library",
                                              document.string(), "--json"};
     auto dry = arguments;

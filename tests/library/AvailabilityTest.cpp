@@ -1,4 +1,4 @@
-#include "library/Containment.h"
+#include "library/FolderMatcher.h"
 #include "library/LibraryAvailability.h"
 #include "platform/tasks/Cancellation.h"
 #include "support/MemoryFileSystem.h"
@@ -22,7 +22,7 @@ Photo photo(std::string_view path) {
 
 } // namespace
 
-TEST(Containment, ComparesWholeComponentsAsText) {
+TEST(FolderMatcher, ComparesWholeComponentsAsText) {
     const struct {
         std::string_view folder, item;
         bool inside;
@@ -38,7 +38,7 @@ TEST(Containment, ComparesWholeComponentsAsText) {
         {"/\xFF", "/\xFF/x.jpg", true}, {"/A", "/A/B/../../x.jpg", false},
     };
     for (const auto& [folder, item, inside] : cases)
-        EXPECT_EQ(Container(url(folder)).contains(url(item)), inside) << folder << " " << item;
+        EXPECT_EQ(FolderMatcher(url(folder)).contains(url(item)), inside) << folder << " " << item;
 }
 
 TEST(LibraryAvailability, SaysWhatCanBeReachedNow) {

@@ -4,10 +4,10 @@
 
 namespace lumisort::library {
 
-using desktop::Volume;
 using files::FileUrl;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using volumes::Volume;
 
 namespace {
 

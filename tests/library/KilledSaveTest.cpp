@@ -1,4 +1,4 @@
-#include "library/SessionStore.h"
+#include "library/LibraryStorage.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace lumisort::library {
 namespace {
 
 /// The n-th state of a library; several pieces of text long.
-LibrarySession stateNumber(std::int64_t n) {
+LibraryContents stateNumber(std::int64_t n) {
     return {
         std::vector<Photo>(1500, {.url = files::FileUrl::fromPath("/photos/IMG_1.JPG"), .bytes = n}), {}, {}};
 }
@@ -35,20 +35,20 @@ void dieAfter(std::chrono::microseconds delay) {
                                   std::chrono::microseconds life) {
     dieAfter(life);
     for (std::int64_t n = first;; ++n) {
-        SessionStore::save(files::FileSystem::real(), stateNumber(n), document);
+        writeLibrary(files::FileSystem::real(), stateNumber(n), document);
         if (write(report, &n, sizeof n) != sizeof n) _exit(1);
     }
 }
 
 } // namespace
 
-TEST(SessionStore, AKilledProcessLeavesAWholeDocumentNoOlderThanItsLastSave) {
+TEST(LibraryStorage, AKilledProcessLeavesAWholeDocumentNoOlderThanItsLastSave) {
     constexpr int kills = 300;
     const test::TemporaryFolder folder;
     const auto document = folder.url().child("library.json");
-    SessionStore::save(files::FileSystem::real(), stateNumber(0), document);
+    writeLibrary(files::FileSystem::real(), stateNumber(0), document);
     const auto begin = std::chrono::steady_clock::now();
-    SessionStore::save(files::FileSystem::real(), stateNumber(0), document);
+    writeLibrary(files::FileSystem::real(), stateNumber(0), document);
     const auto oneSave = std::chrono::duration_cast<std::chrono::microseconds>(
         std::chrono::steady_clock::now() - begin); // here and now: sanitizers and slow disks multiply it
     std::mt19937 random(5);
@@ -68,7 +68,7 @@ TEST(SessionStore, AKilledProcessLeavesAWholeDocumentNoOlderThanItsLastSave) {
         ASSERT_EQ(waitpid(child, &status, 0), child);
         ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
 
-        const auto left = SessionStore::load(files::FileSystem::real(), document);
+        const auto left = readLibrary(files::FileSystem::real(), document);
         ASSERT_FALSE(left.photos.empty());
         const auto number = left.photos.front().bytes;
         ASSERT_EQ(left, stateNumber(number));

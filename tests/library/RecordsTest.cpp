@@ -1,5 +1,5 @@
 #include "library/FingerprintStamp.h"
-#include "library/ImportSelection.h"
+#include "library/OrganizeSelection.h"
 #include "support/TemporaryFolder.h"
 
 #include <fcntl.h>
@@ -31,13 +31,13 @@ TEST(FingerprintStamp, TellsEveryChangeOfTheItemItself) {
                  files::FileError);
 }
 
-TEST(ImportSelection, LeavesOutWhatIsMarkedForCleanup) {
+TEST(OrganizeSelection, LeavesOutWhatIsMarkedForCleanup) {
     std::vector<Photo> photos;
     for (const auto* path : {"/kept", "/cleanup", "/unmarked"})
         photos.push_back({files::FileUrl::fromPath(path)});
     const ReviewMarks marks{{"/kept", {ReviewDecision::keep, {}}},
                             {"/cleanup", {ReviewDecision::cleanup, {99, std::nullopt, std::nullopt}}}};
-    EXPECT_EQ(ImportSelection::eligible(photos, marks), (std::vector<Photo>{photos[0], photos[2]}));
+    EXPECT_EQ(photosToOrganize(photos, marks), (std::vector<Photo>{photos[0], photos[2]}));
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #include "ModelWorld.h"
-#include "library/PhotoRenamer.h"
+#include "library/RenamePhoto.h"
 
 namespace lumisort::model {
 
@@ -58,9 +58,9 @@ TEST_F(LibraryTest, AStoppedScanAddsWhatItFoundAndDropsFoldersThatWait) {
     with.scan = [](const auto&, const auto& progress, const auto& stop) {
         EXPECT_TRUE(stop.stop_requested());
         progress(100);
-        return library::LibraryScanner::Result{{photo("/q/new.jpg")}, 2};
+        return library::FolderScan{{photo("/q/new.jpg")}, 2};
     };
-    LibraryModel model(document_, library::LibrarySession{}, with);
+    LibraryModel model(document_, library::LibraryContents{}, with);
     settle();
     std::vector<QString> said;
     QObject::connect(&model, &LibraryModel::statusChanged, [&] { said.push_back(model.status()); });

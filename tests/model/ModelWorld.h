@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/SessionStore.h"
+#include "library/LibraryStorage.h"
 #include "model/LibraryModel.h"
 #include "support/MemoryFileSystem.h"
 
@@ -31,7 +31,7 @@ protected:
         with.after = [this](std::chrono::milliseconds, QObject*, std::function<void()> function) {
             timers_.push_back(std::move(function));
         };
-        with.scan = [this](const files::FileUrl&, const library::LibraryScanner::Progress& progress,
+        with.scan = [this](const files::FileUrl&, const library::ScanProgress& progress,
                            const std::stop_token&) {
             if (scanned_.photos.size() >= 100) progress(100);
             return scanned_;
@@ -41,15 +41,15 @@ protected:
     }
 
     /// A model with the document in place, read and looked at.
-    std::unique_ptr<LibraryModel> model(const library::LibrarySession& session = {}) {
+    std::unique_ptr<LibraryModel> model(const library::LibraryContents& session = {}) {
         auto made = std::make_unique<LibraryModel>(document_, session, surroundings());
         settle();
         return made;
     }
 
     /// A library of /p with these names, each a file.
-    library::LibrarySession libraryOf(const std::vector<std::string>& names) {
-        library::LibrarySession session{.folders = {url("/p/")}};
+    library::LibraryContents libraryOf(const std::vector<std::string>& names) {
+        library::LibraryContents session{.folders = {url("/p/")}};
         for (const auto& name : names) {
             system_.write("/p/" + name, name);
             session.photos.push_back(photo("/p/" + name));
@@ -85,14 +85,14 @@ protected:
         ASSERT_TRUE(task.isFinished());
     }
 
-    library::LibrarySession onDisk() { return library::SessionStore::load(system_, document_); }
+    library::LibraryContents onDisk() { return library::readLibrary(system_, document_); }
 
     test::MemoryFileSystem system_;
     files::FileUrl document_ = url("/data/Lumisort/library.json");
-    std::vector<desktop::Volume> volumes_;
+    std::vector<volumes::Volume> volumes_;
     std::deque<std::function<void()>> jobs_;
     std::vector<std::function<void()>> timers_;
-    library::LibraryScanner::Result scanned_;
+    library::FolderScan scanned_;
     SimilarityEngines engines_ = SimilarityEngines::real();
 };
 

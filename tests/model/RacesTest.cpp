@@ -22,7 +22,7 @@ TEST_F(RacesTest, WhateverMeetsEndsInOneState) {
     for (const auto& folder : folders)
         std::ranges::copy(photosIn(folder, photosPerFolder), std::back_inserter(all));
     for (const auto& photo : all) system_.write(photo.url.path(), "x");
-    LibraryModel model(document_, library::LibrarySession{}, threaded(photosPerFolder));
+    LibraryModel model(document_, library::LibraryContents{}, threaded(photosPerFolder));
     model.setSimilarityMethod(SimilarityMethod::nearDuplicates);
     std::vector<QFuture<void>> flushes;
     const auto any = [this](const auto& list) -> const auto& { return list[random_() % list.size()]; };
@@ -70,7 +70,7 @@ TEST_F(RacesTest, WhateverMeetsEndsInOneState) {
     EXPECT_FALSE(model.busy());
     EXPECT_FALSE(model.similarityRunning());
     EXPECT_EQ(asTest([&] { return onDisk(); }),
-              (library::LibrarySession{model.photos(), model.folders(), model.reviewMarks()}));
+              (library::LibraryContents{model.photos(), model.folders(), model.reviewMarks()}));
     const auto present = std::ranges::count_if(
         model.photos(), [&](const auto& photo) { return system_.contents(photo.url.path()).has_value(); });
     EXPECT_EQ(model.availableCount(), present);

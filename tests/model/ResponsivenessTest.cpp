@@ -39,8 +39,8 @@ TEST_F(ResponsivenessTest, TheEventLoopTurnsWhateverGoesOn) {
     for (const auto& each : {folder, other})
         for (const auto& photo : photosIn(each, photosPerFolder)) system_.write(photo.url.path(), "x");
     asTest([&] {
-        library::SessionStore::save(
-            system_, {.photos = photosIn(folder, photosPerFolder), .folders = {folder}}, document_);
+        library::writeLibrary(system_, {.photos = photosIn(folder, photosPerFolder), .folders = {folder}},
+                              document_);
     });
     const auto with = slow();
     LibraryModel model(document_, std::nullopt, with);

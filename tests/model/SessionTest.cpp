@@ -30,7 +30,7 @@ TEST_F(SessionTest, StartsWithWhatTheDocumentHolds) {
     EXPECT_EQ(started()->status(), "Ready"); // no document yet
 
     const auto session = libraryOf({"a.jpg", "b.jpg"});
-    library::SessionStore::save(system_, session, document_);
+    library::writeLibrary(system_, session, document_);
     const auto model = started();
     EXPECT_EQ(model->photos(), session.photos);
     EXPECT_EQ(model->folders(), session.folders);
@@ -44,7 +44,7 @@ TEST_F(SessionTest, StartsWithWhatTheDocumentHolds) {
 
 TEST_F(SessionTest, KeepsADocumentThatAnotherProgramWroteMeanwhileAndSaysSoOnce) {
     const auto session = libraryOf({"a.jpg"});
-    library::SessionStore::save(system_, session, document_);
+    library::writeLibrary(system_, session, document_);
     const auto model = started();
     const std::string theirs = R"({"photos":[],"folders":["file:///theirs/"]})";
     system_.write(document_.path(), theirs);

@@ -39,11 +39,10 @@ protected:
         with.after = [](std::chrono::milliseconds, QObject* context, std::function<void()> function) {
             QTimer::singleShot(0, context, std::move(function));
         };
-        with.scan = [photosPerFolder](const files::FileUrl& folder,
-                                      const library::LibraryScanner::Progress& progress,
+        with.scan = [photosPerFolder](const files::FileUrl& folder, const library::ScanProgress& progress,
                                       const std::stop_token&) {
             for (std::size_t found = 100; found < 1000; found += 100) progress(found);
-            return library::LibraryScanner::Result{photosIn(folder, photosPerFolder), 1};
+            return library::FolderScan{photosIn(folder, photosPerFolder), 1};
         };
         with.engines.near = [](const auto& photos, auto, const auto& cache, int, const auto& progress,
                                const auto& stop) {

@@ -1,5 +1,6 @@
-#include "library/ImportSelection.h"
 #include "model/VisiblePhotos.h"
+
+#include "library/OrganizeSelection.h"
 
 #include <gmock/gmock.h>
 
@@ -155,8 +156,7 @@ TEST(LibraryState, CountsStayRightThroughAnything) {
             readable += state.isReadable(each);
             keep += state.decision(each) == ReviewDecision::keep;
             cleanup += state.decision(each) == ReviewDecision::cleanup;
-            eligible += state.isReadable(each) &&
-                        library::ImportSelection::isEligible(state.photos()[each], state.marks());
+            eligible += state.isReadable(each) && library::isToOrganize(state.photos()[each], state.marks());
         }
         ASSERT_EQ(state.readableCount(), readable);
         ASSERT_EQ(state.importCount(), keep);

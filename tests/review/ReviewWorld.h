@@ -42,7 +42,7 @@ protected:
         return names;
     }
 
-    library::LibrarySession session_;
+    library::LibraryContents session_;
     std::vector<similarity::SimilarityGroup> groups_;
     std::unique_ptr<model::LibraryModel> model_;
     std::unique_ptr<LibraryWindow> window_;

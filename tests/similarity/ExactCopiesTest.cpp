@@ -31,7 +31,7 @@ struct ExactCopiesTest : testing::Test {
     void list(const std::string& path) { photos.push_back({.url = files::FileUrl::fromPath(path)}); }
 
     Groups duplicates() {
-        const auto copies = LibraryScanner::duplicates(system, photos, observer, stop.get_token());
+        const auto copies = findExactCopies(system, photos, observer, stop.get_token());
         failed = copies.failed;
         Groups paths;
         for (const auto& group : copies.groups) {

@@ -2,14 +2,14 @@
 
 #include "app/commandline/Folders.h"
 #include "app/commandline/Text.h"
-#include "library/SessionStore.h"
+#include "library/LibraryLocation.h"
 
 #include <stdexcept>
 
 namespace lumisort::app {
 
 files::FileUrl documentAt(const std::string& path) {
-    return path.empty() ? library::SessionStore::location() : fileArgument(path);
+    return path.empty() ? library::libraryLocation() : fileArgument(path);
 }
 
 std::string lockFileOf(const files::FileUrl& document) {

@@ -1,7 +1,7 @@
 #include "app/commandline/Folders.h"
 
 #include "app/commandline/Text.h"
-#include "library/LibraryScanner.h"
+#include "library/FolderScan.h"
 #include "platform/files/FileSystem.h"
 #include "platform/tasks/Cancellation.h"
 
@@ -58,7 +58,7 @@ FoundPhotos scanFolders(const std::vector<files::FileUrl>& folders, Surroundings
     FoundPhotos found;
     for (const auto& folder : folders) {
         const auto before = found.photos.size();
-        auto scanned = library::LibraryScanner::scan(
+        auto scanned = library::scanFolder(
             folder,
             [&](std::size_t count) {
                 with.progress.show(-1, "Scanning " + counted(before + count, "photo") + "…");

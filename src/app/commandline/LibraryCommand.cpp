@@ -3,7 +3,7 @@
 #include "app/commandline/Json.h"
 #include "app/commandline/OpenLibrary.h"
 #include "app/commandline/Text.h"
-#include "library/Containment.h"
+#include "library/FolderMatcher.h"
 #include "library/RecordForms.h"
 
 #include <CLI/CLI.hpp>
@@ -192,7 +192,8 @@ void addLibraryCommand(CLI::App& program, Command& chosen) {
     group->require_subcommand(1);
     const auto options = std::make_shared<LibraryOptions>();
     const auto addDocument = [&](CLI::App& command) {
-        command.add_option("--library", options->document, "The library document, in place of the user's own");
+        command.add_option("--library", options->document,
+                           "The library document, in place of the user's own");
     };
     addDocument(*group); // before the command's name as well as behind it
     const auto subcommand = [&](const char* name, const char* description,

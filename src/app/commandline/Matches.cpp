@@ -53,8 +53,7 @@ bool Matches::failed() const {
 Matches exactMatches(const std::vector<library::Photo>& photos, similarity::SimilarityLevel,
                      Surroundings& with) {
     with.progress.show(-1, "Comparing files…");
-    auto [groups, failed] =
-        similarity::LibraryScanner::duplicates(files::FileSystem::real(), photos, {}, with.stop);
+    auto [groups, failed] = similarity::findExactCopies(files::FileSystem::real(), photos, {}, with.stop);
     tasks::checkCancelled(with.stop); // the engine answers a stop with no groups, which is no result
     Matches matches{.failedCount = failed};
     for (auto& group : groups)

@@ -2,8 +2,8 @@
 #include "app/commandline/Folders.h"
 #include "app/commandline/OpenLibrary.h"
 #include "app/commandline/Text.h"
-#include "library/ImportSelection.h"
-#include "library/SessionStore.h"
+#include "library/LibraryStorage.h"
+#include "library/OrganizeSelection.h"
 #include "organize/ArchiveEngine.h"
 #include "organize/FailureLine.h"
 #include "platform/tasks/Cancellation.h"
@@ -31,13 +31,12 @@ struct OrganizeOptions {
 FoundPhotos chosenPhotos(const OrganizeOptions& options, Surroundings& with) {
     if (options.folders.empty()) {
         const auto library = libraryContents(options.library, with);
-        return {library::ImportSelection::eligible(library.available, library.marks)};
+        return {library::photosToOrganize(library.available, library.marks)};
     }
     auto found = scanFolders(folderArguments(options.folders), with);
     if (!options.library.empty()) {
-        const auto session =
-            library::SessionStore::load(files::FileSystem::real(), fileArgument(options.library));
-        found.photos = library::ImportSelection::eligible(found.photos, session.reviewMarks);
+        const auto session = library::readLibrary(files::FileSystem::real(), fileArgument(options.library));
+        found.photos = library::photosToOrganize(found.photos, session.reviewMarks);
     }
     return found;
 }

@@ -1,7 +1,7 @@
 #include "app/desktop/SampleLibrary.h"
 
-#include "library/LibraryScanner.h"
-#include "library/SessionStore.h"
+#include "library/FolderScan.h"
+#include "library/LibraryStorage.h"
 
 #include <QDir>
 #include <QImage>
@@ -63,9 +63,8 @@ void SampleLibrary::paintPictures() const {
 void SampleLibrary::writeDocument() const {
     auto& system = files::FileSystem::real();
     const auto unplugged = files::FileUrl::fromPath(folder_.child("unplugged").path() + '/');
-    library::LibrarySession session{.photos =
-                                        library::LibraryScanner::scan(pictures_, [](std::size_t) {}).photos,
-                                    .folders = {pictures_, unplugged}};
+    library::LibraryContents session{.photos = library::scanFolder(pictures_, [](std::size_t) {}).photos,
+                                     .folders = {pictures_, unplugged}};
     const auto mark = [&](const char* name, library::ReviewDecision decision) {
         const auto photo = pictures_.child(name);
         session.reviewMarks[photo.path()] = {decision, library::FingerprintStamp::read(system, photo)};
@@ -73,7 +72,7 @@ void SampleLibrary::writeDocument() const {
     mark("lake.png", library::ReviewDecision::keep);
     mark("hills small.png", library::ReviewDecision::cleanup);
     session.photos.push_back({.url = unplugged.child("far away.jpg"), .bytes = 1});
-    library::SessionStore::save(system, session, document_);
+    library::writeLibrary(system, session, document_);
 }
 
 } // namespace lumisort::app

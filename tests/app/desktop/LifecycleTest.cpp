@@ -1,6 +1,6 @@
 #include "app/desktop/Lifecycle.h"
 
-#include "library/SessionStore.h"
+#include "library/LibraryStorage.h"
 #include "support/TemporaryFolder.h"
 #include "support/quick/QuickStage.h"
 
@@ -13,7 +13,7 @@ namespace {
 class LifecycleTest : public testing::Test {
 protected:
     std::size_t foldersWritten() const {
-        return library::SessionStore::load(files::FileSystem::real(), document_).folders.size();
+        return library::readLibrary(files::FileSystem::real(), document_).folders.size();
     }
 
     test::TemporaryFolder folder_;
@@ -50,7 +50,7 @@ TEST_F(LifecycleTest, WaitsForTheStartUpReadAndTheLastWrite) {
 
 TEST_F(LifecycleTest, AWriteThatFailsKeepsNobodyFromQuitting) {
     const auto unwritable = files::FileUrl::fromPath("/proc/lumisort/library.json");
-    model::LibraryModel model(unwritable, library::LibrarySession{.folders = {document_}});
+    model::LibraryModel model(unwritable, library::LibraryContents{.folders = {document_}});
     lifecycle_.setModel(&model);
     model.removeFolder(document_);
     lifecycle_.quit();

@@ -24,7 +24,7 @@ protected:
         return chosen;
     }
 
-    library::LibrarySession session_;
+    library::LibraryContents session_;
     std::unique_ptr<model::LibraryModel> model_;
     std::unique_ptr<MarkHistory> history_;
 };
