@@ -74,7 +74,7 @@ void OriginalPane::changeView() {
     update();
 }
 
-PaneView OriginalPane::view() const {
+ui::PaneView OriginalPane::view() const {
     return {.pane = size(),
             .picture = {original_->width(), original_->height()},
             .zoom = zoom_,
@@ -85,11 +85,11 @@ PaneView OriginalPane::view() const {
 }
 
 QPointF OriginalPane::dragged(QPointF start, QPointF translation) const {
-    return original_ ? draggedCenter(view(), start, translation) : center_;
+    return original_ ? ui::draggedCenter(view(), start, translation) : center_;
 }
 
 QPointF OriginalPane::zoomed(double zoom, QPointF anchor) const {
-    return original_ ? zoomedCenter(view(), zoom, anchor) : center_;
+    return original_ ? ui::zoomedCenter(view(), zoom, anchor) : center_;
 }
 
 QSGNode* OriginalPane::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
@@ -117,7 +117,7 @@ void OriginalPane::wheelEvent(QWheelEvent* event) {
     // Under X11 the measured way is the driver's guess, so that notches are the better measure there.
     const bool measured =
         !event->pixelDelta().isNull() && QGuiApplication::platformName() != QLatin1String("xcb");
-    const double factor = wheelFactor(measured ? event->pixelDelta().y() : 0, event->angleDelta().y());
+    const double factor = ui::wheelFactor(measured ? event->pixelDelta().y() : 0, event->angleDelta().y());
     if (factor != 1) Q_EMIT wheelTurned(factor, event->position());
     event->accept();
 }

@@ -2,7 +2,7 @@
 
 #include "library/OriginalDecodeQueue.h"
 #include "model/TaskRunner.h"
-#include "review/viewer/PaneGeometry.h"
+#include "ui/PaneGeometry.h"
 
 #include <QPointF>
 #include <QQuickItem>
@@ -35,7 +35,7 @@ public:
     /// The photo, as FileUrl writes it; "" for none.
     QString url() const { return url_; }
     void setUrl(const QString& url);
-    /// The view, as PaneView has it.
+    /// The view, as ui::PaneView has it.
     double zoom() const { return zoom_; }
     void setZoom(double zoom);
     QPointF center() const { return center_; }
@@ -47,7 +47,7 @@ public:
     /// Why there is no picture, fit to be shown; "" otherwise.
     QString error() const { return error_; }
     /// Where the picture lies; empty without one.
-    QRectF place() const { return original_ ? placeOf(view()) : QRectF(); }
+    QRectF place() const { return original_ ? ui::placeOf(view()) : QRectF(); }
 
     /// See draggedCenter and zoomedCenter; without a picture the centre stays as it is.
     Q_INVOKABLE QPointF dragged(QPointF start, QPointF translation) const;
@@ -67,7 +67,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
-    PaneView view() const;
+    ui::PaneView view() const;
     void changeView();
     void show(library::OriginalDecodeQueue::Answer answer);
 

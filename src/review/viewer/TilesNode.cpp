@@ -22,7 +22,7 @@ QImage imageOf(const Original& original, std::size_t level, const QRect& part) {
 
 } // namespace
 
-void TilesNode::show(QQuickWindow& window, const Original& original, const PaneView& view) {
+void TilesNode::show(QQuickWindow& window, const Original& original, const ui::PaneView& view) {
     std::map<Key, QSGImageNode*> before;
     if (original == original_)
         before = std::exchange(tiles_, {});
@@ -31,10 +31,10 @@ void TilesNode::show(QQuickWindow& window, const Original& original, const PaneV
         tiles_.clear();
         original_ = original;
     }
-    const auto level = original->levelFor(scaleOf(view) * view.pixelRatio);
+    const auto level = original->levelFor(ui::scaleOf(view) * view.pixelRatio);
     const auto& picture = original->levels()[level];
     const auto filtering = view.actualPixels ? QSGTexture::Nearest : QSGTexture::Linear;
-    for (const auto& tile : visibleTiles(view, static_cast<int>(level), {picture.width, picture.height})) {
+    for (const auto& tile : ui::visibleTiles(view, static_cast<int>(level), {picture.width, picture.height})) {
         const Key key(level, tile.cell.x(), tile.cell.y());
         auto* node = [&] {
             if (auto known = before.extract(key)) return known.mapped();

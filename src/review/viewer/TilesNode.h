@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/OriginalDecodeQueue.h"
-#include "review/viewer/PaneGeometry.h"
+#include "ui/PaneGeometry.h"
 
 #include <QSGImageNode>
 #include <map>
@@ -19,7 +19,7 @@ namespace lumisort::review {
 class TilesNode : public QSGTransformNode {
 public:
     void show(QQuickWindow& window, const library::OriginalDecodeQueue::Original& original,
-              const PaneView& view);
+              const ui::PaneView& view);
 
 private:
     using Key = std::tuple<std::size_t, int, int>; ///< level, column, row

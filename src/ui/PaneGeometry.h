@@ -9,7 +9,7 @@
 
 /// Where a photo lies in its pane, and which parts of it have to be drawn. Panes are measured in logical
 /// pixels of the window, pictures in their own. Pure functions.
-namespace lumisort::review {
+namespace lumisort::ui {
 
 struct PaneView {
     QSizeF pane;
@@ -54,4 +54,4 @@ inline constexpr int tileSide = 1024;
 /// The tiles of `level` (a level of the picture's pyramid, of size `levelSize`) that the pane shows.
 std::vector<PaneTile> visibleTiles(const PaneView& view, int level, QSize levelSize);
 
-} // namespace lumisort::review
+} // namespace lumisort::ui

@@ -1,11 +1,11 @@
-#include "review/viewer/PaneGeometry.h"
+#include "ui/PaneGeometry.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <ostream>
 
-namespace lumisort::review {
+namespace lumisort::ui {
 namespace {
 
 void expectNear(QPointF a, QPointF b) {
@@ -133,4 +133,4 @@ TEST(PaneGeometry, TilesCoverWhatIsSeenAndNoMore) {
 }
 
 } // namespace
-} // namespace lumisort::review
+} // namespace lumisort::ui

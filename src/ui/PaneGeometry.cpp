@@ -1,9 +1,9 @@
-#include "review/viewer/PaneGeometry.h"
+#include "ui/PaneGeometry.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace lumisort::review {
+namespace lumisort::ui {
 namespace {
 
 /// Neighbouring tiles share this many pixels, so that a filter finds on both sides of a seam what belongs
@@ -124,4 +124,4 @@ std::vector<PaneTile> visibleTiles(const PaneView& view, int level, QSize levelS
     return tiles;
 }
 
-} // namespace lumisort::review
+} // namespace lumisort::ui
