@@ -50,13 +50,13 @@ double sink = 0;
 /// As many evaluations of a sigmoid and its derivative at 81 wavelengths as the exposure cube's fits take.
 void plainEvaluations(const FilmSpectralModel& model, long evaluations) {
     for (long k = 0; k < evaluations; ++k) {
-        Vector3 rgb, d0, d1, d2;
+        LinearRgb rgb, d0, d1, d2;
         const double c = 1e-6 * static_cast<double>(k);
         for (std::size_t i = 0; i < spectralSampleCount; ++i) {
             const double t = static_cast<double>(i) / 40 - 1;
             const double z = c * t * t - c * t + 0.1;
             const double h = std::hypot(1, z);
-            const Vector3 slope = model.reflectionWeights[i] * (0.5 / (h * h * h));
+            const LinearRgb slope = model.reflectionWeights[i] * (0.5 / (h * h * h));
             rgb += model.reflectionWeights[i] * (0.5 * z / h + 0.5);
             d0 += slope * (t * t);
             d1 += slope * t;
@@ -70,7 +70,7 @@ void plainEvaluations(const FilmSpectralModel& model, long evaluations) {
 void plainTransmissions(const FilmSpectralModel& model, const Spectral<Vector3>& dyes) {
     for (int node = 0; node < 33 * 33 * 33; ++node) {
         const Vector3 density = Vector3{double(node % 33), double(node / 33 % 33), double(node / 1089)} / 10;
-        Vector3 seen;
+        Transmission seen;
         for (std::size_t i = 0; i < spectralSampleCount; ++i) {
             seen += model.paperWeights[i] * std::pow(10.0, -dot(density, dyes[i]));
         }
@@ -102,9 +102,9 @@ double stopSeconds() {
 
 int main() {
     const FilmSpectralModel model(FilmStock::portra400, FilmPaper::glossy);
-    std::vector<Vector3> colours;
+    std::vector<LinearRgb> colours;
     for (int node = 1; node < 33 * 33 * 33; ++node) {
-        colours.push_back(Vector3{double(node % 33), double(node / 33 % 33), double(node / 1089)} / 32);
+        colours.push_back(LinearRgb{double(node % 33), double(node / 33 % 33), double(node / 1089)} / 32);
     }
     long evaluations = 0;
     model.reconstructor().reconstruct(
@@ -115,9 +115,9 @@ int main() {
     row("exposure cube, one core", exposure, "its evaluations with hypot",
         best(processorSeconds, [&] { plainEvaluations(model, evaluations); }));
     const double optical = best(processorSeconds, [&] {
-        opticalCube(model, OpticalCube::negative, 1);
-        opticalCube(model, OpticalCube::paper, 1);
-        densityCurveImage(model);
+        negativeCube(model, 1);
+        paperCube(model, 1);
+        densityCurves(model);
     });
     row("both optical cubes and the curves, one core", optical, "their sums with pow",
         best(processorSeconds, [&] {

@@ -10,13 +10,13 @@ namespace {
 FilmLookupCube built(const FilmSpectralModel& model, InspectedCube cube, std::stop_token stop) {
     switch (cube) {
     case InspectedCube::negative:
-        return opticalCube(model, OpticalCube::negative, 0, std::move(stop));
+        return negativeCube(model, 0, std::move(stop)).cube;
     case InspectedCube::paper:
-        return opticalCube(model, OpticalCube::paper, 0, std::move(stop));
+        return paperCube(model, 0, std::move(stop)).cube;
     case InspectedCube::exposure:
         break;
     }
-    return exposureCube(model, 0, std::move(stop));
+    return exposureCube(model, 0, std::move(stop)).cube;
 }
 
 std::string_view meaning(InspectedCube cube) {

@@ -1,8 +1,8 @@
 #include "film/inspect/Chart.h"
 #include "film/inspect/FilmInspection.h"
 #include "film/optics/Colorimetry.h"
+#include "film/optics/FilmConstants.h"
 #include "film/optics/FilmSpectralModel.h"
-#include "film/optics/GenericMaterials.h"
 
 #include <algorithm>
 #include <cmath>
@@ -34,7 +34,9 @@ Points drawn(double from, double to, const F& valueAt) {
     return points;
 }
 
-std::vector<ChartLine> spectra(const Spectral<Vector3>& values, const Names& names, const Names& colours) {
+template <class Space>
+std::vector<ChartLine> spectra(const Spectral<Triple<Space>>& values, const Names& names,
+                               const Names& colours) {
     std::vector<ChartLine> lines;
     for (std::size_t c = 0; c < 3; ++c) {
         Points points;
@@ -48,16 +50,14 @@ std::vector<ChartLine> spectra(const Spectral<Vector3>& values, const Names& nam
 
 Chart sensitivityChart(const FilmSpectralModel& model) {
     constexpr double decades = 3;
+    const double highest = model.stock.isMeasured() ? decades : 0;
     Chart chart{.title = "Film: spectral sensitivity",
                 .x = wavelengths,
-                .y = {"log₁₀ sensitivity (relative)", model.material ? 0 : -decades,
-                      model.material ? decades : 0, 0.5, 1}};
+                .y = {"log₁₀ sensitivity (relative)", highest - decades, highest, 0.5, 1}};
     for (std::size_t c = 0; c < 3; ++c) {
         const auto logSensitivity = [&](double wavelength) {
-            const double value = model.material ? model.material->layers[c].sensitivity.value(wavelength)
-                                                : lobe(wavelength, filmSensitivityLobes.centresNM[c],
-                                                       filmSensitivityLobes.widthsNM[c]);
-            return std::log10(std::max(value, 1e-6)); // below the chart, where there is none
+            const double sensitivity = value(model.stock.layers[c].sensitivity, wavelength);
+            return std::log10(std::max(sensitivity, 1e-6)); // below the chart, where there is none
         };
         chart.lines.push_back({layerNames[c], layerColours[c], drawn(380, 780, logSensitivity)});
     }
@@ -66,25 +66,25 @@ Chart sensitivityChart(const FilmSpectralModel& model) {
 
 Chart characteristicChart(const FilmSpectralModel& model) {
     Chart chart{.title = "Film: characteristic curves"};
-    if (const FilmMaterialProfile* profile = model.material) {
+    if (model.stock.isMeasured()) {
         chart.x = {"log₁₀ exposure (lux·s)", -3.6, 0.6, 0.5, 1};
         chart.y = {"Density (Status M)", 0, 3.5, 0.5, 1};
         for (std::size_t c = 0; c < 3; ++c) {
-            const MonotoneCurve& curve = profile->layers[c].characteristic;
+            const CharacteristicCurve& curve = model.stock.layers[c].characteristic;
+            const auto* measured = std::get_if<MonotoneCurve>(&curve);
             chart.lines.push_back({layerNames[c], layerColours[c],
-                                   drawn(-3.6, 0.6, [&](double x) { return curve.value(x); }),
-                                   curve.points()});
+                                   drawn(-3.6, 0.6, [&](double x) { return density(curve, x); }),
+                                   measured ? measured->points() : Points{}});
         }
-        chart.mark = {profile->neutralLogExposure, "mid-grey"};
     } else {
         chart.x = {"log₁₀ exposure, relative to mid-grey", -4, 4, 1, 0};
         chart.y = {"Density above base", 0, 3.5, 0.5, 1};
-        const auto density = [&](double x) {
-            return model.layerDensity(Vector3::filled(midGreyExposure * std::pow(10.0, x)))[0];
+        const auto developed = [&](double x) {
+            return model.layerDensity(Exposure::filled(midGreyExposure * std::pow(10.0, x)))[0];
         };
-        chart.lines.push_back({"All layers", neutralColour, drawn(-4, 4, density)});
-        chart.mark = {0, "mid-grey"};
+        chart.lines.push_back({"All layers", neutralColour, drawn(-4, 4, developed)});
     }
+    chart.mark = {model.stock.neutralLogExposure, "mid-grey"};
     return chart;
 }
 
@@ -93,8 +93,8 @@ Chart dyeChart(const FilmSpectralModel& model) {
                 .x = wavelengths,
                 .y = shares,
                 .lines = spectra(model.dyes, dyeNames, dyeColours)};
-    if (model.material) {
-        const SampledSpectrum& base = model.material->baseDensity;
+    if (model.stock.isMeasured()) {
+        const SampledSpectrum& base = model.stock.baseDensity;
         chart.y.label = "Share of absorption; base density";
         chart.lines.push_back({"Base", neutralColour,
                                drawn(380, 780, [&](double wavelength) { return base.value(wavelength); }),
@@ -106,11 +106,11 @@ Chart dyeChart(const FilmSpectralModel& model) {
 }
 
 Chart paperSensitivityChart(const FilmSpectralModel& model) {
-    Spectral<Vector3> relative = model.paperWeights;
+    Spectral<Transmission> relative = model.paperWeights;
     for (std::size_t c = 0; c < 3; ++c) {
         double peak = 0;
-        for (const Vector3& weights : model.paperWeights) peak = std::max(peak, weights[c]);
-        for (Vector3& weights : relative) weights[c] /= peak;
+        for (const Transmission& weights : model.paperWeights) peak = std::max(peak, weights[c]);
+        for (Transmission& weights : relative) weights[c] /= peak;
     }
     return {.title = "Paper: sensitivity under the printing lamp",
             .x = wavelengths,
@@ -119,9 +119,7 @@ Chart paperSensitivityChart(const FilmSpectralModel& model) {
 }
 
 Chart paperCurveChart(const FilmSpectralModel& model) {
-    const auto density = [&](double logDose) {
-        return model.paperMinimum + model.paperRange / (1 + std::exp(-model.paperSlope * logDose));
-    };
+    const auto density = [&](double logDose) { return model.paper.curve.density(logDose); };
     const double neutral = model.paperCalibration;
     return {.title = "Paper: characteristic curve",
             .x = {"log₁₀ print dose (relative)", -3, 3, 1, 0},
@@ -154,7 +152,7 @@ text { font-family: "Noto Sans", "DejaVu Sans", Helvetica, Arial, sans-serif; fi
 std::string spectrumGradient() {
     std::string svg = "<linearGradient id=\"spectrum\">\n";
     for (std::size_t i = 0; i < spectralSampleCount; i += 2) {
-        const Vector3 linear = linearRGBFromXYZ * observer(wavelengthNM(i));
+        const LinearRgb linear = linearRgbFromXyz * colourMatching1931(wavelengthNM(i));
         std::array<int, 3> srgb{};
         for (std::size_t c = 0; c < 3; ++c) {
             const double encoded = std::pow(std::clamp(linear[c], 0.0, 1.0), 1 / 2.2);
@@ -167,14 +165,15 @@ std::string spectrumGradient() {
     return svg + "</linearGradient>\n";
 }
 
-std::string subtitle(const FilmSpectralModel& model) {
-    if (!model.material) {
-        return std::string("Film and paper assumed, no measurements behind the curves") +
-               (model.stock == FilmStock::mono400 ? "; every layer receives the luminance of all three" : "");
+std::string subtitle(const StockProfile& stock) {
+    if (stock.isMeasured()) {
+        return (stock.isoSpeed ? "ISO " + std::to_string(*stock.isoSpeed) + ". " : "") +
+               "Sensitivities, curves and base after the manufacturer's data sheet, dots where they were "
+               "read; "
+               "dyes and paper assumed.";
     }
-    return "ISO " + std::to_string(model.material->isoSpeed) +
-           ". Sensitivities, curves and base after the manufacturer's data sheet, dots where they were read; "
-           "dyes and paper assumed.";
+    return std::string("Film and paper assumed, no measurements behind the curves") +
+           (stock.isPanchromatic ? "; every layer receives the luminance of all three" : "");
 }
 
 } // namespace
@@ -192,8 +191,8 @@ std::string plotSvg(FilmStock stock, FilmPaper paper) {
                       heading + "</title>\n" + styles + spectrumGradient() +
                       "<rect width=\"1480\" height=\"860\" fill=\"#fff\"/>\n"
                       "<text x=\"74\" y=\"46\" class=\"title\">" +
-                      heading + "</text>\n<text x=\"74\" y=\"70\" class=\"subtitle\">" + subtitle(model) +
-                      "</text>\n";
+                      heading + "</text>\n<text x=\"74\" y=\"70\" class=\"subtitle\">" +
+                      subtitle(model.stock) + "</text>\n";
     const std::array charts{sensitivityChart(model),      characteristicChart(model), dyeChart(model),
                             paperSensitivityChart(model), paperCurveChart(model),     paperDyeChart(model)};
     for (std::size_t i = 0; i < charts.size(); ++i) {

@@ -24,19 +24,18 @@ constexpr double secondRadiationConstant = 14387.76877;
 
 } // namespace
 
-double lobe(double wavelength, double centre, double width) {
-    const double x = (wavelength - centre) / width;
-    return std::exp(-0.5 * (x * x));
+double transmission(double density) {
+    return density < 0 ? 1.0 : std::pow(10.0, -density);
 }
 
-double blackbody(double wavelength, double kelvin) {
-    const double micrometres = wavelength / 1000;
+double blackbody(double wavelengthNM, double kelvin) {
+    const double micrometres = wavelengthNM / 1000;
     return 1 / (std::pow(micrometres, 5) * std::expm1(secondRadiationConstant / (micrometres * kelvin)));
 }
 
-Vector3 observer(double wavelength) {
-    const auto s = [wavelength](double centre, double below, double above) {
-        return twoSided(wavelength, centre, below, above);
+Xyz colourMatching1931(double wavelengthNM) {
+    const auto s = [wavelengthNM](double centre, double below, double above) {
+        return twoSided(wavelengthNM, centre, below, above);
     };
     return {1.056 * s(599.8, 0.0264, 0.0323) + 0.362 * s(442.0, 0.0624, 0.0374) -
                 0.065 * s(501.1, 0.0490, 0.0382),
@@ -44,9 +43,10 @@ Vector3 observer(double wavelength) {
             1.217 * s(437.0, 0.0845, 0.0278) + 0.681 * s(459.0, 0.0385, 0.0725)};
 }
 
-Vector3 adaptToD65(const Vector3& xyz, const Vector3& sourceWhite) {
-    const Vector3 adapted = (bradford * xyz) * coneD65 / (bradford * sourceWhite);
-    return inverseBradford * adapted;
+Xyz adaptToD65(const Xyz& xyz, const Xyz& sourceWhite) {
+    const Vector3 cones = bradford * Vector3{xyz.v};
+    const Vector3 adapted = cones * coneD65 / (bradford * Vector3{sourceWhite.v});
+    return {(inverseBradford * adapted).v};
 }
 
 } // namespace lumisort::film

@@ -1,206 +1,180 @@
 #include "film/optics/FilmSpectralModel.h"
 
 #include "film/optics/Colorimetry.h"
-#include "film/optics/FilmMaterials.h"
-#include "film/optics/GenericMaterials.h"
-#include "film/optics/Invariant.h"
+#include "film/optics/FilmConstants.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace lumisort::film {
 namespace {
 
-template <class F>
-auto sampled(F&& valueAt) {
-    Spectral<decltype(valueAt(std::size_t{}))> values{};
-    for (std::size_t i = 0; i < spectralSampleCount; ++i) values[i] = valueAt(i);
-    return values;
-}
+constexpr double daylightKelvin = 6504;
 
-template <class T>
-T total(const Spectral<T>& values) {
-    T result{};
-    for (const T& value : values) result += value;
-    return result;
-}
+/// Smooth spectra that are mixed into any colour that a plain reflectance cannot have.
+constexpr GaussianTriple reconstructionBands{{625, 535, 455}, {20, 20, 20}};
 
-Vector3 lobesAt(const Lobes& lobes, double wavelength) {
-    Vector3 values;
-    for (std::size_t c = 0; c < 3; ++c) values[c] = lobe(wavelength, lobes.centresNM[c], lobes.widthsNM[c]);
-    return values;
-}
-
-// The lobes share the light: they sum to one.
-Vector3 sharesAt(const Lobes& lobes, double wavelength) {
-    const Vector3 values = lobesAt(lobes, wavelength);
-    return values / sum(values);
+template <class ValueAt>
+Spectral<Vector3> perLayer(const std::array<FilmLayer, 3>& layers, const ValueAt& valueAt) {
+    return sampled([&](double wavelength) {
+        return Vector3{valueAt(layers[0], wavelength), valueAt(layers[1], wavelength),
+                       valueAt(layers[2], wavelength)};
+    });
 }
 
 // A black body with the weights of the trapezoid rule in it, so that integrals become plain sums.
 Spectral<double> integrable(double kelvin) {
-    Spectral<double> light = sampled([&](std::size_t i) { return blackbody(wavelengthNM(i), kelvin); });
+    Spectral<double> light = sampled([&](double wavelength) { return blackbody(wavelength, kelvin); });
     light.front() *= 0.5;
     light.back() *= 0.5;
     return light;
 }
 
 // Sensitivities under a light, so scaled that a perfect white exposes every layer by one.
-Spectral<Vector3> exposureWeights(const Spectral<Vector3>& sensitivity, const Spectral<double>& light) {
-    const Spectral<Vector3> product = sampled([&](std::size_t i) { return sensitivity[i] * light[i]; });
+template <class Response>
+Spectral<Response> responseWeights(const Spectral<Vector3>& sensitivity, const Spectral<double>& light) {
+    Spectral<Vector3> product{};
+    for (std::size_t i = 0; i < spectralSampleCount; ++i) product[i] = sensitivity[i] * light[i];
     const Vector3 white = total(product);
-    return sampled([&](std::size_t i) { return product[i] / white; });
+    Spectral<Response> weights{};
+    for (std::size_t i = 0; i < spectralSampleCount; ++i) weights[i] = {(product[i] / white).v};
+    return weights;
 }
 
-Spectral<Vector3> displayWeights(const Spectral<double>& light) {
-    const Spectral<Vector3> xyz =
-        sampled([&](std::size_t i) { return observer(wavelengthNM(i)) * light[i]; });
-    const Vector3 white = total(xyz);
-    const Vector3 sourceWhite{white[0] / white[1], 1, white[2] / white[1]};
-    const Spectral<Vector3> rgb =
-        sampled([&](std::size_t i) { return linearRGBFromXYZ * adaptToD65(xyz[i] / white[1], sourceWhite); });
-    const Vector3 whiteRGB = total(rgb);
-    return sampled([&](std::size_t i) { return rgb[i] / whiteRGB; });
+Spectral<LinearRgb> displayWeights(const Spectral<double>& light) {
+    Spectral<Xyz> xyz = sampled(colourMatching1931);
+    for (std::size_t i = 0; i < spectralSampleCount; ++i) xyz[i] = xyz[i] * light[i];
+    const Xyz white = total(xyz);
+    const Xyz sourceWhite{white[0] / white[1], 1, white[2] / white[1]};
+    Spectral<LinearRgb> rgb{};
+    for (std::size_t i = 0; i < spectralSampleCount; ++i) {
+        rgb[i] = linearRgbFromXyz * adaptToD65(xyz[i] / white[1], sourceWhite);
+    }
+    const Vector3 whiteRgb{total(rgb).v};
+    for (LinearRgb& weights : rgb) weights = weights / whiteRgb;
+    return rgb;
 }
 
-// Mixtures of smooth lobes whose display RGB is (1, 0, 0), (0, 1, 0) and (0, 0, 1).
-Spectral<Vector3> unitBasis(const Spectral<Vector3>& display) {
-    const Spectral<Vector3> lobes =
-        sampled([](std::size_t i) { return lobesAt(reconstructionLobes, wavelengthNM(i)); });
+// Mixtures of smooth bands whose display colours are (1, 0, 0), (0, 1, 0) and (0, 0, 1).
+Spectral<Vector3> unitBasis(const Spectral<LinearRgb>& display) {
+    const Spectral<Vector3> bands =
+        sampled([](double wavelength) { return reconstructionBands.at(wavelength); });
     Matrix3 seen;
-    for (std::size_t i = 0; i < spectralSampleCount; ++i) seen += outer(display[i], lobes[i]);
+    for (std::size_t i = 0; i < spectralSampleCount; ++i) seen += outer(Vector3{display[i].v}, bands[i]);
     const Matrix3 mix = inverse(seen);
-    return sampled([&](std::size_t i) { return lobes[i] * mix; });
+    Spectral<Vector3> basis{};
+    for (std::size_t i = 0; i < spectralSampleCount; ++i) basis[i] = bands[i] * mix;
+    return basis;
 }
 
-std::array<Vector3, 3> linearExposure(FilmStock stock, const Spectral<Vector3>& film,
-                                      const Spectral<Vector3>& basis) {
+ColourMatrix<Exposure, LinearRgb> linearExposure(bool isPanchromatic, const Spectral<Exposure>& film,
+                                                 const Spectral<Vector3>& basis) {
     std::array<Vector3, 3> rows;
     for (std::size_t c = 0; c < 3; ++c) {
         for (std::size_t i = 0; i < spectralSampleCount; ++i) rows[c] += basis[i] * film[i][c];
         rows[c] = rows[c] / sum(rows[c]);
     }
-    if (stock == FilmStock::mono400) {
+    if (isPanchromatic) {
         rows.fill(rows[0] * luminanceWeights[0] + rows[1] * luminanceWeights[1] +
                   rows[2] * luminanceWeights[2]);
     }
-    return rows;
-}
-
-// Density above the curve's toe.
-double developed(const MonotoneCurve& curve, double logExposure) {
-    return std::max(curve.value(logExposure) - curve.points().front().y, 0.0);
-}
-
-Vector3 neutralDensities(const FilmSpectralModel& model) {
-    if (!model.material) return Vector3::filled(model.filmMinimum + model.filmRange / 2);
-    Vector3 densities;
-    for (std::size_t c = 0; c < 3; ++c) {
-        densities[c] =
-            developed(model.material->layers[c].characteristic, model.material->neutralLogExposure);
-    }
-    return densities;
-}
-
-Vector3 seenThroughNegative(const FilmSpectralModel& model, const Vector3& densities) {
-    Vector3 seen;
-    for (std::size_t i = 0; i < spectralSampleCount; ++i) {
-        const double density = model.baseDensities[i] + dot(densities, model.dyes[i]);
-        const double transmission = density < 0 ? 1.0 : std::pow(10.0, -density);
-        seen += model.paperWeights[i] * transmission;
-    }
-    return seen;
+    return {{rows}};
 }
 
 } // namespace
 
-FilmSpectralModel::FilmSpectralModel(FilmStock stock_, FilmPaper paper_) : stock(stock_), paper(paper_) {
-    material = stock == FilmStock::portra400 ? &FilmMaterials::portra400() : nullptr;
-    require(!material || material->layers.size() >= 3, "a film profile has fewer than three layers");
+FilmSpectralModel::FilmSpectralModel(FilmStock filmStock, FilmPaper filmPaper)
+    : FilmSpectralModel(stockProfile(filmStock), paperProfile(filmPaper)) {}
 
-    const StockConstants film = stockConstants(stock);
-    filmMinimum = film.minimum;
-    filmRange = film.range;
-    filmSlope = film.slope;
-    grainDensity = film.grainDensity;
-    const PaperConstants print = paperConstants(paper);
-    paperMinimum = print.minimum;
-    paperRange = print.range;
-    paperSlope = print.slope;
-    const double x = (midGreyDensity - paperMinimum) / paperRange;
-    paperCalibration = std::log(x / (1 - x)) / paperSlope;
+FilmSpectralModel::FilmSpectralModel(StockProfile film, PaperProfile print)
+    : stock(std::move(film)), paper(print),
+      dyes(perLayer(stock.layers,
+                    [](const FilmLayer& layer, double w) { return layer.dyeAbsorption.value(w); })),
+      paperDyes(sampled([this](double wavelength) { return paper.dyes.sharesAt(wavelength); })),
+      baseDensities(sampled([this](double wavelength) { return stock.baseDensity.value(wavelength); })),
+      filmSensitivityWeights(responseWeights<Exposure>(
+          perLayer(stock.layers,
+                   [](const FilmLayer& layer, double w) { return value(layer.sensitivity, w); }),
+          integrable(daylightKelvin))),
+      paperWeights(responseWeights<Transmission>(
+          sampled([this](double wavelength) { return paper.sensitivities.at(wavelength); }),
+          integrable(paper.printingLampKelvin))),
+      reflectionWeights(displayWeights(integrable(daylightKelvin))),
+      reconstructionBasis(unitBasis(reflectionWeights)),
+      exposureRows(linearExposure(stock.isPanchromatic, filmSensitivityWeights, reconstructionBasis)),
+      neutralTransmission(seenThroughNegative(layerDensity(Exposure::filled(midGreyExposure)))),
+      paperCalibration(paper.curve.logExposure(midGreyDensity)) {}
 
-    // One number for each layer at a grid wavelength, from the profile or from assumed lobes.
-    const auto perLayer = [this](SampledSpectrum FilmMaterialLayer::* measured) {
-        return sampled([&](std::size_t i) {
-            Vector3 values;
-            for (std::size_t c = 0; c < 3; ++c) {
-                values[c] = (material->layers[c].*measured).value(wavelengthNM(i));
-            }
-            return values;
-        });
-    };
-    dyes = material ? perLayer(&FilmMaterialLayer::dyeAbsorption)
-                    : sampled([](std::size_t i) { return sharesAt(filmDyeLobes, wavelengthNM(i)); });
-    const Spectral<Vector3> sensitivity =
-        material ? perLayer(&FilmMaterialLayer::sensitivity)
-                 : sampled([](std::size_t i) { return lobesAt(filmSensitivityLobes, wavelengthNM(i)); });
-    baseDensities = sampled(
-        [this](std::size_t i) { return material ? material->baseDensity.value(wavelengthNM(i)) : 0.0; });
-    paperDyes = sampled([](std::size_t i) { return sharesAt(paperDyeLobes, wavelengthNM(i)); });
-    const Spectral<Vector3> paperSensitivity =
-        sampled([](std::size_t i) { return lobesAt(paperSensitivityLobes, wavelengthNM(i)); });
-
-    const Spectral<double> daylight = integrable(takingIlluminantKelvin);
-    paperWeights = exposureWeights(paperSensitivity, integrable(printingLampKelvin));
-    reflectionWeights = displayWeights(daylight);
-    filmSensitivityWeights = exposureWeights(sensitivity, daylight);
-    reconstructionBasis = unitBasis(reflectionWeights);
-    exposureRows = linearExposure(stock, filmSensitivityWeights, reconstructionBasis);
-    neutralTransmission = seenThroughNegative(*this, neutralDensities(*this));
+Exposure FilmSpectralModel::exposure(const FilmReconstructedSpectrum& spectrum) const {
+    Exposure exposure;
+    for (std::size_t i = 0; i < spectralSampleCount; ++i) {
+        exposure += filmSensitivityWeights[i] * (spectrum.scale * spectrum.reflectance[i]);
+    }
+    return stock.isPanchromatic ? Exposure::filled(dot(luminanceWeights, exposure)) : exposure;
 }
 
-Vector3 FilmSpectralModel::layerDensity(const Vector3& exposures) const {
-    Vector3 densities;
+Density FilmSpectralModel::layerDensity(const Exposure& exposures) const {
+    Density densities;
     for (std::size_t c = 0; c < 3; ++c) {
+        const FilmLayer& layer = stock.layers[c];
         // In this order a NaN compares false and becomes the smallest exposure.
         const double exposure = std::max(smallestExposure, exposures[c]);
-        const double relativeLog = std::log10(exposure / midGreyExposure);
-        densities[c] = material ? developed(material->layers[c].characteristic,
-                                            relativeLog + material->neutralLogExposure)
-                                : filmMinimum + filmRange / (std::exp(-filmSlope * relativeLog) + 1);
+        const double logExposure = std::log10(exposure / midGreyExposure) + stock.neutralLogExposure;
+        densities[c] = std::max(density(layer.characteristic, logExposure) - layer.characteristicBase, 0.0);
     }
     return densities;
 }
 
-Vector3 FilmSpectralModel::layerRanges() const {
-    if (!material) return Vector3::filled(filmRange);
-    constexpr double aboveEveryCurve = 10;
-    Vector3 ranges;
+Density FilmSpectralModel::layerMinimums() const {
+    Density minimums;
     for (std::size_t c = 0; c < 3; ++c) {
-        ranges[c] = developed(material->layers[c].characteristic, aboveEveryCurve);
+        minimums[c] = lowestDensity(stock.layers[c].characteristic) - stock.layers[c].characteristicBase;
     }
+    return minimums;
+}
+
+Density FilmSpectralModel::layerRanges() const {
+    Density ranges;
+    for (std::size_t c = 0; c < 3; ++c) ranges[c] = densityRange(stock.layers[c].characteristic);
     return ranges;
 }
 
-Vector3 FilmSpectralModel::reflectionCubeMinimums() const {
-    Vector3 minimums;
-    for (const Vector3& weights : reflectionWeights) {
+Transmission FilmSpectralModel::seenThroughNegative(const Density& densities) const {
+    Transmission seen;
+    for (std::size_t i = 0; i < spectralSampleCount; ++i) {
+        seen += paperWeights[i] * transmission(baseDensities[i] + dot(densities, dyes[i]));
+    }
+    return seen;
+}
+
+Vector3 FilmSpectralModel::printCalibration(double printExposureStops) const {
+    Vector3 calibration;
+    for (std::size_t c = 0; c < 3; ++c) {
+        calibration[c] =
+            paperCalibration + printExposureStops * decadesPerStop - std::log10(neutralTransmission[c]);
+    }
+    return calibration;
+}
+
+LinearRgb FilmSpectralModel::reflectionCubeMinimums() const {
+    LinearRgb minimums;
+    for (const LinearRgb& weights : reflectionWeights) {
         for (std::size_t c = 0; c < 3; ++c) minimums[c] += std::min(weights[c], 0.0);
     }
     return minimums;
 }
 
-Vector3 FilmSpectralModel::reflectionCubeRanges() const {
-    Vector3 ranges;
-    for (const Vector3& weights : reflectionWeights) {
+LinearRgb FilmSpectralModel::reflectionCubeRanges() const {
+    LinearRgb ranges;
+    for (const LinearRgb& weights : reflectionWeights) {
         for (std::size_t c = 0; c < 3; ++c) ranges[c] += std::abs(weights[c]);
     }
     return ranges;
 }
 
 FilmSpectralReconstructor FilmSpectralModel::reconstructor() const {
-    const Spectral<double> wavelengths = sampled(wavelengthNM);
+    const Spectral<double> wavelengths = sampled([](double wavelength) { return wavelength; });
     return {{reflectionWeights.begin(), reflectionWeights.end()},
             {wavelengths.begin(), wavelengths.end()},
             {reconstructionBasis.begin(), reconstructionBasis.end()},

@@ -16,12 +16,27 @@ constexpr double largestChannel = std::numeric_limits<double>::max() / 64;
 // A fit that misses the colour by more than this gives way to the fallback.
 constexpr double acceptedError = 2e-5;
 
-Vector3 sanitised(const Vector3& rgb) {
-    Vector3 result;
+LinearRgb sanitised(const LinearRgb& rgb) {
+    LinearRgb result;
     for (std::size_t c = 0; c < 3; ++c) {
         result[c] = std::isfinite(rgb[c]) ? std::clamp(rgb[c], 0.0, largestChannel) : 0.0;
     }
     return result;
+}
+
+// t from -1 at the first wavelength to 1 at the last, once the lists agree and the wavelengths rise.
+std::vector<double> positions(std::size_t weights, std::span<const double> wavelengths,
+                              std::size_t fallbackBasis) {
+    require(wavelengths.size() >= 3 && weights == wavelengths.size() && fallbackBasis == wavelengths.size(),
+            "a spectral reconstruction has fewer than three wavelengths or lists of different lengths");
+    require(std::ranges::all_of(wavelengths, [](double w) { return std::isfinite(w); }) &&
+                wavelengths.front() < wavelengths.back(),
+            "the wavelengths of a spectral reconstruction are not in order");
+    const double middle = (wavelengths.front() + wavelengths.back()) / 2;
+    const double half = (wavelengths.back() - wavelengths.front()) / 2;
+    std::vector<double> t;
+    for (const double wavelength : wavelengths) t.push_back((wavelength - middle) / half);
+    return t;
 }
 
 } // namespace
@@ -30,8 +45,8 @@ Vector3 sanitised(const Vector3& rgb) {
 class FilmSpectralReconstructor::Job {
 public:
     /// Starts with a colour; true when it needs a fit, false when its spectrum is already there.
-    bool begin(const FilmSpectralReconstructor& owner, const Vector3& rgb) {
-        const Vector3 colour = sanitised(rgb);
+    bool begin(const FilmSpectralReconstructor& owner, const LinearRgb& rgb) {
+        const LinearRgb colour = sanitised(rgb);
         result_.reflectance.assign(owner.wavelengths_.size(), 0.0);
         result_.scale = 0;
         result_.relativeRGBError = 0;
@@ -44,7 +59,7 @@ public:
         normalized_ = colour / peak_;
         result_.scale = 2 * peak_;
 
-        const Vector3 white = Vector3::filled(1);
+        const LinearRgb white = LinearRgb::filled(1);
         if (largestMagnitude(normalized_ - white) < 1e-12 &&
             largestMagnitude(owner.whiteRGB_ - white) < 1e-10) {
             std::ranges::fill(result_.reflectance, 0.5);
@@ -72,12 +87,12 @@ public:
     const FilmReconstructedSpectrum& result() const { return result_; }
 
 private:
-    double errorOf(const Vector3& rgb) const { return largestMagnitude(rgb - normalized_); }
+    double errorOf(const LinearRgb& rgb) const { return largestMagnitude(rgb - normalized_); }
 
     void useFallback(const FilmSpectralReconstructor& owner) {
         std::vector<double> mixture;
         mixture.reserve(owner.fallbackBasis_.size());
-        const Vector3 target = normalized_ / 2;
+        const LinearRgb target = normalized_ / 2;
         for (const Vector3& basis : owner.fallbackBasis_) {
             const double value = dot(basis, target);
             mixture.push_back(std::isfinite(value) && value > 0 ? value : 0.0);
@@ -91,55 +106,37 @@ private:
     }
 
     double peak_ = 0; ///< the colour's largest channel
-    Vector3 normalized_;
+    LinearRgb normalized_;
     SpectralFit fit_;
     FilmReconstructedSpectrum result_;
 };
 
-std::vector<double> FilmSpectralReconstructor::positions(std::span<const Vector3> weights,
-                                                         std::span<const double> wavelengths,
-                                                         std::span<const Vector3> fallbackBasis) {
-    require(wavelengths.size() >= 3 && weights.size() == wavelengths.size() &&
-                fallbackBasis.size() == wavelengths.size(),
-            "a spectral reconstruction has fewer than three wavelengths or lists of different lengths");
-    require(std::ranges::all_of(wavelengths, [](double w) { return std::isfinite(w); }) &&
-                wavelengths.front() < wavelengths.back(),
-            "the wavelengths of a spectral reconstruction are not in order");
-    const double middle = (wavelengths.front() + wavelengths.back()) / 2;
-    const double half = (wavelengths.back() - wavelengths.front()) / 2;
-    std::vector<double> t;
-    for (const double wavelength : wavelengths) t.push_back((wavelength - middle) / half);
-    return t;
-}
-
-FilmSpectralReconstructor::FilmSpectralReconstructor(std::vector<Vector3> observerRGBWeights,
+FilmSpectralReconstructor::FilmSpectralReconstructor(std::vector<LinearRgb> observerRGBWeights,
                                                      std::vector<double> wavelengths,
                                                      std::vector<Vector3> fallbackBasis,
                                                      int maximumIterations)
     : observerRGBWeights_(std::move(observerRGBWeights)), wavelengths_(std::move(wavelengths)),
       fallbackBasis_(std::move(fallbackBasis)),
-      kernel_(observerRGBWeights_, positions(observerRGBWeights_, wavelengths_, fallbackBasis_)),
+      kernel_(observerRGBWeights_,
+              positions(observerRGBWeights_.size(), wavelengths_, fallbackBasis_.size())),
       maximumIterations_(std::max(maximumIterations, 0)) {
-    for (const double t : positions(observerRGBWeights_, wavelengths_, fallbackBasis_)) {
-        smoothBasis_.push_back({t * t, t, 1});
-    }
-    for (const Vector3& weights : observerRGBWeights_) whiteRGB_ += weights;
+    for (const LinearRgb& weights : observerRGBWeights_) whiteRGB_ += weights;
 }
 
-Vector3 FilmSpectralReconstructor::displayRGB(std::span<const double> reflectance) const {
-    Vector3 rgb;
+LinearRgb FilmSpectralReconstructor::displayRGB(std::span<const double> reflectance) const {
+    LinearRgb rgb;
     for (std::size_t i = 0; i < reflectance.size(); ++i) rgb += observerRGBWeights_[i] * reflectance[i];
     return rgb;
 }
 
-FilmReconstructedSpectrum FilmSpectralReconstructor::reconstruct(const Vector3& rgb) const {
+FilmReconstructedSpectrum FilmSpectralReconstructor::reconstruct(const LinearRgb& rgb) const {
     FilmReconstructedSpectrum result;
     reconstruct(std::span(&rgb, 1), [&](std::size_t, const FilmReconstructedSpectrum& s) { result = s; });
     return result;
 }
 
 void FilmSpectralReconstructor::reconstruct(
-    std::span<const Vector3> colours,
+    std::span<const LinearRgb> colours,
     const std::function<void(std::size_t, const FilmReconstructedSpectrum&)>& finished) const {
     struct Lane {
         Job job;
@@ -148,7 +145,7 @@ void FilmSpectralReconstructor::reconstruct(
     };
     std::array<Lane, SigmoidKernel::lanes> lanes;
     SigmoidKernel::Candidates candidates;
-    SigmoidKernel::Views views;
+    SigmoidKernel::Evaluations evaluations;
     std::size_t next = 0;
 
     const auto refill = [&](Lane& lane) {
@@ -159,12 +156,14 @@ void FilmSpectralReconstructor::reconstruct(
         }
     };
     const auto advance = [&](Lane& lane, std::size_t l) {
-        SigmoidView view;
+        FitEvaluation evaluation;
         for (std::size_t c = 0; c < 3; ++c) {
-            view.rgb[c] = views.rgb[c][l];
-            for (std::size_t k = 0; k < 3; ++k) view.derivatives[k][c] = views.derivatives[k][c][l];
+            evaluation.rgb[c] = evaluations.rgb[c][l];
+            for (std::size_t k = 0; k < 3; ++k) {
+                evaluation.derivatives[k][c] = evaluations.derivatives[k][c][l];
+            }
         }
-        if (lane.job.fit().advance(view)) return;
+        if (lane.job.fit().advance(evaluation)) return;
         lane.job.finish(*this);
         finished(lane.index, lane.job.result());
         refill(lane);
@@ -175,7 +174,7 @@ void FilmSpectralReconstructor::reconstruct(
         for (std::size_t l = 0; l < lanes.size(); ++l) {
             for (std::size_t c = 0; c < 3; ++c) candidates.c[c][l] = lanes[l].job.fit().candidate()[c];
         }
-        kernel_.evaluate(candidates, views);
+        kernel_.evaluate(candidates, evaluations);
         for (std::size_t l = 0; l < lanes.size(); ++l) {
             if (lanes[l].busy) advance(lanes[l], l);
         }

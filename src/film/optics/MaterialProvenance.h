@@ -31,10 +31,11 @@ constexpr std::optional<MaterialEvidence> materialEvidenceFromRawValue(std::stri
 struct MaterialProvenance {
     std::string component; ///< the group of numbers, "Grain parameters"
     MaterialEvidence evidence = MaterialEvidence::modelAssumption;
-    std::optional<std::string> sourceURL; ///< the source document; none for a model's assumption
-    std::optional<int> sourcePage;        ///< a page of it, counted from 1; none without a document
-    std::string conditions;               ///< of the measurement or the model
-    std::string uncertainty;              ///< stated uncertainty and caveats
+    std::optional<std::string>
+        source;                    ///< the document and where it is published; none for a model's assumption
+    std::optional<int> sourcePage; ///< its page, counted from 1; none without a document
+    std::string conditions;        ///< of the measurement or the model
+    std::string uncertainty;       ///< stated uncertainty and caveats
 
     friend bool operator==(const MaterialProvenance&, const MaterialProvenance&) = default;
 };

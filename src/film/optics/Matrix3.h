@@ -1,6 +1,6 @@
 #pragma once
 
-#include "film/optics/Vector3.h"
+#include "film/optics/Triple.h"
 
 namespace lumisort::film {
 
@@ -25,6 +25,17 @@ struct Matrix3 {
         for (std::size_t i = 0; i < 3; ++i) rows[i] += b[i];
         return *this;
     }
+};
+
+/// A linear map from one colour space to another.
+template <class To, class From>
+struct ColourMatrix {
+    Matrix3 matrix;
+
+    friend constexpr To operator*(const ColourMatrix& m, const From& x) {
+        return {(m.matrix * Vector3{x.v}).v};
+    }
+    friend constexpr bool operator==(const ColourMatrix&, const ColourMatrix&) = default;
 };
 
 /// Column a times row b.

@@ -49,7 +49,7 @@ MonotoneCurve::MonotoneCurve(std::vector<MaterialPoint> points) : points_(std::m
     tangents_ = monotoneTangents(points_);
 }
 
-double MonotoneCurve::value(double x) const {
+double MonotoneCurve::density(double x) const {
     if (std::isnan(x) || x <= points_.front().x) return points_.front().y;
     if (x >= points_.back().x) return points_.back().y;
     const std::size_t lo = intervalHolding(points_, x);
@@ -64,7 +64,7 @@ double MonotoneCurve::value(double x) const {
     return std::min(std::max(v, y0), y1);
 }
 
-double MonotoneCurve::inverse(double y) const {
+double MonotoneCurve::logExposure(double y) const {
     if (std::isnan(y) || y <= points_.front().y) return points_.front().x;
     if (y > points_.back().y) return points_.back().x;
     const auto exact = std::ranges::find(points_, y, &MaterialPoint::y);
@@ -75,7 +75,7 @@ double MonotoneCurve::inverse(double y) const {
     // Every round halves the interval: 64 reach the spacing of doubles from any span of a film.
     for (int round = 0; round < 64; ++round) {
         const double mid = (hi + lo) * 0.5;
-        (value(mid) < y ? lo : hi) = mid;
+        (density(mid) < y ? lo : hi) = mid;
     }
     return hi;
 }

@@ -6,9 +6,10 @@
 
 namespace lumisort::film {
 
-/// A cubic through its points that never decreases and never overshoots them: Hermite segments whose
-/// tangents are weighted harmonic means of the neighbouring slopes (Fritsch and Butland, SIAM J. Sci.
-/// Stat. Comput. 5, 1984). Beyond its ends it holds the end values.
+/// A measured characteristic curve, base-10 log exposure to density: a cubic through its points that never
+/// decreases and never overshoots them. Hermite segments whose tangents are weighted harmonic means of the
+/// neighbouring slopes (Fritsch and Butland, SIAM J. Sci. Stat. Comput. 5, 1984). Beyond its ends it holds
+/// the end values.
 class MonotoneCurve {
 public:
     /// At least two points, x strictly increasing, y never decreasing, all finite. Throws
@@ -19,12 +20,12 @@ public:
     /// The slope at every point.
     const std::vector<double>& tangents() const { return tangents_; }
 
-    /// The first y for an x that is no number.
-    double value(double x) const;
+    /// The y at a log exposure; the first y for NaN.
+    double density(double logExposure) const;
 
-    /// An x with value(x) = y; the nearer end for a y beyond the curve, the first x for a y that is no
-    /// number. A point's own y gives that point's x exactly; of equal ones the first.
-    double inverse(double y) const;
+    /// A log exposure at which density() is `density`: the nearer end for one beyond the curve, the first x
+    /// for NaN. A point's own y gives that point's x exactly; of equal ones the first.
+    double logExposure(double density) const;
 
     friend bool operator==(const MonotoneCurve&, const MonotoneCurve&) = default;
 

@@ -2,6 +2,7 @@
 
 #include "film/optics/Invariant.h"
 
+#include <algorithm>
 #include <utility>
 
 #undef HWY_TARGET_INCLUDE
@@ -16,9 +17,9 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 // No MulAdd anywhere: it rounds once where the plain loop rounds twice.
 
-void evaluateLanes(std::span<const Vector3> weights, const double* HWY_RESTRICT tSquared,
+void evaluateLanes(std::span<const LinearRgb> weights, const double* HWY_RESTRICT tSquared,
                    const double* HWY_RESTRICT t, const SigmoidKernel::Candidates& candidates,
-                   SigmoidKernel::Views& views) {
+                   SigmoidKernel::Evaluations& evaluations) {
     const hn::CappedTag<double, SigmoidKernel::lanes> d;
     const auto half = hn::Set(d, 0.5);
     const auto one = hn::Set(d, 1.0);
@@ -52,10 +53,10 @@ void evaluateLanes(std::span<const Vector3> weights, const double* HWY_RESTRICT 
             hn::Store(y, d, out[1] + lane);
             hn::Store(z, d, out[2] + lane);
         };
-        store(views.rgb, r, g, b);
-        store(views.derivatives[0], r0, g0, b0);
-        store(views.derivatives[1], r1, g1, b1);
-        store(views.derivatives[2], r2, g2, b2);
+        store(evaluations.rgb, r, g, b);
+        store(evaluations.derivatives[0], r0, g0, b0);
+        store(evaluations.derivatives[1], r1, g1, b1);
+        store(evaluations.derivatives[2], r2, g2, b2);
     }
 }
 
@@ -68,13 +69,19 @@ void reflectanceOf(const Vector3& c, const double* HWY_RESTRICT tSquared, const 
     const auto c0 = hn::Set(d, c[0]);
     const auto c1 = hn::Set(d, c[1]);
     const auto c2 = hn::Set(d, c[2]);
-    for (std::size_t i = 0; i < out.size(); i += hn::Lanes(d)) {
+    const auto valuesAt = [&](std::size_t i) {
         const auto z =
             hn::Add(hn::Add(hn::Mul(c0, hn::LoadU(d, tSquared + i)), hn::Mul(c1, hn::LoadU(d, t + i))), c2);
         const auto h = hn::Sqrt(hn::Add(one, hn::Mul(z, z)));
-        const auto value = hn::Add(hn::Div(hn::Mul(half, z), h), half);
-        hn::BlendedStore(value, hn::FirstN(d, out.size() - i), d, out.data() + i);
-    }
+        return hn::Add(hn::Div(hn::Mul(half, z), h), half);
+    };
+    std::size_t i = 0;
+    for (; i + hn::Lanes(d) <= out.size(); i += hn::Lanes(d)) hn::StoreU(valuesAt(i), d, out.data() + i);
+    if (i == out.size()) return;
+    // A masked store would also write behind the end on processors that blend.
+    alignas(64) double last[SigmoidKernel::lanes];
+    hn::Store(valuesAt(i), d, last);
+    std::copy_n(last, out.size() - i, out.data() + i);
 }
 
 } // namespace lumisort::film::HWY_NAMESPACE
@@ -86,15 +93,15 @@ namespace lumisort::film {
 HWY_EXPORT(evaluateLanes);
 HWY_EXPORT(reflectanceOf);
 
-SigmoidKernel::SigmoidKernel(std::vector<Vector3> weights, std::span<const double> t)
+SigmoidKernel::SigmoidKernel(std::vector<LinearRgb> weights, std::span<const double> t)
     : weights_(std::move(weights)), t_(t.begin(), t.end()) {
     require(weights_.size() == t_.size(), "a spectral fit has weights for other wavelengths");
     t_.resize((t_.size() + lanes - 1) / lanes * lanes);
     for (const double position : t_) tSquared_.push_back(position * position);
 }
 
-void SigmoidKernel::evaluate(const Candidates& candidates, Views& views) const {
-    HWY_DYNAMIC_DISPATCH(evaluateLanes)(weights_, tSquared_.data(), t_.data(), candidates, views);
+void SigmoidKernel::evaluate(const Candidates& candidates, Evaluations& evaluations) const {
+    HWY_DYNAMIC_DISPATCH(evaluateLanes)(weights_, tSquared_.data(), t_.data(), candidates, evaluations);
 }
 
 void SigmoidKernel::reflectance(const Vector3& c, std::span<double> out) const {

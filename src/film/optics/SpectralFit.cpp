@@ -22,20 +22,20 @@ std::optional<Vector3> solve(const Matrix3& rows, const Vector3& b) {
     return x;
 }
 
-SpectralFit::SpectralFit(const Vector3& target, int maximumIterations)
+SpectralFit::SpectralFit(const LinearRgb& target, int maximumIterations)
     : target_(target), maximumIterations_(maximumIterations) {
     const double mean = std::clamp(sum(target) / 3, 0.01, 0.49);
     candidate_ = {0, 0, (2 * mean - 1) / std::sqrt(4 * mean * (1 - mean))};
 }
 
-bool SpectralFit::advance(const SigmoidView& view) {
-    const Vector3 residual = view.rgb - target_;
+bool SpectralFit::advance(const FitEvaluation& evaluation) {
+    const LinearRgb residual = evaluation.rgb - target_;
     const double error = dot(residual, residual);
     if (!started_) {
         started_ = true;
-        accept(view, error);
+        accept(evaluation, error);
     } else if (std::isfinite(error) && error < error_) {
-        accept(view, error);
+        accept(evaluation, error);
         damping_ = std::max(damping_ / 3, smallestDamping);
     } else {
         damping_ *= 8;
@@ -44,14 +44,15 @@ bool SpectralFit::advance(const SigmoidView& view) {
     return proposeStep();
 }
 
-void SpectralFit::accept(const SigmoidView& view, double error) {
+void SpectralFit::accept(const FitEvaluation& evaluation, double error) {
     coefficients_ = candidate_;
-    rgb_ = view.rgb;
+    rgb_ = evaluation.rgb;
     error_ = error;
-    const Vector3 residual = target_ - rgb_;
+    const LinearRgb residual = target_ - rgb_;
     for (std::size_t k = 0; k < 3; ++k) {
-        for (std::size_t l = 0; l < 3; ++l) normal_[k][l] = dot(view.derivatives[k], view.derivatives[l]);
-        gradient_[k] = dot(view.derivatives[k], residual);
+        for (std::size_t l = 0; l < 3; ++l)
+            normal_[k][l] = dot(evaluation.derivatives[k], evaluation.derivatives[l]);
+        gradient_[k] = dot(evaluation.derivatives[k], residual);
     }
 }
 

@@ -17,4 +17,19 @@ constexpr double wavelengthNM(std::size_t i) {
 template <class T>
 using Spectral = std::array<T, spectralSampleCount>;
 
+/// The values of a function of the wavelength in nanometres.
+template <class F>
+auto sampled(const F& valueAt) {
+    Spectral<decltype(valueAt(0.0))> values{};
+    for (std::size_t i = 0; i < spectralSampleCount; ++i) values[i] = valueAt(wavelengthNM(i));
+    return values;
+}
+
+template <class T>
+T total(const Spectral<T>& values) {
+    T result{};
+    for (const T& value : values) result += value;
+    return result;
+}
+
 } // namespace lumisort::film

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "film/optics/SpectralGrid.h"
-#include "film/optics/Vector3.h"
+#include "film/optics/Triple.h"
 
 #include <array>
 #include <cstddef>

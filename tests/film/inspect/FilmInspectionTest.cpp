@@ -18,7 +18,8 @@ using testing::Not;
 
 using Numbers = std::vector<double>;
 
-void append(Numbers& numbers, const Vector3& v) {
+template <class Space>
+void append(Numbers& numbers, const Triple<Space>& v) {
     numbers.insert(numbers.end(), v.v.begin(), v.v.end());
 }
 
@@ -38,12 +39,12 @@ void collect(json::Value value, Numbers& numbers) {
 
 std::vector<std::pair<std::string, Numbers>> expectedMembers(const FilmSpectralModel& model) {
     Numbers rows, greys;
-    for (const Vector3& row : model.exposureRows) append(rows, row);
+    for (const Vector3& row : model.exposureRows.matrix.rows) append(rows, row);
     for (const double exposure : {0.0, 0.01, 0.045, 0.09, 0.18, 0.36, 0.72, 1.0, 2.0}) {
         greys.push_back(exposure);
-        append(greys, model.layerDensity(Vector3::filled(exposure)));
+        append(greys, model.layerDensity(Exposure::filled(exposure)));
     }
-    const auto list = [](const Vector3& v) { return Numbers(v.v.begin(), v.v.end()); };
+    const auto list = [](const auto& v) { return Numbers(v.v.begin(), v.v.end()); };
     std::vector<std::pair<std::string, Numbers>> members{
         {"paperCalibration", {model.paperCalibration}},
         {"neutralTransmission", list(model.neutralTransmission)},
@@ -52,8 +53,8 @@ std::vector<std::pair<std::string, Numbers>> expectedMembers(const FilmSpectralM
         {"reflectionCubeMinimums", list(model.reflectionCubeMinimums())},
         {"reflectionCubeRanges", list(model.reflectionCubeRanges())},
         {"greyScale", greys}};
-    if (model.material) {
-        members.insert(members.begin(), {"neutralLogExposure", {model.material->neutralLogExposure}});
+    if (model.stock.isMeasured()) {
+        members.insert(members.begin(), {"neutralLogExposure", {model.stock.neutralLogExposure}});
     }
     return members;
 }
@@ -82,9 +83,10 @@ TEST(Inspect, WritesTheModelAsJsonThatReadsBackExactly) {
 
 TEST(Inspect, WritesCubesThatReadBackExactly) {
     const FilmOptics optics = buildOptics(FilmStock::color100, FilmPaper::soft);
-    const std::map<InspectedCube, const FilmLookupCube*> cubes{{InspectedCube::exposure, &optics.exposure},
-                                                               {InspectedCube::negative, &optics.negative},
-                                                               {InspectedCube::paper, &optics.paper}};
+    const std::map<InspectedCube, const FilmLookupCube*> cubes{
+        {InspectedCube::exposure, &optics.exposure.cube},
+        {InspectedCube::negative, &optics.negative.cube},
+        {InspectedCube::paper, &optics.paper.cube}};
     for (const auto& [kind, cube] : cubes) {
         EXPECT_EQ(inspectedCubeFromRawValue(rawValue(kind)), kind);
         std::istringstream text(cubeText(FilmStock::color100, FilmPaper::soft, kind));

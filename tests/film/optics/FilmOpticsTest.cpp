@@ -35,7 +35,7 @@ void expectCube(const FilmLookupCube& cube, const F& expected) {
     ASSERT_EQ(cube.data().size_bytes(), 574992U);
     double worst = 0;
     for (int i = 0; i < n * n * n; ++i) {
-        const Vector3 wanted = expected(nodeInput(i % n, i / n % n, i / n / n));
+        const auto wanted = expected(nodeInput(i % n, i / n % n, i / n / n));
         const auto node = cube.data().subspan(static_cast<std::size_t>(i) * 4, 4);
         for (std::size_t c = 0; c < 3; ++c) worst = std::max(worst, std::abs(node[c] - wanted[c]));
         ASSERT_EQ(node[3], 1);
@@ -45,21 +45,29 @@ void expectCube(const FilmLookupCube& cube, const F& expected) {
 
 TEST(ExposureCube, AgreesWithTheLiteralFitAtEveryNode) {
     const FilmSpectralModel model(FilmStock::portra400, FilmPaper::glossy);
-    expectCube(exposureCube(model), [&](const Vector3& rgb) {
-        return largest(rgb) > 0 ? literal::layerExposure(model, rgb) * 0.25 : Vector3{};
+    const ExposureCube exposure = exposureCube(model);
+    EXPECT_EQ(exposure.factor, 0.25);
+    expectCube(exposure.cube, [&](const Vector3& rgb) {
+        return largest(rgb) > 0 ? literal::layerExposure(model, LinearRgb{rgb.v}) * 0.25 : Exposure{};
     });
 }
 
 TEST(OpticalCubes, AgreeWithTheLiteralSumsAtEveryNode) {
     const FilmSpectralModel model(FilmStock::portra400, FilmPaper::soft);
-    expectCube(opticalCube(model, OpticalCube::negative), [&](const Vector3& rgb) {
-        const Vector3 seen =
+    const DensityCube negative = negativeCube(model);
+    EXPECT_EQ(negative.scale, 3.2);
+    expectCube(negative.cube, [&](const Vector3& rgb) {
+        const Transmission seen =
             literal::seenThrough(model.dyes, model.baseDensities, model.paperWeights, rgb * 3.2);
         return Vector3{std::log10(seen[0]), std::log10(seen[1]), std::log10(seen[2])} / -3.2;
     });
-    expectCube(opticalCube(model, OpticalCube::paper), [&](const Vector3& rgb) {
-        const Vector3 seen = literal::seenThrough(model.paperDyes, {}, model.reflectionWeights, rgb * 3.2);
-        return (seen - model.reflectionCubeMinimums()) / model.reflectionCubeRanges();
+    const ReflectionCube paper = paperCube(model);
+    EXPECT_EQ(paper.scale, 3.2);
+    EXPECT_EQ(paper.minimums, model.reflectionCubeMinimums());
+    EXPECT_EQ(paper.ranges, model.reflectionCubeRanges());
+    expectCube(paper.cube, [&](const Vector3& rgb) {
+        const LinearRgb seen = literal::seenThrough(model.paperDyes, {}, model.reflectionWeights, rgb * 3.2);
+        return (seen - paper.minimums) / Vector3{paper.ranges.v};
     });
 }
 
@@ -67,11 +75,11 @@ TEST(Cubes, HoldTheReferenceNodesForEveryStock) {
     for (const reference::Stock& expected : reference::stocks) {
         SCOPED_TRACE(rawValue(expected.stock));
         const FilmSpectralModel model(expected.stock, FilmPaper::glossy);
-        const FilmLookupCube exposure = exposureCube(model);
-        const FilmLookupCube negative = opticalCube(model, OpticalCube::negative);
-        const FilmLookupCube paper = opticalCube(model, OpticalCube::paper);
-        const Vector3 clear =
-            nodeValue(paper, 0, 0, 0) * model.reflectionCubeRanges() + model.reflectionCubeMinimums();
+        const FilmLookupCube exposure = exposureCube(model).cube;
+        const FilmLookupCube negative = negativeCube(model).cube;
+        const ReflectionCube print = paperCube(model);
+        const FilmLookupCube& paper = print.cube;
+        const LinearRgb clear = print.minimums + print.ranges * nodeValue(paper, 0, 0, 0);
         for (std::size_t c = 0; c < 3; ++c) {
             EXPECT_NEAR(nodeValue(exposure, 5, 11, 29)[c], expected.exposureNode[c], stored);
             EXPECT_NEAR(nodeValue(exposure, 32, 0, 0)[c], expected.exposureRedCorner[c], stored);
@@ -81,7 +89,7 @@ TEST(Cubes, HoldTheReferenceNodesForEveryStock) {
             EXPECT_EQ(nodeValue(exposure, 0, 0, 0)[c], 0);
             EXPECT_NEAR(nodeValue(exposure, 32, 32, 32)[c], 0.25, 1e-15);
             EXPECT_NEAR(clear[c], 1, 3 * stored);
-            if (!model.material) {
+            if (!model.stock.isMeasured()) {
                 EXPECT_NEAR(nodeValue(negative, 0, 0, 0)[c], 0, 1e-15);
             }
         }
@@ -97,11 +105,11 @@ TEST(Cubes, HoldTheReferenceNodesForEveryStock) {
 TEST(DensityCurve, SamplesTheLayersFromTheToeToTheShoulder) {
     for (const FilmStock stock : allFilmStocks) {
         const FilmSpectralModel model(stock, FilmPaper::glossy);
-        const std::vector<float> texels = densityCurveImage(model);
+        const std::vector<float> texels = densityCurves(model).texels;
         ASSERT_EQ(texels.size() * sizeof(float), 32768U);
         for (const std::size_t i : {0UL, 700UL, 1365UL, 2047UL}) {
             const double exposure = 0.18 * std::pow(10, -6 + 9 * double(i) / 2047);
-            const Vector3 density = model.layerDensity(Vector3::filled(exposure)) / 3.2;
+            const Density density = model.layerDensity(Exposure::filled(exposure)) / 3.2;
             for (std::size_t c = 0; c < 3; ++c) EXPECT_NEAR(texels[4 * i + c], density[c], stored);
         }
         for (std::size_t i = 4; i < texels.size(); ++i) EXPECT_GE(texels[i], texels[i - 4]);
@@ -113,9 +121,9 @@ TEST(Optics, AreTheSameForAnyNumberOfWorkers) {
     const FilmOptics one = buildOptics(FilmStock::color400, FilmPaper::soft, 1);
     for (const int workers : {2, 7}) {
         const FilmOptics many = buildOptics(FilmStock::color400, FilmPaper::soft, workers);
-        EXPECT_EQ(many.exposure, one.exposure);
-        EXPECT_EQ(many.negative, one.negative);
-        EXPECT_EQ(many.paper, one.paper);
+        EXPECT_EQ(many.exposure.cube, one.exposure.cube);
+        EXPECT_EQ(many.negative.cube, one.negative.cube);
+        EXPECT_EQ(many.paper.cube, one.paper.cube);
         EXPECT_EQ(many.curves, one.curves);
     }
 }
@@ -127,9 +135,9 @@ TEST(Optics, AreTheSameOnAnyProcessor) {
         hwy::SetSupportedTargetsForTest(target);
         hwy::GetChosenTarget().DeInit();
         const FilmOptics other = buildOptics(FilmStock::portra400, FilmPaper::glossy);
-        EXPECT_EQ(other.exposure, best.exposure) << hwy::TargetName(target);
-        EXPECT_EQ(other.negative, best.negative) << hwy::TargetName(target);
-        EXPECT_EQ(other.paper, best.paper) << hwy::TargetName(target);
+        EXPECT_EQ(other.exposure.cube, best.exposure.cube) << hwy::TargetName(target);
+        EXPECT_EQ(other.negative.cube, best.negative.cube) << hwy::TargetName(target);
+        EXPECT_EQ(other.paper.cube, best.paper.cube) << hwy::TargetName(target);
     }
     hwy::SetSupportedTargetsForTest(0);
     hwy::GetChosenTarget().DeInit();
@@ -140,7 +148,7 @@ TEST(Optics, StopWhenAsked) {
     stop.request_stop();
     const FilmSpectralModel model(FilmStock::portra400, FilmPaper::glossy);
     EXPECT_THROW(exposureCube(model, 2, stop.get_token()), tasks::Cancelled);
-    EXPECT_THROW(opticalCube(model, OpticalCube::paper, 1, stop.get_token()), tasks::Cancelled);
+    EXPECT_THROW(paperCube(model, 1, stop.get_token()), tasks::Cancelled);
     EXPECT_THROW(buildOptics(FilmStock::color100, FilmPaper::soft, 0, stop.get_token()), tasks::Cancelled);
 }
 
@@ -170,6 +178,7 @@ TEST(FilmLookupCube, RefusesDataOfAnotherSize) {
     EXPECT_DEATH(FilmLookupCube(std::vector<float>(143747), 33), "fit");
     EXPECT_DEATH(FilmLookupCube(std::vector<float>(4), 1), "two nodes");
     EXPECT_DEATH(FilmLookupCube({}, -33), "two nodes");
+    EXPECT_DEATH(FilmLookupCube(-33), "two nodes");
 }
 
 } // namespace

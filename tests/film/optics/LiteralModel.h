@@ -14,7 +14,7 @@ namespace lumisort::film::literal {
 struct Fit {
     std::vector<double> reflectance;
     int iterations = 0;
-    Vector3 rgb;
+    LinearRgb rgb;
 };
 
 using Columns = std::array<std::array<double, 3>, 3>;
@@ -26,22 +26,23 @@ inline double determinant(const Columns& m) {
 }
 
 struct Search {
-    Vector3 c, rgb;
+    Vector3 c;
+    LinearRgb rgb;
     int iterations = 0;
     bool rejected = false, singular = false, shortened = false; ///< what happened on the way
 };
 
 /// The damped search for c with rgb = target, from (0, 0, start); `evaluate` gives rgb and its columns.
 template <class Evaluate>
-Search search(const Evaluate& evaluate, const Vector3& target, double start, int maximumIterations) {
-    const auto squared = [&](const Vector3& rgb) { return dot(rgb - target, rgb - target); };
+Search search(const Evaluate& evaluate, const LinearRgb& target, double start, int maximumIterations) {
+    const auto squared = [&](const LinearRgb& rgb) { return dot(rgb - target, rgb - target); };
     Search s{.c = {0, 0, start}};
     Columns jacobian;
     s.rgb = evaluate(s.c, jacobian);
     double damping = 1e-5;
     while (s.iterations < maximumIterations && damping <= 1e12) {
         ++s.iterations;
-        const Vector3 residual = target - s.rgb;
+        const LinearRgb residual = target - s.rgb;
         if (largestMagnitude(residual) <= 1e-8) break;
         Columns a;
         std::array<double, 3> b;
@@ -68,7 +69,7 @@ Search search(const Evaluate& evaluate, const Vector3& target, double start, int
             step = step * (100 / length);
         }
         Columns candidateJacobian;
-        const Vector3 candidate = evaluate(s.c + step, candidateJacobian);
+        const LinearRgb candidate = evaluate(s.c + step, candidateJacobian);
         if (squared(candidate) < squared(s.rgb)) {
             s.c = s.c + step;
             s.rgb = candidate;
@@ -83,18 +84,18 @@ Search search(const Evaluate& evaluate, const Vector3& target, double start, int
 }
 
 /// Where the search starts: the flat spectrum of the target's mean.
-inline double flatStart(const Vector3& target) {
+inline double flatStart(const LinearRgb& target) {
     const double mean = std::min(std::max((target[0] + target[1] + target[2]) / 3, 0.01), 0.49);
     return (2 * mean - 1) / std::sqrt(4 * mean * (1 - mean));
 }
 
 /// The fit of a sigmoid to a target that no channel of which exceeds 1/2.
-inline Fit fit(const std::vector<Vector3>& weights, const Vector3& target, int maximumIterations) {
+inline Fit fit(const std::vector<LinearRgb>& weights, const LinearRgb& target, int maximumIterations) {
     std::vector<double> t;
     for (std::size_t i = 0; i < weights.size(); ++i)
         t.push_back(2.0 * double(i) / double(weights.size() - 1) - 1);
     const auto evaluate = [&](const Vector3& c, Columns& jacobian) {
-        Vector3 rgb;
+        LinearRgb rgb;
         jacobian = {};
         for (std::size_t i = 0; i < weights.size(); ++i) {
             const double q[3] = {t[i] * t[i], t[i], 1};
@@ -118,34 +119,35 @@ inline Fit fit(const std::vector<Vector3>& weights, const Vector3& target, int m
     return result;
 }
 
-/// The display RGB of a spectrum.
-inline Vector3 displayRGB(const FilmSpectralModel& model, const std::vector<double>& spectrum) {
-    Vector3 rgb;
+/// The display colour of a spectrum.
+inline LinearRgb displayRGB(const FilmSpectralModel& model, const std::vector<double>& spectrum) {
+    LinearRgb rgb;
     for (std::size_t i = 0; i < spectralSampleCount; ++i) rgb += model.reflectionWeights[i] * spectrum[i];
     return rgb;
 }
 
 /// What the layers receive from a colour, whose largest channel is not 0.
-inline Vector3 layerExposure(const FilmSpectralModel& model, const Vector3& rgb) {
+inline Exposure layerExposure(const FilmSpectralModel& model, const LinearRgb& rgb) {
     const double peak = largest(rgb);
-    const bool isWhite = rgb == Vector3::filled(peak);
-    const std::vector<Vector3> weights(model.reflectionWeights.begin(), model.reflectionWeights.end());
+    const bool isWhite = rgb == LinearRgb::filled(peak);
+    const std::vector<LinearRgb> weights(model.reflectionWeights.begin(), model.reflectionWeights.end());
     const std::vector<double> reflectance =
         isWhite ? std::vector<double>(81, 0.5) : fit(weights, rgb / peak / 2, 64).reflectance;
-    Vector3 exposure;
+    Exposure exposure;
     for (std::size_t i = 0; i < spectralSampleCount; ++i) {
         for (std::size_t c = 0; c < 3; ++c) {
             exposure[c] += model.filmSensitivityWeights[i][c] * (2 * peak * reflectance[i]);
         }
     }
-    if (model.stock != FilmStock::mono400) return exposure;
-    return Vector3::filled(0.2126 * exposure[0] + 0.7152 * exposure[1] + 0.0722 * exposure[2]);
+    if (model.stock.stock != FilmStock::mono400) return exposure;
+    return Exposure::filled(0.2126 * exposure[0] + 0.7152 * exposure[1] + 0.0722 * exposure[2]);
 }
 
 /// The light that passes three dyes of the given densities and what is under them, as three channels see it.
-inline Vector3 seenThrough(const Spectral<Vector3>& dyes, const Spectral<double>& base,
-                           const Spectral<Vector3>& weights, const Vector3& densities) {
-    Vector3 seen;
+template <class Seen>
+Seen seenThrough(const Spectral<Vector3>& dyes, const Spectral<double>& base, const Spectral<Seen>& weights,
+                 const Vector3& densities) {
+    Seen seen;
     for (std::size_t i = 0; i < spectralSampleCount; ++i) {
         const double density =
             densities[0] * dyes[i][0] + densities[1] * dyes[i][1] + densities[2] * dyes[i][2] + base[i];

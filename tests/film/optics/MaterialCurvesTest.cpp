@@ -1,5 +1,5 @@
+#include "film/optics/CharacteristicCurve.h"
 #include "film/optics/MaterialCurveError.h"
-#include "film/optics/MonotoneCurve.h"
 #include "film/optics/SampledSpectrum.h"
 
 #include <gtest/gtest.h>
@@ -72,9 +72,9 @@ TEST(SampledSpectrum, IsStraightBetweenItsPointsAndObeysItsRuleOutside) {
 TEST(MonotoneCurve, OfTwoPointsIsALine) {
     const MonotoneCurve line({{0, 1}, {2, 5}});
     EXPECT_EQ(line.tangents(), (std::vector<double>{2, 2}));
-    for (double x = 0; x <= 2; x += 0.125) EXPECT_DOUBLE_EQ(line.value(x), 1 + 2 * x);
-    EXPECT_EQ(line.value(nan), 1);
-    EXPECT_EQ(line.inverse(nan), 0);
+    for (double x = 0; x <= 2; x += 0.125) EXPECT_DOUBLE_EQ(line.density(x), 1 + 2 * x);
+    EXPECT_EQ(line.density(nan), 1);
+    EXPECT_EQ(line.logExposure(nan), 0);
 }
 
 TEST(MonotoneCurve, ReproducesTangentsWorkedOutByHand) {
@@ -82,13 +82,13 @@ TEST(MonotoneCurve, ReproducesTangentsWorkedOutByHand) {
     // point, flat beside the flat segment, ends (3·1 - 4) / 3 < 0 and (3·1 - 0) / 2 = 1.5.
     const MonotoneCurve curve({{0, 0}, {1, 1}, {3, 9}, {4, 9}, {5, 10}});
     EXPECT_EQ(curve.tangents(), (std::vector<double>{0, 1.5, 0, 0, 1.5}));
-    EXPECT_DOUBLE_EQ(curve.value(0.5), 0.5 - 1.5 / 8);
-    EXPECT_EQ(curve.value(3.5), 9);
-    EXPECT_EQ(curve.inverse(9), 3);
+    EXPECT_DOUBLE_EQ(curve.density(0.5), 0.5 - 1.5 / 8);
+    EXPECT_EQ(curve.density(3.5), 9);
+    EXPECT_EQ(curve.logExposure(9), 3);
 }
 
 // Laws that hold for any curve: it passes through its points, stays between the ends of each segment,
-// never decreases, and `inverse` finds an x with the wanted value.
+// never decreases, and `logExposure` finds an x with the wanted value.
 TEST(MonotoneCurve, NeverOvershootsAndIsUndoneByItsInverse) {
     std::mt19937 random(5);
     std::uniform_real_distribution<double> step(0.01, 3);
@@ -103,24 +103,41 @@ TEST(MonotoneCurve, NeverOvershootsAndIsUndoneByItsInverse) {
         for (std::size_t i = 0; i + 1 < points.size(); ++i) {
             const auto& [x0, y0] = points[i];
             const auto& [x1, y1] = points[i + 1];
-            EXPECT_EQ(curve.value(x0), y0);
+            EXPECT_EQ(curve.density(x0), y0);
             for (int k = 0; k <= 40; ++k) {
-                const double v = curve.value(std::min(x0 + (x1 - x0) * k / 40, x1));
+                const double v = curve.density(std::min(x0 + (x1 - x0) * k / 40, x1));
                 EXPECT_GE(v, y0);
                 EXPECT_LE(v, y1);
                 EXPECT_GE(v, previous - 1e-14);
                 previous = v;
-                EXPECT_NEAR(curve.value(curve.inverse(v)), v, 1e-13);
+                EXPECT_NEAR(curve.density(curve.logExposure(v)), v, 1e-13);
             }
             if (y0 != y1) {
-                EXPECT_EQ(curve.inverse(y1), x1);
+                EXPECT_EQ(curve.logExposure(y1), x1);
             }
         }
-        EXPECT_EQ(curve.value(-infinity), points.front().y);
-        EXPECT_EQ(curve.value(infinity), points.back().y);
-        EXPECT_EQ(curve.inverse(points.front().y), points.front().x);
-        EXPECT_EQ(curve.inverse(points.back().y + 1), points.back().x);
+        EXPECT_EQ(curve.density(-infinity), points.front().y);
+        EXPECT_EQ(curve.density(infinity), points.back().y);
+        EXPECT_EQ(curve.logExposure(points.front().y), points.front().x);
+        EXPECT_EQ(curve.logExposure(points.back().y + 1), points.back().x);
     }
+}
+
+TEST(CharacteristicCurve, DevelopsAlikeHoweverItIsWritten) {
+    const SigmoidCurve sigmoid{0.04, 2.7, 1.15};
+    const CharacteristicCurve curves[] = {sigmoid, MonotoneCurve({{-3.4, 0.22}, {-1.5, 0.86}, {0.5, 1.98}})};
+    const double lowest[] = {0.04, 0.22}, range[] = {2.7, 1.76};
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(lowestDensity(curves[i]), lowest[i]);
+        EXPECT_DOUBLE_EQ(densityRange(curves[i]), range[i]);
+        for (double x = -3; x <= 0.5; x += 0.25) {
+            EXPECT_NEAR(logExposure(curves[i], density(curves[i], x)), x, 1e-13);
+        }
+    }
+    EXPECT_DOUBLE_EQ(sigmoid.density(0), 0.04 + 2.7 / 2);
+    EXPECT_EQ(sigmoid.density(-infinity), 0.04);
+    EXPECT_EQ(sigmoid.logExposure(0.04), -infinity);
+    EXPECT_TRUE(std::isnan(sigmoid.logExposure(0.03)));
 }
 
 } // namespace

@@ -19,13 +19,13 @@ constexpr double ceiling = std::numeric_limits<double>::max() / 64;
 const FilmSpectralModel model(FilmStock::portra400, FilmPaper::glossy);
 const FilmSpectralReconstructor reconstructor = model.reconstructor();
 
-std::vector<Vector3> randomColours(std::size_t count) {
+std::vector<LinearRgb> randomColours(std::size_t count) {
     std::mt19937 random(11);
     std::uniform_real_distribution<double> channel(0, 1);
-    std::vector<Vector3> colours;
+    std::vector<LinearRgb> colours;
     while (colours.size() < count) {
         // Every other one saturated: one channel near or at nothing.
-        Vector3 colour{channel(random), channel(random), channel(random)};
+        LinearRgb colour{channel(random), channel(random), channel(random)};
         if (colours.size() % 2) colour[random() % 3] *= colours.size() % 4 == 1 ? 0 : 0.01;
         colours.push_back(colour);
     }
@@ -44,8 +44,8 @@ int interiorExtrema(const std::vector<double>& values) {
 }
 
 /// What every result promises: a spectrum within 0 and 1 that shows the colour within the stated error.
-void expectSound(const FilmReconstructedSpectrum& spectrum, const Vector3& colour) {
-    const Vector3 shown = literal::displayRGB(model, spectrum.reflectance) * spectrum.scale;
+void expectSound(const FilmReconstructedSpectrum& spectrum, const LinearRgb& colour) {
+    const LinearRgb shown = literal::displayRGB(model, spectrum.reflectance) * spectrum.scale;
     const double error = largestMagnitude(shown - colour);
     EXPECT_LE(error, (spectrum.relativeRGBError + 1e-14) * largest(colour));
     for (const double value : spectrum.reflectance) {
@@ -57,7 +57,7 @@ void expectSound(const FilmReconstructedSpectrum& spectrum, const Vector3& colou
 // The steps, damping and stopping rule are those of the literal loop; what remains is the rounding of
 // sqrt(1 + z²) against hypot(1, z) and of the order of products.
 TEST(Reconstruction, AgreesWithTheLiteralLoopUpToRounding) {
-    for (const Vector3& colour : randomColours(400)) {
+    for (const LinearRgb& colour : randomColours(400)) {
         const FilmReconstructedSpectrum spectrum = reconstructor.reconstruct(colour);
         const literal::Fit expected =
             literal::fit(reconstructor.observerRGBWeights(), colour / largest(colour) / 2, 64);
@@ -79,20 +79,20 @@ TEST(SpectralFit, TakesTheLiteralPathOverRoughGround) {
         return [=](const Vector3& c, literal::Columns& columns) {
             columns = {};
             for (std::size_t k = 0; k < 3; ++k) columns[k][k] = slopeAt(c[k]);
-            return Vector3{valueAt(c[0]), valueAt(c[1]), valueAt(c[2])};
+            return LinearRgb{valueAt(c[0]), valueAt(c[1]), valueAt(c[2])};
         };
     };
-    const Vector3 target{0.5, 0.3, 0.1};
+    const LinearRgb target{0.5, 0.3, 0.1};
     bool rejected = false, singular = false, shortened = false;
     const auto compare = [&](const auto& evaluate) {
         const literal::Search expected = literal::search(evaluate, target, literal::flatStart(target), 64);
         SpectralFit fit(target, 64);
-        SigmoidView view;
+        FitEvaluation evaluation;
         do {
             literal::Columns columns;
-            view.rgb = evaluate(fit.candidate(), columns);
-            for (std::size_t k = 0; k < 3; ++k) view.derivatives[k] = {columns[k]};
-        } while (fit.advance(view));
+            evaluation.rgb = evaluate(fit.candidate(), columns);
+            for (std::size_t k = 0; k < 3; ++k) evaluation.derivatives[k] = {columns[k]};
+        } while (fit.advance(evaluation));
         EXPECT_EQ(fit.iterations(), expected.iterations);
         for (std::size_t k = 0; k < 3; ++k) {
             EXPECT_NEAR(fit.coefficients()[k], expected.c[k], 1e-9 * std::max(1.0, std::abs(expected.c[k])));
@@ -112,7 +112,7 @@ TEST(SpectralFit, TakesTheLiteralPathOverRoughGround) {
 }
 
 TEST(Reconstruction, OfManyColoursAtOnceEqualsThatOfEach) {
-    std::vector<Vector3> colours = randomColours(101);
+    std::vector<LinearRgb> colours = randomColours(101);
     colours[7] = {0, 0, 0};
     colours[8] = {1, 1, 1};
     colours[9] = {nan, -1, infinity};
@@ -130,8 +130,8 @@ TEST(Reconstruction, OfManyColoursAtOnceEqualsThatOfEach) {
 
 TEST(Reconstruction, SurvivesAnyInput) {
     const struct {
-        Vector3 input;
-        Vector3 seen; ///< as which it is taken
+        LinearRgb input;
+        LinearRgb seen; ///< as which it is taken
         bool clamped;
     } cases[] = {
         {{0, 0, 0}, {0, 0, 0}, false},
@@ -167,7 +167,7 @@ TEST(Reconstruction, SurvivesAnyInput) {
 
 TEST(Reconstruction, OfGreyIsFlat) {
     for (const double grey : {1e-9, 0.18, 1.0, 40.0}) {
-        const FilmReconstructedSpectrum spectrum = reconstructor.reconstruct(Vector3::filled(grey));
+        const FilmReconstructedSpectrum spectrum = reconstructor.reconstruct(LinearRgb::filled(grey));
         EXPECT_EQ(spectrum.reflectance, std::vector<double>(spectralSampleCount, 0.5));
         EXPECT_EQ(spectrum.scale, 2 * grey);
         EXPECT_EQ(spectrum.iterations, 0);
@@ -179,7 +179,7 @@ TEST(Reconstruction, FallsBackWhereTheFitMissesTheColour) {
     const FilmSpectralReconstructor impatient(reconstructor.observerRGBWeights(), reconstructor.wavelengths(),
                                               reconstructor.fallbackBasis(), -3);
     EXPECT_EQ(impatient.maximumIterations(), 0);
-    for (const Vector3& colour : {Vector3{1, 0, 0}, Vector3{0.2, 0.9, 0.3}, Vector3{0, 0, 7}}) {
+    for (const LinearRgb& colour : {LinearRgb{1, 0, 0}, LinearRgb{0.2, 0.9, 0.3}, LinearRgb{0, 0, 7}}) {
         const FilmReconstructedSpectrum spectrum = impatient.reconstruct(colour);
         EXPECT_TRUE(spectrum.usedFallback);
         EXPECT_EQ(spectrum.iterations, 0);
@@ -197,12 +197,13 @@ TEST(Reconstruction, FallsBackWhereTheFitMissesTheColour) {
 }
 
 TEST(Reconstruction, RefusesListsThatDoNotBelongTogether) {
-    const std::vector<Vector3> three(3);
-    EXPECT_DEATH(FilmSpectralReconstructor({three[0], three[1]}, {400, 500}, {three[0], three[1]}, 64),
+    const std::vector<LinearRgb> weights(3);
+    const std::vector<Vector3> basis(3);
+    EXPECT_DEATH(FilmSpectralReconstructor({weights[0], weights[1]}, {400, 500}, {basis[0], basis[1]}, 64),
                  "three");
-    EXPECT_DEATH(FilmSpectralReconstructor(three, {400, 500, 600, 700}, three, 64), "lengths");
-    EXPECT_DEATH(FilmSpectralReconstructor(three, {400, nan, 600}, three, 64), "order");
-    EXPECT_DEATH(FilmSpectralReconstructor(three, {600, 500, 400}, three, 64), "order");
+    EXPECT_DEATH(FilmSpectralReconstructor(weights, {400, 500, 600, 700}, basis, 64), "lengths");
+    EXPECT_DEATH(FilmSpectralReconstructor(weights, {400, nan, 600}, basis, 64), "order");
+    EXPECT_DEATH(FilmSpectralReconstructor(weights, {600, 500, 400}, basis, 64), "order");
 }
 
 // The patches of a measured chart: their own spectra show colours, and the spectra found for these colours
@@ -222,16 +223,16 @@ TEST(Reconstruction, FindsTheColoursOfMeasuredPatchesAgain) {
         for (const double wavelength : reconstructor.wavelengths()) {
             reflectance.push_back(measured.value(wavelength));
         }
-        const Vector3 colour = literal::displayRGB(model, reflectance);
+        const LinearRgb colour = literal::displayRGB(model, reflectance);
 
         // The chart's own published colour, under D50, is the same but for the observer's fit and a black
         // body in place of daylight; the strongest red differs most, by 0.037.
         const double x = published[patch][1], y = published[patch][2], luminance = published[patch][3];
-        const Vector3 xyz{x / y * luminance, luminance, (1 - x - y) / y * luminance};
-        const Vector3 chart = linearRGBFromXYZ * adaptToD65(xyz, {0.9642, 1, 0.8252});
+        const Xyz xyz{x / y * luminance, luminance, (1 - x - y) / y * luminance};
+        const LinearRgb chart = linearRgbFromXyz * adaptToD65(xyz, {0.9642, 1, 0.8252});
         EXPECT_LT(largestMagnitude(colour - chart), 0.038) << patch;
 
-        Vector3 inGamut;
+        LinearRgb inGamut;
         for (std::size_t c = 0; c < 3; ++c) inGamut[c] = std::max(colour[c], 0.0);
         const FilmReconstructedSpectrum found = reconstructor.reconstruct(colour);
         expectSound(found, inGamut);

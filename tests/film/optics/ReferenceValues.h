@@ -4,7 +4,7 @@
 // published tables and formulas. Checksums are the sums of (i + 1) times sample i.
 
 #include "film/optics/FilmStock.h"
-#include "film/optics/Vector3.h"
+#include "film/optics/Triple.h"
 
 namespace lumisort::film::reference {
 
@@ -82,7 +82,7 @@ inline constexpr Vector3 paperDyes{2485.6269142330353, 574.12555636815158, 261.2
 inline constexpr Vector3 paperWeights{53.461831878092897, 34.737417708039529, 16.252652078506505};
 inline constexpr Vector3 reflectionWeights{53.055837584470988, 33.945620064709856, 12.777397168687203};
 inline constexpr Vector3 reconstructionBasis{704.82511280962227, 769.79733038795812, 240.62905908708581};
-inline constexpr Vector3 observer{837.91304133439865, 792.74872735087986, 337.87843811471193};
+inline constexpr Vector3 colourMatching1931{837.91304133439865, 792.74872735087986, 337.87843811471193};
 inline constexpr Vector3 reflectionCubeMinimums{-0.49647707414098727, -0.13301343185958242, -0.11366921893082611};
 inline constexpr Vector3 reflectionCubeRanges{1.9929541482819745, 1.2660268637191648, 1.2273384378616522};
 inline constexpr Vector3 paperNode{0.41173431575375982, 0.17505563236849177, 0.08270619231142249};

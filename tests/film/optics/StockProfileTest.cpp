@@ -1,7 +1,5 @@
-#include "film/optics/FilmMaterials.h"
-
-#include "film/optics/FilmPaper.h"
-#include "film/optics/FilmStock.h"
+#include "film/optics/PaperProfile.h"
+#include "film/optics/StockProfile.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +8,11 @@
 namespace lumisort::film {
 namespace {
 
-const FilmMaterialProfile& profile = FilmMaterials::portra400();
+const StockProfile& profile = stockProfile(FilmStock::portra400);
+
+const MonotoneCurve& measured(const FilmLayer& layer) {
+    return std::get<MonotoneCurve>(layer.characteristic);
+}
 
 // Σ (i + 1) · value: a wrong digit or two swapped numbers change it.
 template <class Items, class Get>
@@ -32,11 +34,10 @@ TEST(Portra400, HoldsTheTablesDigitForDigit) {
         {"Green / magenta-forming", 45, 550935, 1800.28, 90.58, 27.577841367559945},
         {"Blue / yellow-forming", 31, 236050, 795.31, 115.1, 32.530954851241337},
     };
-    ASSERT_EQ(profile.layers.size(), 3U);
     for (std::size_t c = 0; c < 3; ++c) {
-        const FilmMaterialLayer& layer = profile.layers[c];
+        const FilmLayer& layer = profile.layers[c];
         EXPECT_EQ(layer.name, layers[c].name);
-        const auto& samples = layer.sensitivity.points();
+        const auto& samples = std::get<SampledSpectrum>(layer.sensitivity).points();
         ASSERT_EQ(samples.size(), layers[c].sensitivityPoints);
         const std::vector<MaterialPoint> plotted(samples.begin() + 1, samples.end() - 1);
         EXPECT_EQ(checksum(samples, [](auto& p) { return p.x; }), layers[c].sensitivityNM);
@@ -44,7 +45,7 @@ TEST(Portra400, HoldsTheTablesDigitForDigit) {
                     1e-10);
         EXPECT_EQ(samples.front().y, 0);
         EXPECT_EQ(samples.back().y, 0);
-        const MonotoneCurve& curve = layer.characteristic;
+        const MonotoneCurve& curve = measured(layer);
         EXPECT_NEAR(checksum(curve.points(), [](auto& p) { return p.x; }), -52.1, 1e-12);
         EXPECT_NEAR(checksum(curve.points(), [](auto& p) { return p.y; }), layers[c].density, 1e-12);
         EXPECT_NEAR(checksum(curve.tangents(), [](double t) { return t; }), layers[c].tangents, 1e-12);
@@ -53,7 +54,7 @@ TEST(Portra400, HoldsTheTablesDigitForDigit) {
     EXPECT_NEAR(checksum(profile.baseDensity.points(), [](auto& p) { return p.y; }), 52.92, 1e-12);
     EXPECT_EQ(checksum(profile.baseDensity.points(), [](auto& p) { return p.x; }), 81600);
     EXPECT_EQ(profile.id, "portra400-study-v1");
-    EXPECT_EQ(profile.title, "Portrait 400 Study");
+    EXPECT_EQ(profile.neutralLogExposure, measured(profile.layers[0]).logExposure(0.82));
     EXPECT_EQ(profile.isoSpeed, 400);
 }
 
@@ -61,12 +62,13 @@ TEST(Portra400, PlacesMidGreyInTheMiddleOfThePublishedInterval) {
     EXPECT_NEAR(profile.neutralLogExposure, -1.5737051235195993, 1e-14);
     const double expected[] = {0.82, 1.2886766823786289, 1.673799481363022};
     for (std::size_t c = 0; c < 3; ++c) {
-        EXPECT_NEAR(profile.layers[c].characteristic.value(profile.neutralLogExposure), expected[c], 1e-14);
+        EXPECT_NEAR(density(profile.layers[c].characteristic, profile.neutralLogExposure), expected[c],
+                    1e-14);
     }
 }
 
 TEST(Portra400, EndsItsSpectraAsTheyAreMeasuredOrAssumed) {
-    const SampledSpectrum& red = profile.layers[0].sensitivity;
+    const auto& red = std::get<SampledSpectrum>(profile.layers[0].sensitivity);
     EXPECT_EQ(red.value(470), 0);
     EXPECT_DOUBLE_EQ(red.value(480), std::pow(10, 0.38) / 2);
     EXPECT_EQ(red.value(700), 0);
@@ -75,7 +77,7 @@ TEST(Portra400, EndsItsSpectraAsTheyAreMeasuredOrAssumed) {
     EXPECT_EQ(profile.baseDensity.value(900), 0.22);
     for (double wavelength = 380; wavelength <= 780; wavelength += 2.5) {
         double total = 0;
-        for (const FilmMaterialLayer& layer : profile.layers) {
+        for (const FilmLayer& layer : profile.layers) {
             total += layer.dyeAbsorption.value(wavelength);
             EXPECT_GE(layer.dyeAbsorption.value(wavelength), 0.035);
         }
@@ -105,7 +107,7 @@ TEST(Portra400, SaysWhereEachGroupOfNumbersComesFrom) {
         EXPECT_EQ(entry.component, expected[i].component);
         EXPECT_EQ(entry.evidence, expected[i].evidence);
         EXPECT_EQ(entry.sourcePage, expected[i].page);
-        EXPECT_EQ(entry.sourceURL.has_value(), expected[i].page.has_value());
+        EXPECT_EQ(entry.source.has_value(), expected[i].page.has_value());
         EXPECT_EQ(materialEvidenceFromRawValue(rawValue(entry.evidence)), entry.evidence);
     }
     EXPECT_EQ(materialEvidenceFromRawValue("guess"), std::nullopt);
@@ -131,15 +133,46 @@ TEST(FilmChoices, KeepTheirNames) {
     EXPECT_EQ(filmPaperFromRawValue(""), std::nullopt);
 }
 
-TEST(Portra400, HasGrainAndHalationInMicrometres) {
-    EXPECT_EQ(profile.grain.meanRadiusMicrometres, (Vector3{0.8, 0.7, 0.6}));
-    EXPECT_EQ(profile.grain.radiusCoefficientOfVariation, 0.35);
-    EXPECT_EQ(profile.grain.densityAmount, 0.075);
-    EXPECT_FALSE(profile.grain.isMonochrome);
-    EXPECT_EQ(profile.halation.scatteringFraction, (Vector3{0.025, 0.008, 0.002}));
-    EXPECT_EQ(profile.halation.coreSigmaMicrometres, (Vector3{12, 9, 6}));
-    EXPECT_EQ(profile.halation.tailSigmaMicrometres, (Vector3{45, 32, 20}));
-    EXPECT_EQ(profile.halation.tailWeight, (Vector3{0.18, 0.18, 0.18}));
+// Radii and fractions are sizes on the film, so a wrong one shows only in pictures.
+TEST(StockProfiles, HoldGrainHalationAndCouplingInFilmUnits) {
+    const struct {
+        FilmStock stock;
+        Vector3 radii;
+        double amount;
+        bool isBlackAndWhite;
+    } expected[] = {
+        {FilmStock::portra400, {0.8, 0.7, 0.6}, 0.075, false},
+        {FilmStock::color100, {0.6, 0.5, 0.45}, 0.035, false},
+        {FilmStock::color400, {1.1, 0.95, 0.8}, 0.065, false},
+        {FilmStock::mono400, {2, 2, 2}, 0.075, true},
+    };
+    for (const auto& [stock, radii, amount, isBlackAndWhite] : expected) {
+        const StockProfile& row = stockProfile(stock);
+        EXPECT_EQ(row.grain.meanRadiusMicrometres, radii);
+        EXPECT_EQ(row.grain.radiusCoefficientOfVariation, 0.35);
+        EXPECT_EQ(row.grain.densityAmount, amount);
+        EXPECT_EQ(row.grain.correlation, 0.35);
+        EXPECT_EQ(row.grain.isMonochrome, isBlackAndWhite);
+        EXPECT_EQ(row.isPanchromatic, isBlackAndWhite);
+        EXPECT_EQ(row.coupling.has_value(), !isBlackAndWhite);
+        EXPECT_EQ(row.halation.scatteringFraction, (Vector3{0.025, 0.008, 0.002}));
+        EXPECT_EQ(row.halation.coreSigmaMicrometres, (Vector3{12, 9, 6}));
+        EXPECT_EQ(row.halation.tailSigmaMicrometres, (Vector3{45, 32, 20}));
+        EXPECT_EQ(row.halation.tailWeight, (Vector3{0.18, 0.18, 0.18}));
+    }
+    const InterlayerCoupling coupling = profile.coupling.value();
+    EXPECT_EQ(coupling.inhibition,
+              (Matrix3{Vector3{0, 0.06, 0.035}, Vector3{0.04, 0, 0.04}, Vector3{0.025, 0.05, 0}}));
+    EXPECT_EQ(coupling.diffusionSigmaMicrometres, 8);
+}
+
+TEST(StockProfiles, HaveOneRowForEachChoice) {
+    ASSERT_EQ(stockProfiles().size(), allFilmStocks.size());
+    for (std::size_t i = 0; i < allFilmStocks.size(); ++i)
+        EXPECT_EQ(stockProfiles()[i].stock, allFilmStocks[i]);
+    ASSERT_EQ(paperProfiles().size(), allFilmPapers.size());
+    for (std::size_t i = 0; i < allFilmPapers.size(); ++i)
+        EXPECT_EQ(paperProfiles()[i].paper, allFilmPapers[i]);
 }
 
 } // namespace
