@@ -1,7 +1,9 @@
 #include "app/commandline/Command.h"
 #include "app/commandline/Folders.h"
 #include "app/commandline/Text.h"
-#include "film/inspect/FilmInspection.h"
+#include "film/inspect/CubeText.h"
+#include "film/inspect/FilmPlot.h"
+#include "film/inspect/FilmReport.h"
 #include "platform/files/AtomicFile.h"
 
 #include <CLI/CLI.hpp>

@@ -1,4 +1,5 @@
-#include "film/inspect/FilmInspection.h"
+#include "film/inspect/CubeText.h"
+
 #include "film/optics/FilmOptics.h"
 
 #include <charconv>

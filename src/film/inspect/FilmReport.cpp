@@ -1,4 +1,5 @@
-#include "film/inspect/FilmInspection.h"
+#include "film/inspect/FilmReport.h"
+
 #include "film/optics/FilmConstants.h"
 #include "film/optics/FilmSpectralModel.h"
 #include "platform/json/Writer.h"

@@ -1,5 +1,6 @@
-#include "film/inspect/FilmInspection.h"
-
+#include "film/inspect/CubeText.h"
+#include "film/inspect/FilmPlot.h"
+#include "film/inspect/FilmReport.h"
 #include "film/optics/FilmOptics.h"
 #include "platform/json/Reader.h"
 #include "platform/tasks/Cancellation.h"
