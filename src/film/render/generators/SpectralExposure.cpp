@@ -27,7 +27,6 @@ public:
     }
 
     void schedule() {
-        exposure.dim(0).set_min(0);
         exposure.bound(c, 0, 3).reorder(c, x, y).unroll(c).vectorize(x, 8, TailStrategy::RoundUp);
         peak.compute_at(exposure, x).vectorize(x);
     }
