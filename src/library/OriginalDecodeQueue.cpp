@@ -107,8 +107,6 @@ OriginalDecodeQueue::Answer OriginalDecodeQueue::answer(Job& job) {
             std::make_shared<const images::PicturePyramid>(load_(system_, job.url, job.attempt.get_token()));
         if (stamp) keep(job.url, *stamp, original);
         return original;
-    } catch (const tasks::Cancelled&) {
-        throw;
     } catch (const std::exception& error) {
         Original outdated;
         const std::scoped_lock lock(mutex_);

@@ -59,7 +59,9 @@ Thumbnail ThumbnailStore::make(const files::FileUrl& url, const std::stop_token&
         auto made = std::make_shared<const images::Bitmap>(decoder_(url, maxSide, either.get_token()));
         cache_.insert(url, made);
         return made;
-    } catch (const std::exception&) { // unreadable, cancelled or out of memory: no preview
+    } catch (const tasks::Cancelled&) { // the request was stopped: nobody waits for the preview
+        return {};
+    } catch (const std::exception&) { // unreadable or out of memory: no preview
         return {};
     }
 }

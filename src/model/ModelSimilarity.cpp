@@ -93,7 +93,6 @@ void LibraryModel::findSimilar() {
         SimilarityOutcome outcome{.method = method};
         if (method == SimilarityMethod::exact) {
             auto [groups, failed] = engines.exact(photos, stop);
-            tasks::checkCancelled(stop); // the engine answers a stop with no groups, which is no result
             outcome.groups = asGroups(std::move(groups));
             outcome.unreadable = failed;
         } else if (method == SimilarityMethod::nearDuplicates) {

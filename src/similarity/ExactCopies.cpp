@@ -71,8 +71,6 @@ private:
         tasks::checkCancelled(stop_);
         try {
             step();
-        } catch (const tasks::Cancelled&) {
-            throw;
         } catch (const std::exception&) {
             ++failed_;
         }
@@ -119,14 +117,8 @@ private:
 ExactCopies findExactCopies(files::FileSystem& system, std::span<const library::Photo> photos,
                             const ReadObserver& didReadChunk, const std::stop_token& stop) {
     Search search(system, didReadChunk, stop);
-    ExactCopies copies;
-    try {
-        copies.groups = search.confirmed(search.byDigest(search.bySize(photos)));
-    } catch (const tasks::Cancelled&) {
-        copies.groups.clear();
-    }
-    copies.failed = search.failed();
-    return copies;
+    auto groups = search.confirmed(search.byDigest(search.bySize(photos)));
+    return {.groups = std::move(groups), .failed = search.failed()};
 }
 
 } // namespace lumisort::similarity

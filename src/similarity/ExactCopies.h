@@ -33,8 +33,8 @@ using ReadObserver = std::function<void(const files::FileUrl& url, std::int64_t 
 
 /// Finds photos whose files are the same byte for byte, by SHA-256. Reads only files that share their size
 /// with another, one at a time, in pieces of 1 MiB, and writes nothing. A file that changes at any moment of
-/// the run counts as failed and is in no group. Throws nothing but what the machine runs out of: a run that
-/// is cancelled, which is looked for before every file and piece, returns no groups and the failures so far.
+/// the run counts as failed and is in no group. Looks at `stop` before every file and piece and throws
+/// tasks::Cancelled.
 ExactCopies findExactCopies(files::FileSystem& system, std::span<const library::Photo> photos,
                             const ReadObserver& didReadChunk = {}, const std::stop_token& stop = {});
 

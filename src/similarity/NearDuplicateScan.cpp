@@ -1,8 +1,8 @@
 #include "similarity/NearDuplicateScan.h"
 
 #include "platform/tasks/Cancellation.h"
+#include "platform/tasks/OrderedWorkers.h"
 #include "platform/tasks/ProgressThrottle.h"
-#include "platform/tasks/WorkerPool.h"
 #include "similarity/Fingerprinting.h"
 #include "similarity/Grouping.h"
 #include "similarity/PathOrder.h"
@@ -32,8 +32,6 @@ ExtractedFingerprint extract(const ScanServices& services, const files::FileUrl&
                              const FingerprintCache& cache, const std::stop_token& stop) {
     try {
         return {index, extractUnlessChanged(services, url, cache, stop)};
-    } catch (const tasks::Cancelled&) {
-        throw;
     } catch (const std::exception&) {
         return {index, std::nullopt};
     }

@@ -2,7 +2,8 @@
 #include "app/commandline/Folders.h"
 #include "app/commandline/Json.h"
 #include "app/commandline/Text.h"
-#include "platform/tasks/WorkerPool.h"
+#include "platform/images/ImageDecoder.h"
+#include "platform/tasks/OrderedWorkers.h"
 #include "similarity/Fingerprinting.h"
 
 #include <CLI/CLI.hpp>
@@ -10,7 +11,6 @@
 #include <array>
 #include <cstdio>
 #include <expected>
-#include <thread>
 
 namespace lumisort::app {
 
@@ -32,8 +32,6 @@ std::string hexadecimal(std::uint64_t hash) {
 Outcome fingerprint(const files::FileUrl& url, const std::stop_token& stop) {
     try {
         return similarity::SimilarityEngine::fingerprint(url, stop);
-    } catch (const tasks::Cancelled&) {
-        throw;
     } catch (const std::exception& error) {
         return std::unexpected(error.what());
     }
@@ -74,7 +72,7 @@ ExitStatus fingerprints(const FingerprintOptions& options, Surroundings& with) {
     std::vector<files::FileUrl> urls;
     for (const auto& file : options.files) urls.push_back(fileArgument(file));
     const auto outcomes = tasks::orderedWorkers(
-        urls.size(), static_cast<int>(std::thread::hardware_concurrency()),
+        urls.size(), images::mostDecodesAtOnce,
         [&](std::size_t index, const std::stop_token& stop) {
             return std::optional(fingerprint(urls[index], stop));
         },

@@ -9,7 +9,6 @@
 #include <CLI/CLI.hpp>
 
 #include <map>
-#include <thread>
 
 namespace lumisort::app {
 
@@ -32,8 +31,7 @@ void writeContactSheet(const MatchOptions& options, const Matches& matches, Surr
         matches.groups,
         {.title = titles.at(options.method),
          .subtitle = options.method == "exact" ? "" : options.level,
-         .failures = matches.failures.value_or(std::vector<std::string>{}),
-         .concurrency = static_cast<int>(std::thread::hardware_concurrency())},
+         .failures = matches.failures.value_or(std::vector<std::string>{})},
         [&](std::string_view piece) { page += piece; }, with.stop);
     const auto file = fileArgument(options.contactSheet);
     files::replaceFile(files::FileSystem::real(), file.path(), page);

@@ -2,22 +2,16 @@
 
 #include "app/commandline/Json.h"
 #include "app/commandline/Text.h"
-#include "platform/tasks/Cancellation.h"
+#include "platform/images/ImageDecoder.h"
 #include "platform/text/ByteCount.h"
 #include "similarity/ExactCopies.h"
 #include "similarity/NearDuplicateScan.h"
 #include "similarity/featureprint/FeaturePrintModel.h"
 #include "similarity/visual/VisionSimilarityEngine.h"
 
-#include <thread>
-
 namespace lumisort::app {
 
 namespace {
-
-int workers() {
-    return static_cast<int>(std::thread::hardware_concurrency());
-}
 
 void printGroup(const similarity::SimilarityGroup& group, std::size_t number, std::ostream& out) {
     out << "Group " << number << " · " << counted(std::ssize(group.photos), "photo") << '\n';
@@ -54,7 +48,6 @@ Matches exactMatches(const std::vector<library::Photo>& photos, similarity::Simi
                      Surroundings& with) {
     with.progress.show(-1, "Comparing files…");
     auto [groups, failed] = similarity::findExactCopies(files::FileSystem::real(), photos, {}, with.stop);
-    tasks::checkCancelled(with.stop); // the engine answers a stop with no groups, which is no result
     Matches matches{.failedCount = failed};
     for (auto& group : groups)
         matches.groups.push_back({.anchor = group.front(), .photos = std::move(group)});
@@ -64,7 +57,7 @@ Matches exactMatches(const std::vector<library::Photo>& photos, similarity::Simi
 Matches nearMatches(const std::vector<library::Photo>& photos, similarity::SimilarityLevel level,
                     Surroundings& with) {
     auto result = similarity::SimilarityEngine::scan(
-        similarity::SimilarityEngine::ScanServices::real(), photos, level, {}, workers(),
+        similarity::SimilarityEngine::ScanServices::real(), photos, level, {}, images::mostDecodesAtOnce,
         [&](std::size_t completed, std::size_t total) {
             const bool grouping = completed == total;
             with.progress.show(
@@ -83,7 +76,7 @@ Matches visualMatches(const std::vector<library::Photo>& photos, similarity::Sim
         similarity::FeaturePrintService::of(std::make_shared<const similarity::FeaturePrintModel>()),
         files::FileSystem::real(), time::Clock::system());
     auto result = engine.scan(
-        photos, level, {}, workers(),
+        photos, level, {}, images::mostDecodesAtOnce,
         [&](double fraction, std::string_view text) { with.progress.show(fraction, text); }, with.stop);
     return {.groups = std::move(result.groups), .failures = std::move(result.failures)};
 }

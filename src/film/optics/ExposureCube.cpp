@@ -1,6 +1,6 @@
 #include "film/optics/ExposureCube.h"
 
-#include "film/optics/Slices.h"
+#include "platform/tasks/ParallelFor.h"
 
 #include <utility>
 
@@ -10,7 +10,7 @@ ExposureCube exposureCube(const FilmSpectralModel& model, int workers, std::stop
     constexpr int n = cubeDimension;
     const FilmSpectralReconstructor reconstructor = model.reconstructor();
     ExposureCube result{FilmLookupCube(n)};
-    forEachSlice(n, workers, stop, [&](int b) {
+    tasks::parallelFor(n, workers, stop, [&](std::size_t b) {
         std::vector<LinearRgb> colours;
         colours.reserve(n * n);
         for (int g = 0; g < n; ++g) {
@@ -18,7 +18,7 @@ ExposureCube exposureCube(const FilmSpectralModel& model, int workers, std::stop
                 colours.push_back(LinearRgb{double(r), double(g), double(b)} / (n - 1));
             }
         }
-        const std::span<float> slice = result.cube.slice(b);
+        const std::span<float> slice = result.cube.slice(static_cast<int>(b));
         reconstructor.reconstruct(colours, [&](std::size_t i, const FilmReconstructedSpectrum& spectrum) {
             const Exposure exposure = model.exposure(spectrum) * result.factor;
             for (std::size_t c = 0; c < 3; ++c) slice[4 * i + c] = static_cast<float>(exposure[c]);

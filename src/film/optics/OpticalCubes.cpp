@@ -2,8 +2,8 @@
 
 #include "film/optics/Colorimetry.h"
 #include "film/optics/FilmConstants.h"
-#include "film/optics/Slices.h"
 #include "film/optics/TransmissionKernel.h"
+#include "platform/tasks/ParallelFor.h"
 
 #include <algorithm>
 #include <cmath>
@@ -41,11 +41,11 @@ template <class Stored>
 FilmLookupCube opticalCube(const TransmissionTables& tables, int workers, const std::stop_token& stop,
                            const Stored& stored) {
     FilmLookupCube cube(cubeDimension);
-    forEachSlice(cubeDimension, workers, stop, [&](int slice) {
-        float* node = cube.slice(slice).data();
+    tasks::parallelFor(n, workers, stop, [&](std::size_t slice) {
+        float* node = cube.slice(static_cast<int>(slice)).data();
         TransmissionTables::Row row;
         for (std::size_t g = 0; g < n; ++g) {
-            tables.sumRow(g, static_cast<std::size_t>(slice), row);
+            tables.sumRow(g, slice, row);
             for (std::size_t r = 0; r < n; ++r, node += 4) {
                 for (std::size_t c = 0; c < 3; ++c) node[c] = static_cast<float>(stored(row.sums[c][r], c));
             }

@@ -37,6 +37,9 @@ struct ImageProperties {
 inline constexpr std::int64_t maxDecodedPixels = 500'000'000;
 inline constexpr std::int64_t maxDecodedSide = 65'535;
 
+/// Threads of a parallel run whose workers each hold a decoded photo: it bounds memory.
+inline constexpr int mostDecodesAtOnce = 4;
+
 struct DecoderOptions {
     bool verbose = false; ///< let what the libraries print through to the terminal
 };

@@ -1,15 +1,12 @@
 #pragma once
 
-#include <exception>
 #include <stop_token>
 
 namespace lumisort::tasks {
 
-/// A task was asked to stop and did. Never an error that anyone is shown.
-class Cancelled : public std::exception {
-public:
-    const char* what() const noexcept override { return "cancelled"; }
-};
+/// Thrown by a task that was asked to stop and did. It is no std::exception: what handles errors, and reports
+/// or counts them, lets it pass.
+struct Cancelled {};
 
 /// Throws Cancelled when a stop was requested.
 inline void checkCancelled(const std::stop_token& stop) {

@@ -3,7 +3,7 @@
 #include "platform/images/ImageDecoder.h"
 #include "platform/images/JpegEncoder.h"
 #include "platform/tasks/Cancellation.h"
-#include "platform/tasks/WorkerPool.h"
+#include "platform/tasks/OrderedWorkers.h"
 #include "platform/text/ByteCount.h"
 #include "similarity/report/HtmlText.h"
 #include "similarity/report/SheetStyle.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/files/FileUrl.h"
-#include "platform/images/Bitmap.h"
+#include "platform/images/ImageDecoder.h"
 #include "similarity/SimilarityGroup.h"
 
 #include <functional>
@@ -20,7 +20,7 @@ struct ContactSheetOptions {
     int thumbnailSide = 180; ///< longest side in pixels
     /// Photos of one group that are shown; the page names the number of the others.
     std::size_t mostPhotosOfGroup = 200;
-    int concurrency = 4; ///< decoding threads, see tasks::workerWidth
+    int concurrency = images::mostDecodesAtOnce; ///< decoding threads
     /// The upright photo, longest side at most the given number of pixels; images::decodeThumbnail unless a
     /// test says otherwise. A photo for which it throws images::ImageError is shown as a tile with the
     /// reason.

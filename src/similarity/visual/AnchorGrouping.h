@@ -23,7 +23,7 @@ using GroupingProgress = std::function<void(int)>;
 /// `radius` away (of equally near ones to that with the smallest number), and becomes an anchor itself where
 /// there is none. The matches, in item order, are those of one pass over the items, whatever the concurrency.
 struct AnchorGrouping {
-    /// For any metric. Searches on tasks::workerWidth(concurrency) threads. Throws tasks::Cancelled, and what
+    /// For any metric. Searches on tasks::threadCount(concurrency) threads. Throws tasks::Cancelled, and what
     /// `distance` or `progress` throws.
     static std::vector<AnchorMatch> matches(int count, float radius, int concurrency,
                                             const ItemDistance& distance, const GroupingProgress& progress,

@@ -1,7 +1,7 @@
 #include "similarity/visual/PrintMatching.h"
 
 #include "platform/tasks/Cancellation.h"
-#include "platform/tasks/WorkerPool.h"
+#include "platform/tasks/OrderedWorkers.h"
 #include "similarity/visual/AnchorScreen.h"
 #include "similarity/visual/VisionError.h"
 

@@ -1,6 +1,6 @@
 #include "similarity/visual/PrintSketch.h"
 
-#include "platform/tasks/WorkerPool.h"
+#include "platform/tasks/OrderedWorkers.h"
 #include "similarity/visual/PrincipalAxes.h"
 
 #include <algorithm>

@@ -34,7 +34,7 @@ public:
     /// Prints of another length than 1 (by more than this in the square) have no sketches.
     static constexpr float unitTolerance = 2e-5F;
 
-    /// Uses tasks::workerWidth(concurrency) threads. Throws tasks::Cancelled.
+    /// Uses tasks::threadCount(concurrency) threads. Throws tasks::Cancelled.
     PrintSketches(std::span<const std::shared_ptr<const FeaturePrint>> prints, int concurrency,
                   const std::stop_token& stop);
 

@@ -2,8 +2,8 @@
 
 #include "platform/images/ImageDecoder.h"
 #include "platform/tasks/Cancellation.h"
+#include "platform/tasks/OrderedWorkers.h"
 #include "platform/tasks/ProgressThrottle.h"
-#include "platform/tasks/WorkerPool.h"
 #include "similarity/PathOrder.h"
 #include "similarity/visual/MatchedGroups.h"
 #include "similarity/visual/PhotoDetail.h"
@@ -110,8 +110,6 @@ VisionSimilarityEngine::ExtractedFeature VisionSimilarityEngine::extract(const l
     };
     try {
         return {.cached = printed(photo.url, cache, stop), .failure = {}};
-    } catch (const tasks::Cancelled&) {
-        throw;
     } catch (const files::FileError& error) {
         return failed(error.description());
     } catch (const std::exception& error) {

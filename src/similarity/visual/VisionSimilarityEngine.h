@@ -49,7 +49,7 @@ public:
     VisionSimilarityEngine(FeaturePrintService service, files::FileSystem& system, time::Clock clock)
         : service_(std::move(service)), system_(system), clock_(std::move(clock)) {}
 
-    /// Groups photos around anchors, in the order of their paths, on tasks::workerWidth(concurrency) threads.
+    /// Groups photos around anchors, in the order of their paths, on tasks::threadCount(concurrency) threads.
     /// The result does not depend on the concurrency. Takes prints from `cache` where file and model are
     /// unchanged. `progress` is called on the calling thread, at most ten times a second while photos are
     /// counted. Holds 1.6 kB for each photo, beside its names.

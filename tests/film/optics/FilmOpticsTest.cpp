@@ -2,7 +2,6 @@
 
 #include "film/optics/LiteralModel.h"
 #include "film/optics/ReferenceValues.h"
-#include "film/optics/Slices.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <gtest/gtest.h>
@@ -150,27 +149,6 @@ TEST(Optics, StopWhenAsked) {
     EXPECT_THROW(exposureCube(model, 2, stop.get_token()), tasks::Cancelled);
     EXPECT_THROW(paperCube(model, 1, stop.get_token()), tasks::Cancelled);
     EXPECT_THROW(buildOptics(FilmStock::color100, FilmPaper::soft, 0, stop.get_token()), tasks::Cancelled);
-}
-
-TEST(Slices, EndWithinOneSliceOfAStopOrAFailure) {
-    for (const int workers : {1, 2, 5}) {
-        std::stop_source stop;
-        std::atomic<int> done = 0;
-        const auto stopAtThird = [&](int) {
-            if (++done == 3) stop.request_stop();
-        };
-        EXPECT_THROW(forEachSlice(1000, workers, stop.get_token(), stopAtThird), tasks::Cancelled);
-        EXPECT_LE(done, 3 + workers - 1);
-
-        const auto fail = [&](int slice) {
-            if (slice == 4) throw std::runtime_error("broken");
-        };
-        EXPECT_THROW(forEachSlice(1000, workers, {}, fail), std::runtime_error);
-
-        std::vector<std::atomic<int>> calls(50);
-        forEachSlice(50, workers, {}, [&](int slice) { ++calls[static_cast<std::size_t>(slice)]; });
-        for (const auto& count : calls) EXPECT_EQ(count, 1);
-    }
 }
 
 TEST(FilmLookupCube, RefusesDataOfAnotherSize) {

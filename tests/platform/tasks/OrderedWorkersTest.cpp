@@ -1,4 +1,4 @@
-#include "platform/tasks/WorkerPool.h"
+#include "platform/tasks/OrderedWorkers.h"
 
 #include "platform/tasks/ProgressThrottle.h"
 
@@ -22,14 +22,14 @@ void waitForStop(const std::stop_token& stop) {
     while (!stop.stop_requested()) std::this_thread::yield();
 }
 
-TEST(WorkerPool, ReturnsResultsByIndexWhateverTheOrderOfFinishing) {
-    for (const int concurrency : {0, 1, 3, 10}) {
+TEST(OrderedWorkers, ReturnsResultsByIndexWhateverTheOrderOfFinishing) {
+    for (const int width : {0, 1, 3, 10}) {
         std::atomic<int> running = 0;
         std::atomic<int> most = 0;
         const auto caller = std::this_thread::get_id();
         std::vector<std::size_t> progress;
         const auto results = orderedWorkers(
-            200, concurrency,
+            200, width,
             [&](std::size_t index, const std::stop_token&) {
                 const int now = ++running;
                 for (int seen = most; seen < now && !most.compare_exchange_weak(seen, now);) {
@@ -48,31 +48,29 @@ TEST(WorkerPool, ReturnsResultsByIndexWhateverTheOrderOfFinishing) {
         std::vector<std::size_t> expected(200);
         std::iota(expected.begin(), expected.end(), 1U);
         EXPECT_EQ(progress, expected);
-        EXPECT_LE(most, workerWidth(concurrency));
+        EXPECT_LE(static_cast<std::size_t>(most), threadCount(width));
     }
-    EXPECT_THAT((std::array{workerWidth(-1), workerWidth(0), workerWidth(4), workerWidth(10)}),
-                ElementsAre(1, 1, 4, 4));
 }
 
-TEST(WorkerPool, RunsAsManyAtOnceAsAsked) {
-    std::latch together(4); // passes only when four workers are inside at the same time
-    const auto results = orderedWorkers(4, 10,
+TEST(OrderedWorkers, RunsAsManyAtOnceAsAsked) {
+    std::latch together(7); // passes only when seven workers are inside at the same time
+    const auto results = orderedWorkers(7, 7,
                                         [&](std::size_t, const std::stop_token&) {
                                             together.arrive_and_wait();
                                             return 1;
                                         },
                                         ignoreProgress, {});
-    EXPECT_EQ(results.size(), 4U);
+    EXPECT_EQ(results.size(), 7U);
 }
 
-TEST(WorkerPool, NoItemsNeedNoWorkers) {
+TEST(OrderedWorkers, NoItemsNeedNoWorkers) {
     const auto results = orderedWorkers(
         0, 4, [](std::size_t, const std::stop_token&) { return 1; },
         [](std::size_t) { FAIL() << "nothing was finished"; }, {});
     EXPECT_TRUE(results.empty());
 }
 
-TEST(WorkerPool, AFailureStopsTheOthersAndIsThrownOn) {
+TEST(OrderedWorkers, AFailureStopsTheOthersAndIsThrownOn) {
     std::atomic<int> started = 0;
     std::atomic<int> ended = 0;
     const auto run = [&] {
@@ -94,7 +92,7 @@ TEST(WorkerPool, AFailureStopsTheOthersAndIsThrownOn) {
     EXPECT_LE(started, 4);
 }
 
-TEST(WorkerPool, AFailureOfTheCallerStopsTheWorkers) {
+TEST(OrderedWorkers, AFailureOfTheCallerStopsTheWorkers) {
     const auto run = [] {
         orderedWorkers(
             8, 2,
@@ -107,7 +105,7 @@ TEST(WorkerPool, AFailureOfTheCallerStopsTheWorkers) {
     EXPECT_THROW(run(), std::runtime_error);
 }
 
-TEST(WorkerPool, AStopReachesTheWorkersAndIsThrown) {
+TEST(OrderedWorkers, AStopReachesTheWorkersAndIsThrown) {
     std::stop_source source;
     std::atomic<int> started = 0;
     const auto run = [&] {
@@ -127,7 +125,7 @@ TEST(WorkerPool, AStopReachesTheWorkersAndIsThrown) {
     EXPECT_EQ(started, 4);
 }
 
-TEST(WorkerPool, AStopFromTheProgressOfTheLastResultIsThrown) {
+TEST(OrderedWorkers, AStopFromTheProgressOfTheLastResultIsThrown) {
     std::stop_source source;
     const auto run = [&] {
         orderedWorkers(
