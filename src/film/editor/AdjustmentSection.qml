@@ -1,0 +1,61 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumisort.FilmEditor
+import Lumisort.Ui
+
+/// A group of sliders under a title, with a dot that resets the group where something in it was changed.
+ColumnLayout {
+    id: group
+    required property FilmEditorModel editor
+    property alias section: list.section
+    property string title
+
+    spacing: Theme.xs
+
+    AdjustmentList {
+        id: list
+        editor: group.editor
+    }
+    Rectangle {
+        implicitHeight: 1
+        color: Theme.hairline
+        Layout.fillWidth: true
+    }
+    RowLayout {
+        spacing: Theme.xs
+        Caption {
+            text: group.title
+            font.weight: Font.DemiBold
+            Layout.fillWidth: true
+        }
+        PushButton {
+            id: dot
+            visible: !list.isDefault
+            flat: true
+            implicitWidth: 24
+            implicitHeight: 24
+            help: "Reset " + group.title
+            Accessible.name: help
+            enabled: group.editor.editable
+            onClicked: list.resetSection()
+            contentItem: Item {
+                Rectangle {
+                    anchors.centerIn: parent
+                    width: 7
+                    height: 7
+                    radius: 4
+                    color: Theme.accentLine
+                }
+            }
+        }
+    }
+    Repeater {
+        model: list
+        AdjustmentSlider {
+            list: list
+            enabled: group.editor.editable
+            onReleased: group.editor.seal()
+            Layout.fillWidth: true
+        }
+    }
+}

@@ -1,0 +1,140 @@
+import QtQuick
+import QtQuick.Layouts
+import Lumisort.FilmEditor
+import Lumisort.Ui
+
+/// The column of an editor: histogram, materials, sliders, export.
+Item {
+    id: controls
+    required property FilmEditorModel editor
+    property bool showsOriginal: false
+    readonly property bool editable: editor.editable
+
+    FilmChoices {
+        id: choices
+        editor: controls.editor
+    }
+    Flickable {
+        id: flick
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.bottom: footer.top
+        contentHeight: column.height + 2 * Theme.l
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: contentHeight > height
+
+        ColumnLayout {
+            id: column
+            x: Theme.l
+            y: Theme.l
+            width: parent.width - 2 * Theme.l
+            spacing: Theme.m
+
+            HistogramView {
+                editor: controls.editor
+                original: controls.showsOriginal
+                Layout.fillWidth: true
+            }
+            ColumnLayout {
+                enabled: controls.editable
+                spacing: Theme.s
+                Layout.fillWidth: true
+                LabelledPicker {
+                    label: "Film"
+                    model: choices.stocks
+                    currentIndex: choices.stock
+                    onActivated: index => choices.stock = index
+                }
+                LabelledPicker {
+                    label: "Paper"
+                    model: choices.papers
+                    currentIndex: choices.paper
+                    onActivated: index => choices.paper = index
+                }
+                LabelledPicker {
+                    label: "Format"
+                    model: choices.formats
+                    currentIndex: choices.format
+                    onActivated: index => choices.format = index
+                }
+                Body {
+                    text: choices.profileTitle
+                    font.weight: Font.DemiBold
+                    Layout.topMargin: Theme.xs
+                }
+                Caption {
+                    text: choices.profileText
+                    wrapMode: Text.Wrap
+                    Layout.fillWidth: true
+                }
+                LinkButton {
+                    text: "Reset"
+                    enabled: controls.editable && !controls.editor.isDefault
+                    onClicked: controls.editor.reset()
+                }
+            }
+            AdjustmentSection {
+                title: "Light"
+                editor: controls.editor
+                section: AdjustmentList.Light
+                Layout.fillWidth: true
+            }
+            AdjustmentSection {
+                title: "Print"
+                editor: controls.editor
+                section: AdjustmentList.Print
+                Layout.fillWidth: true
+            }
+            AdjustmentSection {
+                title: "Grain and Halation"
+                editor: controls.editor
+                section: AdjustmentList.GrainAndHalation
+                Layout.fillWidth: true
+            }
+        }
+    }
+    ColumnLayout {
+        id: footer
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.margins: Theme.l
+        spacing: Theme.s
+        RowLayout {
+            visible: controls.editor.exportedURL.toString() !== ""
+            spacing: Theme.s
+            Icon {
+                name: "checkmark"
+                color: Theme.keep
+            }
+            Body { text: "Exported" }
+            LinkButton {
+                text: "Show"
+                onClicked: FileBrowser.reveal(controls.editor.exportedURL.toString())
+            }
+        }
+        RowLayout {
+            visible: controls.editor.isExporting
+            spacing: Theme.s
+            Layout.preferredHeight: Theme.controlHeight
+            Spinner {
+                running: parent.visible
+                Accessible.name: "Exporting"
+            }
+            Body { text: "Exporting…" }
+        }
+        PushButton {
+            text: "Export"
+            hint: "Ctrl+E"
+            help: "Save a full-resolution 16-bit TIFF copy"
+            prominent: true
+            visible: !controls.editor.isExporting
+            enabled: controls.editor.canExport
+            reason: controls.editor.loaded ? "The photo is not ready yet." : "The photo is being loaded."
+            Layout.fillWidth: true
+            onClicked: controls.editor.exportPhoto()
+        }
+    }
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "film/edits/FilmEditStore.h"
+#include "film/optics/FilmSettings.h"
+#include "library/FingerprintStamp.h"
+#include "platform/files/FileUrl.h"
+
+#include <QFuture>
+#include <QImage>
+#include <QRect>
+#include <QSize>
+#include <stop_token>
+
+namespace lumisort::film {
+
+/// The full preview of one photo, sRGB, 8 bits a channel, at most 1600 pixels on the long edge.
+struct EditorPreview {
+    QImage film;        ///< the simulated print
+    QImage original;    ///< the neutral development; same size and format
+    QSize originalSize; ///< of the photo after orientation, in pixels
+    bool isRAW = false; ///< developed from sensor data
+};
+
+/// What an editor asks of the edit store and of the render engine. Every call returns at once; its future
+/// finishes on another thread and carries what the operation threw. Renders throw tasks::Cancelled after a
+/// stop was requested. The store's calls run in the order in which they were made, and so do the engine's.
+class FilmEditorServices {
+public:
+    virtual ~FilmEditorServices() = default;
+
+    // The edit store; see FilmEditStore.
+
+    virtual QFuture<FilmEditSnapshot> load(files::FileUrl photo) = 0;
+    virtual QFuture<library::FingerprintStamp> stamp(files::FileUrl photo) = 0;
+    virtual QFuture<void> save(FilmSettings settings, files::FileUrl photo,
+                               library::FingerprintStamp expected) = 0;
+
+    // The engine.
+
+    virtual QFuture<EditorPreview> preview(files::FileUrl photo, FilmSettings settings,
+                                           std::stop_token stop) = 0;
+    /// The same picture as the preview's `film`, rendered with its long edge reduced to `longEdge` pixels.
+    virtual QFuture<QImage> draft(files::FileUrl photo, FilmSettings settings, int longEdge,
+                                  std::stop_token stop) = 0;
+    /// The pixels of the export inside `rectangle`, in pixels of the photo after orientation.
+    virtual QFuture<QImage> detail(files::FileUrl photo, FilmSettings settings, QRect rectangle,
+                                   std::stop_token stop) = 0;
+    virtual QFuture<void> exportTiff(files::FileUrl photo, FilmSettings settings, files::FileUrl destination,
+                                     std::stop_token stop) = 0;
+};
+
+} // namespace lumisort::film
