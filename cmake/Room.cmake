@@ -39,7 +39,7 @@ function(lumisort_qml_room uri)
     # nobody wrote, and some statements are left out.
     set_target_properties(${target} PROPERTIES AUTOMOC ON AUTOMOC_COMPILER_PREDEFINES OFF
                                                QT_QMLCACHEGEN_ARGUMENTS --only-bytecode)
-    qt_add_qml_module(${target} URI ${uri} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
+    qt_add_qml_module(${target} URI ${uri} VERSION 1.0 NO_PLUGIN DEPENDENCIES QtQml QtQml.Models QtQuick RESOURCE_PREFIX /qt/qml
                       OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml/${path}
                       SOURCES ${sources} QML_FILES ${views} RESOURCES ${icons})
     target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)

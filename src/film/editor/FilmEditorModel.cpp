@@ -320,7 +320,7 @@ void FilmEditorModel::dismissError() {
     Q_EMIT stateChanged();
 }
 
-void FilmEditorModel::show(std::exception_ptr error) {
+void FilmEditorModel::show(const std::exception_ptr& error) {
     try {
         std::rethrow_exception(error);
     } catch (const FilmEditStoreError& changed) {

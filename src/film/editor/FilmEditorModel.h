@@ -141,7 +141,7 @@ private:
     void applySettings(const FilmSettings& settings);
     void requestPreview(Persist persist);
     void cancelPreview();
-    void show(std::exception_ptr error);
+    void show(const std::exception_ptr& error);
     void requestDetail();
     void dropDetail();
 
