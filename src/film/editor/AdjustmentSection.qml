@@ -7,13 +7,13 @@ import Lumisort.Ui
 ColumnLayout {
     id: group
     required property FilmEditorModel editor
-    property alias section: list.section
+    property alias section: sliders.section
     property string title
 
     spacing: Theme.xs
 
     AdjustmentList {
-        id: list
+        id: sliders
         editor: group.editor
     }
     Rectangle {
@@ -30,14 +30,14 @@ ColumnLayout {
         }
         PushButton {
             id: dot
-            visible: !list.isDefault
+            visible: !sliders.isDefault
             flat: true
             implicitWidth: 24
             implicitHeight: 24
             help: "Reset " + group.title
             Accessible.name: help
             enabled: group.editor.editable
-            onClicked: list.resetSection()
+            onClicked: sliders.resetSection()
             contentItem: Item {
                 Rectangle {
                     anchors.centerIn: parent
@@ -50,9 +50,9 @@ ColumnLayout {
         }
     }
     Repeater {
-        model: list
+        model: sliders
         AdjustmentSlider {
-            list: list
+            list: sliders
             enabled: group.editor.editable
             onReleased: group.editor.seal()
             Layout.fillWidth: true

@@ -26,6 +26,7 @@ ColumnLayout {
         Body {
             text: adjustment.title
             color: adjustment.enabled ? Theme.text : Theme.disabled
+            Accessible.ignored: true // the slider has the name
             Layout.fillWidth: true
             TapHandler { onDoubleTapped: adjustment.list.reset(adjustment.index) }
             HoverHandler { id: pointer }
@@ -35,7 +36,7 @@ ColumnLayout {
             }
         }
         ValueField {
-            text: adjustment.text
+            value: adjustment.text
             label: adjustment.title + " value"
             onTyped: typed => { if (!adjustment.list.type(adjustment.index, typed)) revert(); }
         }

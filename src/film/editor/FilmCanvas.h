@@ -57,8 +57,14 @@ Q_SIGNALS:
     void viewChanged();
     /// The wheel was turned: the factor by which to zoom, and where.
     void wheelTurned(double factor, QPointF position);
+    /// The canvas got the keyboard; `reason` is a Qt::FocusReason.
+    void focusReasonSeen(int reason);
 
 protected:
+    void focusInEvent(QFocusEvent* event) override {
+        QQuickItem::focusInEvent(event);
+        Q_EMIT focusReasonSeen(event->reason());
+    }
     QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) override;
     void geometryChange(const QRectF& now, const QRectF& before) override;
     void itemChange(ItemChange change, const ItemChangeData& data) override;

@@ -87,14 +87,22 @@ FocusScope {
         editor: view.editor
         original: view.showsOriginal
         divider: split.checked && !view.showsOriginal ? divider.share : -1
+        property bool focusByKey: false
         activeFocusOnTab: true
         focus: true
+        onFocusReasonSeen: reason => focusByKey = reason === Qt.TabFocusReason || reason === Qt.BacktabFocusReason
         onWheelTurned: (factor, position) => view.zoomBy(factor, position)
         Accessible.role: Accessible.Graphic
         Accessible.name: view.showsOriginal ? "Original photo" : "Film preview"
         Accessible.ignored: !view.hasPreview
 
-        FocusRing { control: canvas }
+        Rectangle {
+            anchors.fill: parent
+            visible: canvas.activeFocus && canvas.focusByKey
+            color: "transparent"
+            border.width: 2
+            border.color: Theme.accentLine
+        }
         DragHandler {
             property point start
             target: null

@@ -16,6 +16,7 @@ RowLayout {
         text: row.label
         color: Theme.secondary
         Layout.preferredWidth: 56
+        Accessible.ignored: true // the picker has the name
     }
     Picker {
         id: picker

@@ -6,13 +6,15 @@ import Lumisort.Ui
 T.TextField {
     id: field
     property string label
+    /// The value as it is; what is typed differs from it until it is taken.
+    property string value
     signal typed(string text)
 
     function revert() {
-        field.text = field.shown;
+        field.text = field.value;
     }
-    /// What the last assignment from outside was.
-    property string shown: text
+    text: value
+    onValueChanged: revert() // typing has ended the binding
 
     implicitWidth: 76
     implicitHeight: 24
@@ -26,7 +28,7 @@ T.TextField {
     selectByMouse: true
     Accessible.name: label
     onActiveFocusChanged: activeFocus ? selectAll() : deselect()
-    onEditingFinished: if (text !== shown) typed(text)
+    onEditingFinished: if (text !== value) typed(text)
     Keys.onEscapePressed: revert()
 
     background: Rectangle {
