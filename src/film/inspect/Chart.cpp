@@ -39,7 +39,7 @@ std::string lineBetween(double x0, double y0, double x1, double y1, std::string_
            "\" class=\"" + std::string(style) + "\"/>\n";
 }
 
-/// The box in which the lines are drawn, and where a point of the chart lies in it.
+/// The box in which the lines are drawn, with the mapping from chart coordinates to pixels.
 struct Frame {
     const Chart& chart;
     double left, top, right, bottom;
@@ -56,7 +56,7 @@ template <class Draw>
 void forEachTick(const Axis& axis, const Draw& draw) {
     const double first = std::ceil(axis.low / axis.step - 1e-9);
     const double last = std::floor(axis.high / axis.step + 1e-9);
-    // Adding zero turns the -0 that ceil gives for small negative numbers into 0.
+    // Adding zero turns the -0 that ceil returns for small negative numbers into 0.
     for (double k = first; k <= last; ++k) draw(k * axis.step + 0.0);
 }
 

@@ -18,7 +18,7 @@ struct Axis {
     std::string fill = {}; ///< a paint for the strip along an x axis, none when empty
 };
 
-/// One line of a chart, with dots where it was measured. What lies outside the axes is cut off.
+/// One line of a chart, with dots where it was measured. Clipped to the axes.
 struct ChartLine {
     std::string name;
     std::string colour; ///< as in CSS
@@ -27,7 +27,7 @@ struct ChartLine {
     bool dashed = false;
 };
 
-/// A place on the x axis with a word.
+/// A labelled vertical line at an x.
 struct ChartMark {
     double x = 0;
     std::string label;

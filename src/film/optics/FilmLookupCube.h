@@ -10,8 +10,8 @@ namespace lumisort::film {
 /// Nodes on each axis of the film's cubes.
 inline constexpr int cubeDimension = 33;
 
-/// A function of three numbers between 0 and 1, known at dimension³ nodes: node k of an axis stands for
-/// k / (dimension - 1). A value.
+/// A three-dimensional lookup table over [0, 1]³: dimension³ nodes, node k of an axis at k / (dimension - 1).
+/// A value.
 ///
 /// Layout: four floats R, G, B, 1 for each node, blue slowest, then green, red fastest. Read as an
 /// image, the nodes are an atlas of dimension² × dimension texels with one blue slice in each row.

@@ -36,7 +36,7 @@ struct FilmSpectralModel {
     /// What a spectrum exposes; the same in all layers of a panchromatic film.
     Exposure exposure(const FilmReconstructedSpectrum& spectrum) const;
 
-    /// Develops relative exposures. An exposure at or below 1e-12, or one that is no number, develops like
+    /// Develops relative exposures. An exposure at or below 1e-12, or NaN, develops like
     /// 1e-12. Densities count from the film's base; a sigmoid curve's own minimum is part of them.
     Density layerDensity(const Exposure& exposures) const;
 

@@ -17,7 +17,7 @@ struct MaterialPoint {
 /// two checks that come first for every kind of curve.
 void requireFinitePoints(const std::vector<MaterialPoint>& points);
 
-/// The index of the interval [lo, lo + 1] that holds x, which lies inside the points' span. An x equal
+/// The index of the interval [lo, lo + 1] that contains x, which is within the points' span. An x equal
 /// to a point's belongs to the interval that this point starts, except the last.
 std::size_t intervalHolding(const std::vector<MaterialPoint>& points, double x);
 

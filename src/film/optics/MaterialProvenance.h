@@ -31,11 +31,10 @@ constexpr std::optional<MaterialEvidence> materialEvidenceFromRawValue(std::stri
 struct MaterialProvenance {
     std::string component; ///< the group of numbers, "Grain parameters"
     MaterialEvidence evidence = MaterialEvidence::modelAssumption;
-    std::optional<std::string>
-        source;                    ///< the document and where it is published; none for a model's assumption
-    std::optional<int> sourcePage; ///< its page, counted from 1; none without a document
-    std::string conditions;        ///< of the measurement or the model
-    std::string uncertainty;       ///< stated uncertainty and caveats
+    std::optional<std::string> source; ///< the document and its address; none for an assumption
+    std::optional<int> sourcePage;     ///< its page, counted from 1; none without a document
+    std::string conditions;            ///< of the measurement or the model
+    std::string uncertainty;           ///< stated uncertainty and caveats
 
     friend bool operator==(const MaterialProvenance&, const MaterialProvenance&) = default;
 };

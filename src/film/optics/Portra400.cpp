@@ -4,7 +4,7 @@
 #include "film/optics/DataSheet.h"
 
 // Every number of the Portra 400 study, as read from the manufacturer's technical data sheet (Kodak
-// publication E-4050) or assumed where the sheet is silent. Which is which stands in the provenance entries.
+// publication E-4050) or assumed where the sheet is silent. The provenance entries say which is which.
 
 namespace lumisort::film {
 namespace {

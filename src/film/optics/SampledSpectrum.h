@@ -6,7 +6,7 @@
 
 namespace lumisort::film {
 
-/// A spectrum known at a few wavelengths, straight lines between them.
+/// A spectrum interpolated linearly between a few wavelengths, in nanometres.
 class SampledSpectrum {
 public:
     /// The value beyond the first and the last point: nothing, or that of the nearer end.
@@ -19,7 +19,7 @@ public:
     const std::vector<MaterialPoint>& points() const { return points_; }
     Outside outside() const { return outside_; }
 
-    /// Never negative; 0 for a wavelength that is no number. The end points lie inside.
+    /// Never negative; 0 for NaN. The end points are inside.
     double value(double wavelength) const;
 
     friend bool operator==(const SampledSpectrum&, const SampledSpectrum&) = default;

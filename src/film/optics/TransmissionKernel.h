@@ -8,7 +8,8 @@
 
 namespace lumisort::film {
 
-/// How much light of every wavelength three dyes let through at each of 33 levels, and what sees it.
+/// The spectral transmissions of three dyes at 33 levels of density each, and the weights of the three
+/// channels that see their product.
 struct TransmissionTables {
     static constexpr std::size_t levels = 33;
     static constexpr std::size_t paddedLevels = 40; ///< whole vectors of any processor
@@ -21,7 +22,7 @@ struct TransmissionTables {
     Spectral<Vector3> weights{};
 
     struct Row {
-        alignas(64) std::array<std::array<double, paddedLevels>, 3> sums; ///< by channel, then level
+        alignas(64) std::array<std::array<double, paddedLevels>, 3> sums{}; ///< by channel, then level
     };
     /// The weighted sums over wavelengths for every level of the first dye and one of each other. The
     /// factors are multiplied and the terms added in the order of the plain loop, each rounded by itself.
