@@ -10,6 +10,10 @@ Item {
     property bool showsOriginal: false
     readonly property bool editable: editor.editable
 
+    PairSheet {
+        id: pairs
+        editor: controls.editor
+    }
     FilmChoices {
         id: choices
         editor: controls.editor
@@ -69,10 +73,22 @@ Item {
                     wrapMode: Text.Wrap
                     Layout.fillWidth: true
                 }
-                LinkButton {
-                    text: "Reset"
-                    enabled: controls.editable && !controls.editor.isDefault
-                    onClicked: controls.editor.reset()
+                RowLayout {
+                    spacing: Theme.l
+                    LinkButton {
+                        text: "Reset"
+                        enabled: controls.editable && !controls.editor.isDefault
+                        onClicked: controls.editor.reset()
+                    }
+                    LooksButton {
+                        editor: controls.editor
+                        enabled: controls.editable
+                    }
+                    LinkButton {
+                        text: "Compare Films…"
+                        enabled: controls.editable && controls.editor.hasPreview
+                        onClicked: pairs.open()
+                    }
                 }
             }
             AdjustmentSection {

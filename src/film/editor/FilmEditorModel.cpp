@@ -2,8 +2,10 @@
 
 #include "platform/tasks/Cancellation.h"
 
+#include <QClipboard>
 #include <QCoroFuture>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QPointer>
 #include <QPromise>
 #include <QTimer>
@@ -313,6 +315,20 @@ void FilmEditorModel::close() {
 
 void FilmEditorModel::setShowsOriginal(bool shows) {
     if (std::exchange(showsOriginal_, shows) != shows) Q_EMIT showsOriginalChanged();
+}
+
+void FilmEditorModel::copySettings() const {
+    QGuiApplication::clipboard()->setText(QString::fromStdString(lookText({"", settings_})));
+}
+
+void FilmEditorModel::pasteSettings() {
+    if (const auto look = lookFromText(QGuiApplication::clipboard()->text().toStdString()))
+        change(look->settings, wholeEdit);
+}
+
+void FilmEditorModel::tell(const QString& message) {
+    error_ = message;
+    Q_EMIT stateChanged();
 }
 
 void FilmEditorModel::dismissError() {

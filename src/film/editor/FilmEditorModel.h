@@ -75,6 +75,13 @@ public:
     void change(const FilmSettings& settings, int control);
     static constexpr int wholeEdit = -1; ///< `control` of a change of several values at once
 
+    /// The clipboard takes the settings, or gives them; what it holds besides is passed over.
+    Q_INVOKABLE void copySettings() const;
+    Q_INVOKABLE void pasteSettings();
+    /// Shows a message.
+    void tell(const QString& message);
+
+    FilmEditorServices& services() { return services_; }
     const files::FileUrl& photo() const { return photo_; }
     QString photoName() const;
     const FilmSettings& settings() const { return settings_; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "film/edits/FilmEditStore.h"
+#include "film/edits/FilmLook.h"
 #include "film/optics/FilmSettings.h"
 #include "library/FingerprintStamp.h"
 #include "platform/files/FileUrl.h"
@@ -10,6 +11,8 @@
 #include <QRect>
 #include <QSize>
 #include <stop_token>
+#include <string>
+#include <vector>
 
 namespace lumisort::film {
 
@@ -34,6 +37,15 @@ public:
     virtual QFuture<library::FingerprintStamp> stamp(files::FileUrl photo) = 0;
     virtual QFuture<void> save(FilmSettings settings, files::FileUrl photo,
                                library::FingerprintStamp expected) = 0;
+
+    // The user's looks; see FilmLooks.
+
+    virtual QFuture<std::vector<FilmLook>> looks() = 0;
+    virtual QFuture<void> saveLook(FilmLook look) = 0;
+    virtual QFuture<void> removeLook(std::string name) = 0;
+    virtual QFuture<FilmLook> readLook(files::FileUrl file) = 0;
+    /// Writes a look to a file of the user's choice; one that is there is replaced.
+    virtual QFuture<void> writeLook(FilmLook look, files::FileUrl file) = 0;
 
     // The engine.
 

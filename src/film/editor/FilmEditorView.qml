@@ -38,6 +38,14 @@ FocusScope {
     SavePanel { editor: view.editor }
 
     Shortcut {
+        sequence: "Ctrl+Shift+C"
+        onActivated: view.editor.copySettings()
+    }
+    Shortcut {
+        sequence: "Ctrl+Shift+V"
+        onActivated: view.editor.pasteSettings()
+    }
+    Shortcut {
         sequence: "Ctrl+E"
         onActivated: view.editor.exportPhoto()
     }

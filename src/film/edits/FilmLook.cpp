@@ -19,6 +19,21 @@ constexpr std::int64_t version = 1;
 constexpr std::string_view extension = ".json";
 constexpr std::size_t longestName = 200; // of 255 bytes that a file name may have
 
+FilmLook readValue(json::Value root) {
+    std::optional<std::string> name;
+    std::optional<FilmSettings> settings;
+    std::optional<std::int64_t> found;
+    json::eachField(root, [&](std::string_view key, json::Value field) {
+        if (key == "name") name = json::text(field);
+        if (key == "settings") settings = readFilmSettings(field);
+        if (key == "version") found = json::integer(field);
+    });
+    if (json::required(std::move(found), "version") != version)
+        throw json::FormatError("is of another version of Lumisort").inField("version");
+    return {json::required(std::move(name), "name"),
+            json::required(std::move(settings), "settings").validatedForEditing()};
+}
+
 } // namespace
 
 std::string lookText(const FilmLook& look) {
@@ -32,22 +47,19 @@ std::string lookText(const FilmLook& look) {
     });
 }
 
+std::optional<FilmLook> lookFromText(std::string text) {
+    std::optional<FilmLook> look;
+    try {
+        json::parse(std::move(text), [&](json::Value root) { look = readValue(root); });
+    } catch (const json::FormatError&) {
+        return std::nullopt;
+    }
+    return look;
+}
+
 FilmLook readLook(files::FileSystem& system, const std::string& path) {
     FilmLook look;
-    json::readDocument(system, path, [&](json::Value root) {
-        std::optional<std::string> name;
-        std::optional<FilmSettings> settings;
-        std::optional<std::int64_t> found;
-        json::eachField(root, [&](std::string_view key, json::Value field) {
-            if (key == "name") name = json::text(field);
-            if (key == "settings") settings = readFilmSettings(field);
-            if (key == "version") found = json::integer(field);
-        });
-        if (json::required(std::move(found), "version") != version)
-            throw json::FormatError("is of another version of Lumisort").inField("version");
-        look = {json::required(std::move(name), "name"),
-                json::required(std::move(settings), "settings").validatedForEditing()};
-    });
+    json::readDocument(system, path, [&](json::Value root) { look = readValue(root); });
     return look;
 }
 

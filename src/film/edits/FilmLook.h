@@ -3,6 +3,7 @@
 #include "film/optics/FilmSettings.h"
 #include "platform/files/FileSystem.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ struct FilmLook {
 
 /// The file form of a look: {"name","settings","version":1}, compact, keys sorted.
 std::string lookText(const FilmLook& look);
+
+/// The look that a text of that form, such as the clipboard's, holds; none for any other text.
+std::optional<FilmLook> lookFromText(std::string text);
 
 /// Reads a look from a file of that form, with its settings within the editing ranges. Throws
 /// files::FileError, which names the file, on one that is missing, malformed, of another version, or larger

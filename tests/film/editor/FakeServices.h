@@ -58,6 +58,7 @@ public:
     std::deque<Done> exports, saves;
     std::vector<std::shared_ptr<QPromise<void>>> sleeps;
     FilmEditSnapshot snapshot;           ///< what `load` answers
+    std::vector<FilmLook> savedLooks;
     std::exception_ptr loadFailure;      ///< thrown by `load` instead
     library::FingerprintStamp fileStamp; ///< what `stamp` answers
 
@@ -68,6 +69,19 @@ public:
     QFuture<void> save(FilmSettings settings, files::FileUrl, library::FingerprintStamp) override {
         return pending(saves, {settings, {}});
     }
+    QFuture<std::vector<FilmLook>> looks() override { return ready(savedLooks); }
+    QFuture<void> saveLook(FilmLook look) override {
+        savedLooks.push_back(std::move(look));
+        return done();
+    }
+    QFuture<void> removeLook(std::string name) override {
+        std::erase_if(savedLooks, [&](const FilmLook& look) { return look.name == name; });
+        return done();
+    }
+    QFuture<FilmLook> readLook(files::FileUrl) override {
+        return failed<FilmLook>(std::make_exception_ptr(std::runtime_error("This is no look.")));
+    }
+    QFuture<void> writeLook(FilmLook, files::FileUrl) override { return done(); }
     QFuture<EditorPreview> preview(files::FileUrl, FilmSettings settings, std::stop_token stop) override {
         return pending(previews, {settings, std::move(stop)});
     }
@@ -106,6 +120,12 @@ private:
         QPromise<Result> promise;
         promise.start();
         promise.addResult(result);
+        promise.finish();
+        return promise.future();
+    }
+    static QFuture<void> done() {
+        QPromise<void> promise;
+        promise.start();
         promise.finish();
         return promise.future();
     }
