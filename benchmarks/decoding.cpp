@@ -7,7 +7,7 @@
 //
 // PHOTO is enlarged to 6000 x 4000 with sensor-like noise, so that its JPEG has a camera file's size.
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/images/decoding/DecoderSetup.h"
 #include "platform/images/decoding/Vips.h"
 
@@ -112,7 +112,7 @@ void compareThumbnails(const char* photo, const fs::path& folder) {
         }
         const auto url = files::FileUrl::fromPath((folder / file).string());
         for (const int side : {256, 900}) {
-            const double ours = best([&] { images::decodeThumbnail(url, side); });
+            const double ours = best([&] { images::decoder().thumbnail(url, side); });
             std::printf("thumbnail %d of %-16s %5.1f MB  %6.1f ms CPU", side, file.c_str(),
                         static_cast<double>(fs::file_size(folder / file)) / 1e6, ours * 1e3);
             const auto theirs = vipsthumbnail(folder / file, side),
@@ -135,7 +135,7 @@ void compareProperties(const fs::path& photos) {
     const auto count = static_cast<double>(paths.size());
     const double ours = best([&] {
         for (const auto& url : urls) try {
-                images::readProperties(url);
+                images::decoder().properties(url);
             } catch (const images::ImageError&) { // What is no photo costs time as well.
             }
     });

@@ -6,7 +6,7 @@
 // Times are processor time of the whole process, the best of several runs in turn, so that a busy machine
 // disturbs the ratios little. Everything runs on one thread.
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "similarity/featureprint/FeaturePrintModel.h"
 
 #include <algorithm>
@@ -74,7 +74,7 @@ int main(int argc, char** argv) {
     const auto photo = files::FileUrl::fromPath(argv[1]);
     const similarity::FeaturePrintModel model;
     similarity::FeaturePrintModel::Scratch scratch;
-    const images::Bitmap thumbnail = images::decodeThumbnail(photo, 1024);
+    const images::Bitmap thumbnail = images::decoder().thumbnail(photo, 1024);
     images::Bitmap frame{224, 224, {}};
     for (int y = 0; y < 224; ++y)
         for (int x = 0; x < 224; ++x) {
@@ -91,10 +91,10 @@ int main(int argc, char** argv) {
     }
 
     std::vector<Work> works{
-        {"decoding the photo to 1,024 pixels", [&] { images::decodeThumbnail(photo, 1024); }},
+        {"decoding the photo to 1,024 pixels", [&] { images::decoder().thumbnail(photo, 1024); }},
         {"print from a decoded 224 x 224 frame", [&] { model.print(frame, scratch); }},
         {"print from the photo, decoding included",
-         [&] { model.print(images::decodeThumbnail(photo, 1024), scratch); }},
+         [&] { model.print(images::decoder().thumbnail(photo, 1024), scratch); }},
         {"loading the model", [] { similarity::FeaturePrintModel again; }}};
     measure(works, 20);
     std::printf("ratio %.2f (at most 1.30)\n",

@@ -7,7 +7,7 @@
 
 #include "similarity/Grouping.h"
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "similarity/Fingerprinting.h"
 
 #include <algorithm>
@@ -53,7 +53,7 @@ std::vector<images::Bitmap> smallPhotos(const std::filesystem::path& corpus) {
     for (const char* folder : {"photos", "groups", "heic", "orientation"})
         for (const auto& entry : std::filesystem::recursive_directory_iterator(corpus / folder)) try {
                 photos.push_back(
-                    images::decodeThumbnail(files::FileUrl::fromPath(entry.path().string()), 192));
+                    images::decoder().thumbnail(files::FileUrl::fromPath(entry.path().string()), 192));
             } catch (const std::exception&) {
                 continue; // a folder, a table or a damaged file
             }

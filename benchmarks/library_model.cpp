@@ -9,7 +9,7 @@
 #include "app/diagnostics/PerformanceDiagnostics.h"
 #include "library/LibraryStorage.h"
 #include "model/LibraryModel.h"
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/json/Document.h"
 
 #include <fcntl.h>

@@ -7,7 +7,7 @@
 // PHOTO is enlarged to 6000 x 4000, once as it is and once mirrored.
 
 #include "library/OriginalDecodeQueue.h"
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/images/decoding/DecoderSetup.h"
 #include "platform/images/decoding/Vips.h"
 #include "review/viewer/OriginalPane.h"
@@ -92,7 +92,7 @@ int main(int argc, char** argv) {
 
     std::vector<double> decodes, loads;
     for (int run = 0; run < 5; ++run) {
-        decodes.push_back(milliseconds([&] { images::decodeThumbnail(photos[0], 6000); }));
+        decodes.push_back(milliseconds([&] { images::decoder().thumbnail(photos[0], 6000); }));
         loads.push_back(
             milliseconds([&] { library::OriginalLoader::load(files::FileSystem::real(), photos[0]); }));
     }

@@ -7,7 +7,7 @@
 #include "library/LibraryStorage.h"
 #include "library/ThumbnailStore.h"
 #include "model/LibraryModel.h"
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "review/LibraryWindow.h"
 #include "ui/IconProvider.h"
 #include "ui/ThumbnailProvider.h"

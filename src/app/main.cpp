@@ -1,7 +1,7 @@
 #include "app/commandline/Command.h"
 #include "app/commandline/Interrupt.h"
 #include "app/desktop/StartDesktop.h"
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <CLI/CLI.hpp>

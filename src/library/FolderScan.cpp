@@ -1,7 +1,8 @@
 #include "library/FolderScan.h"
 
+#include "platform/files/FileError.h"
 #include "platform/files/FolderListing.h"
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/text/Collation.h"
 #include "platform/time/LocalTime.h"
 
@@ -68,7 +69,10 @@ private:
     void add(const files::FileUrl& url) {
         try {
             result_.photos.push_back(record(url));
-        } catch (const std::exception&) {
+        } catch (const images::ImageError&) {
+            ++result_.skipped;
+            return;
+        } catch (const files::FileError&) {
             ++result_.skipped;
             return;
         }
@@ -76,7 +80,7 @@ private:
     }
 
     static Photo record(const files::FileUrl& url) {
-        const auto properties = images::readProperties(url);
+        const auto properties = images::decoder().properties(url);
         const auto status = files::FileSystem::real().status(url.path(), files::Links::doNotFollow);
         return {url, status.size, properties.width, properties.height,
                 time::parseExifDate(properties.dateTimeOriginal)};

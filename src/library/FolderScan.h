@@ -34,8 +34,8 @@ using ScanProgress = std::function<void(std::size_t)>;
 /// Searches `folder` and all folders below it for photos; reads headers only and changes nothing. Hidden
 /// entries and symbolic links are passed over, and so is what lies inside packages (folders that a file
 /// browser shows as one document, such as another program's photo library) and inside folders that cannot be
-/// read; `folder` itself may be any of these. Nothing here fails: a folder that cannot be read gives an empty
-/// result.
+/// read; `folder` itself may be any of these. A folder that cannot be read gives an empty result. Throws
+/// images::DecoderUnavailable alone.
 ///
 /// A record's URL is the path of `folder` and the way from there, unresolved. A photo whose path is too long
 /// for the system (PATH_MAX) counts as skipped.

@@ -10,6 +10,10 @@ namespace lumisort::library {
 ThumbnailStore::ThumbnailStore(Decoder decoder, time::Clock clock, std::size_t budget)
     : decoder_(std::move(decoder)), clock_(std::move(clock)), cache_(budget) {}
 
+images::Bitmap ThumbnailStore::decodeFine(const files::FileUrl& url, int side, const std::stop_token& stop) {
+    return images::decoder().thumbnail(url, side, images::Quality::fine, stop);
+}
+
 ThumbnailStore::~ThumbnailStore() {
     ended_.request_stop();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/ThumbnailCache.h"
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/tasks/SerialExecutor.h"
 #include "platform/time/Clock.h"
 
@@ -33,8 +33,8 @@ public:
     using Decoder = std::function<images::Bitmap(const files::FileUrl&, int maxSide, const std::stop_token&)>;
     using Ready = std::function<void(Thumbnail)>;
 
-    explicit ThumbnailStore(Decoder decoder = images::decodeThumbnail,
-                            time::Clock clock = time::Clock::system(), std::size_t budget = budgetBytes);
+    explicit ThumbnailStore(Decoder decoder = decodeFine, time::Clock clock = time::Clock::system(),
+                            std::size_t budget = budgetBytes);
     /// Ends what is under way; every request is answered before it returns.
     ~ThumbnailStore();
 
@@ -52,6 +52,7 @@ private:
         std::stop_token stop;
     };
 
+    static images::Bitmap decodeFine(const files::FileUrl& url, int side, const std::stop_token& stop);
     void serveNext();
     Request takeNext();
     Thumbnail make(const files::FileUrl& url, const std::stop_token& stop);

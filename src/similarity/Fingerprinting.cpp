@@ -1,6 +1,6 @@
 #include "similarity/Fingerprinting.h"
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 
 #include <algorithm>
 #include <cmath>
@@ -128,7 +128,8 @@ VisualFingerprint fingerprint(const FingerprintCanvas& canvas, double aspect) {
 }
 
 VisualFingerprint fingerprint(const files::FileUrl& url, const std::stop_token& stop) {
-    const images::Bitmap photo = images::decodeRoughThumbnail(url, fingerprintThumbnailSidePixels, stop);
+    const images::Bitmap photo =
+        images::decoder().thumbnail(url, fingerprintThumbnailSidePixels, images::Quality::rough, stop);
     return fingerprint(drawCanvas(photo), static_cast<double>(photo.width) / photo.height);
 }
 

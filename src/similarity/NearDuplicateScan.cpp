@@ -1,5 +1,7 @@
 #include "similarity/NearDuplicateScan.h"
 
+#include "platform/files/FileError.h"
+#include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "platform/tasks/OrderedWorkers.h"
 #include "platform/tasks/ProgressThrottle.h"
@@ -7,7 +9,6 @@
 #include "similarity/Grouping.h"
 #include "similarity/PathOrder.h"
 
-#include <exception>
 #include <utility>
 
 namespace lumisort::similarity::SimilarityEngine {
@@ -32,7 +33,9 @@ ExtractedFingerprint extract(const ScanServices& services, const files::FileUrl&
                              const FingerprintCache& cache, const std::stop_token& stop) {
     try {
         return {index, extractUnlessChanged(services, url, cache, stop)};
-    } catch (const std::exception&) {
+    } catch (const images::ImageError&) {
+        return {index, std::nullopt};
+    } catch (const files::FileError&) {
         return {index, std::nullopt};
     }
 }

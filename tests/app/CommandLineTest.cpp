@@ -55,20 +55,20 @@ struct Finished {
 
 class CommandLineTest : public testing::Test {
 protected:
-    pid_t start(const std::vector<std::string>& arguments) {
+    pid_t start(const std::vector<std::string>& arguments, const std::string& program = LUMISORT_PROGRAM) {
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, (folder_.path() / "out").c_str(),
                                          O_WRONLY | O_CREAT | O_TRUNC, 0600);
         posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, (folder_.path() / "err").c_str(),
                                          O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        std::vector<std::string> words{LUMISORT_PROGRAM};
+        std::vector<std::string> words{program};
         words.insert(words.end(), arguments.begin(), arguments.end());
         std::vector<char*> argv;
         for (auto& word : words) argv.push_back(word.data());
         argv.push_back(nullptr);
         pid_t child = 0;
-        EXPECT_EQ(posix_spawn(&child, LUMISORT_PROGRAM, &actions, nullptr, argv.data(), environ), 0);
+        EXPECT_EQ(posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ), 0);
         posix_spawn_file_actions_destroy(&actions);
         return child;
     }
@@ -147,6 +147,20 @@ TEST_F(CommandLineTest, ScansNamesOfEveryKind) {
               (folder_.path() / odd).string());
     EXPECT_EQ(json["photos"][0]["width"].GetInt(), 1);
     EXPECT_FALSE(json["photos"][0].HasMember("date"));
+}
+
+TEST_F(CommandLineTest, SaysThatNoPhotoCanBeOpenedWithoutTheDecodingLibrary) {
+    folder_.write("photos/a.png", tinyPng);
+    const auto alone = folder_.path() / "lumisort"; // without the library beside it
+    fs::copy_file(LUMISORT_PROGRAM, alone);
+    const std::vector<std::vector<std::string>> commands{
+        {"scan", photos()}, {"fingerprint", photos() + "/a.png"}, {"match", "--method", "near", photos()}};
+    for (const auto& arguments : commands) {
+        const auto finished = finish(start(arguments, alone.string()));
+        EXPECT_EQ(finished.status, 3) << arguments[0];
+        EXPECT_THAT(finished.err, HasSubstr("Photos cannot be opened")) << arguments[0];
+        EXPECT_THAT(finished.err, HasSubstr("lumisort-decoding.so is missing")) << arguments[0];
+    }
 }
 
 TEST_F(CommandLineTest, MatchesExactCopies) {

@@ -1,5 +1,6 @@
 #include "similarity/NearDuplicateScan.h"
 
+#include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "support/MemoryFileSystem.h"
 
@@ -39,7 +40,7 @@ struct NearDuplicateScanTest : testing::Test {
             ++fingerprinted;
             const auto contents = system.contents(url.path()).value();
             whileReading(url.path(), workerStop);
-            if (contents == "broken") throw std::runtime_error("no photo");
+            if (contents == "broken") throw images::ImageError("no photo");
             const bool plain = contents == "plain";
             const std::uint64_t hash = plain ? 0 : std::stoull(contents, nullptr, 16);
             return VisualFingerprint{.hash = hash,

@@ -1,4 +1,4 @@
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "similarity/Fingerprinting.h"
 #include "similarity/NearDuplicateScan.h"
 #include "support/TemporaryFolder.h"

@@ -2,7 +2,7 @@
 #include "app/commandline/Folders.h"
 #include "app/commandline/Json.h"
 #include "app/commandline/Text.h"
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/tasks/OrderedWorkers.h"
 #include "similarity/Fingerprinting.h"
 
@@ -32,7 +32,7 @@ std::string hexadecimal(std::uint64_t hash) {
 Outcome fingerprint(const files::FileUrl& url, const std::stop_token& stop) {
     try {
         return similarity::SimilarityEngine::fingerprint(url, stop);
-    } catch (const std::exception& error) {
+    } catch (const images::ImageError& error) {
         return std::unexpected(error.what());
     }
 }

@@ -2,7 +2,7 @@
 
 #include "app/commandline/Json.h"
 #include "app/commandline/Text.h"
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/text/ByteCount.h"
 #include "similarity/ExactCopies.h"
 #include "similarity/NearDuplicateScan.h"

@@ -1,7 +1,6 @@
 #include "similarity/report/ContactSheet.h"
 
-#include "platform/images/ImageDecoder.h"
-#include "platform/images/JpegEncoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "platform/tasks/OrderedWorkers.h"
 #include "platform/text/ByteCount.h"
@@ -27,12 +26,12 @@ std::string number(std::size_t value, const char* singular, const char* plural) 
 std::string tile(const library::Photo& photo, const ContactSheetOptions& options,
                  const std::stop_token& stop) {
     try {
-        const auto bitmap = options.thumbnail
-                                ? options.thumbnail(photo.url, options.thumbnailSide, stop)
-                                : images::decodeThumbnail(photo.url, options.thumbnailSide, stop);
+        const auto bitmap = options.thumbnail ? options.thumbnail(photo.url, options.thumbnailSide, stop)
+                                              : images::decoder().thumbnail(photo.url, options.thumbnailSide,
+                                                                            images::Quality::fine, stop);
         return "<img loading=\"lazy\" decoding=\"async\" alt=\"\" width=\"" + std::to_string(bitmap.width) +
                "\" height=\"" + std::to_string(bitmap.height) + "\" src=\"data:image/jpeg;base64," +
-               base64(images::encodeJpeg(bitmap, jpegQuality)) + "\">";
+               base64(images::decoder().encodeJpeg(bitmap, jpegQuality)) + "\">";
     } catch (const images::ImageError& error) {
         return htmlText(error.what());
     }

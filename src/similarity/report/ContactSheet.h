@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/files/FileUrl.h"
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "similarity/SimilarityGroup.h"
 
 #include <functional>
@@ -21,8 +21,8 @@ struct ContactSheetOptions {
     /// Photos of one group that are shown; the page names the number of the others.
     std::size_t mostPhotosOfGroup = 200;
     int concurrency = images::mostDecodesAtOnce; ///< decoding threads
-    /// The upright photo, longest side at most the given number of pixels; images::decodeThumbnail unless a
-    /// test says otherwise. A photo for which it throws images::ImageError is shown as a tile with the
+    /// The upright photo, longest side at most the given number of pixels; images::decoder() makes it unless
+    /// a test says otherwise. A photo for which it throws images::ImageError is shown as a tile with the
     /// reason.
     std::function<images::Bitmap(const files::FileUrl&, int, const std::stop_token&)> thumbnail{};
 };

@@ -1,6 +1,6 @@
 #include "similarity/visual/FeaturePrintService.h"
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 
 #include <mutex>
 #include <utility>
@@ -38,7 +38,7 @@ FeaturePrintService FeaturePrintService::of(std::shared_ptr<const FeaturePrintMo
     return {.identity = std::move(identity),
             .picture =
                 [](const files::FileUrl& url, const std::stop_token& stop) {
-                    return images::decodeThumbnail(url, featurePictureSide, stop);
+                    return images::decoder().thumbnail(url, featurePictureSide, images::Quality::fine, stop);
                 },
             .print =
                 [model = std::move(model),

@@ -1,6 +1,6 @@
 #include "similarity/visual/VisionSimilarityEngine.h"
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "platform/tasks/OrderedWorkers.h"
 #include "platform/tasks/ProgressThrottle.h"
@@ -112,7 +112,9 @@ VisionSimilarityEngine::ExtractedFeature VisionSimilarityEngine::extract(const l
         return {.cached = printed(photo.url, cache, stop), .failure = {}};
     } catch (const files::FileError& error) {
         return failed(error.description());
-    } catch (const std::exception& error) {
+    } catch (const VisionError& error) {
+        return failed(error.what());
+    } catch (const FeaturePrintError& error) {
         return failed(error.what());
     }
 }

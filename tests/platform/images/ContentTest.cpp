@@ -22,9 +22,9 @@ TEST(Content, DecidesWhateverTheNameSays) {
           std::tuple{"photo.tiff", png, ImageType::png}, std::tuple{"photo.cr2", tiff, ImageType::tiff},
           std::tuple{"na\xefve \xff\n[page=2].jpg", jpeg, ImageType::jpeg}}) {
         const auto url = folder.write(name, bytes);
-        EXPECT_EQ(sniffType(url), type) << name;
-        EXPECT_EQ(readProperties(url).type, type) << name;
-        EXPECT_EQ(decodeThumbnail(url, 20).width, 20) << name;
+        EXPECT_EQ(decoder().identify(url), type) << name;
+        EXPECT_EQ(decoder().properties(url).type, type) << name;
+        EXPECT_EQ(decoder().thumbnail(url, 20).width, 20) << name;
     }
 }
 
@@ -61,9 +61,9 @@ TEST(Content, OtherKindsOfFilesDoNotOpen) {
     };
     for (const auto& [what, bytes] : files) {
         const auto url = folder.write("photo.jpg", bytes);
-        EXPECT_EQ(sniffType(url), std::nullopt) << what;
-        EXPECT_THROW(readProperties(url), ImageError) << what;
-        EXPECT_THROW(decodeThumbnail(url, 64), ImageError) << what;
+        EXPECT_EQ(decoder().identify(url), std::nullopt) << what;
+        EXPECT_THROW(decoder().properties(url), ImageError) << what;
+        EXPECT_THROW(decoder().thumbnail(url, 64), ImageError) << what;
     }
 }
 
@@ -73,9 +73,9 @@ TEST(Content, OnlyRegularFilesAreRead) {
     ASSERT_EQ(::mkfifo(pipe.path().c_str(), 0600), 0);
     for (const auto& url :
          {pipe, folder.url(), folder.url().child("missing.jpg"), files::FileUrl::fromPath("/dev/zero")}) {
-        EXPECT_THROW(sniffType(url), ImageError) << url.path();
-        EXPECT_THROW(readProperties(url), ImageError) << url.path();
-        EXPECT_THROW(decodeThumbnail(url, 64), ImageError) << url.path();
+        EXPECT_THROW(decoder().identify(url), ImageError) << url.path();
+        EXPECT_THROW(decoder().properties(url), ImageError) << url.path();
+        EXPECT_THROW(decoder().thumbnail(url, 64), ImageError) << url.path();
     }
 }
 
@@ -95,8 +95,8 @@ TEST(Content, SensorDataIsNeverReplacedByItsPreview) {
     canon.replace(8, 4, "CR\x02\0"s);
     for (const auto& bytes : {dng, filtered, canon}) {
         const auto url = folder.write("photo.tif", bytes);
-        EXPECT_EQ(sniffType(url), ImageType::raw);
-        EXPECT_THROW(decodeThumbnail(url, 64), ImageError);
+        EXPECT_EQ(decoder().identify(url), ImageType::raw);
+        EXPECT_THROW(decoder().thumbnail(url, 64), ImageError);
     }
 }
 

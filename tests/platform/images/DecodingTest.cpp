@@ -22,7 +22,8 @@ TEST(Properties, OfEveryFormat) {
     for (const auto& [ending, type, date] : {std::tuple{".jpg", ImageType::jpeg, "2021:07:04 18:30:00"},
                                              std::tuple{".png", ImageType::png, "2021:07:04 18:30:00"},
                                              std::tuple{".tif", ImageType::tiff, ""}}) {
-        const ImageProperties properties = readProperties(test::saveTagged(picture.get(), 6, folder, ending));
+        const ImageProperties properties =
+            decoder().properties(test::saveTagged(picture.get(), 6, folder, ending));
         EXPECT_EQ(properties.type, type) << ending;
         EXPECT_EQ(properties.width, 30) << ending;
         EXPECT_EQ(properties.height, 20) << ending;
@@ -48,14 +49,14 @@ TEST(Properties, OfCameraFiles) {
           Camera{"broken/raw-undecodable/nef__Issue 247-1.nef", ImageType::jpeg, 2000, 3008,
                  "2010:03:01 21:50:21"}}) {
         const auto url = files::FileUrl::fromPath((*test::corpus() / camera.path).string());
-        const ImageProperties properties = readProperties(url);
+        const ImageProperties properties = decoder().properties(url);
         EXPECT_EQ(properties.type, camera.type) << camera.path;
-        EXPECT_EQ(sniffType(url), camera.type) << camera.path;
+        EXPECT_EQ(decoder().identify(url), camera.type) << camera.path;
         EXPECT_EQ(properties.width, camera.width) << camera.path;
         EXPECT_EQ(properties.height, camera.height) << camera.path;
         EXPECT_EQ(properties.dateTimeOriginal, camera.date) << camera.path;
         if (camera.type != ImageType::raw) continue;
-        const Bitmap thumbnail = decodeThumbnail(url, 256);
+        const Bitmap thumbnail = decoder().thumbnail(url, 256);
         EXPECT_EQ(thumbnail.width, 256) << camera.path;
         EXPECT_EQ(thumbnail.height, std::lround(256.0 * camera.height / camera.width)) << camera.path;
     }
@@ -71,7 +72,7 @@ TEST(Thumbnail, FitsAndIsNeverEnlarged) {
           Case{8000, 3, 256, 256, 1}, Case{1, 900, 7, 1, 7}, Case{1, 1, 1, 1, 1}}) {
         const auto picture = test::asymmetricPicture(width, height);
         for (const char* name : {"a.jpg", "a.png", "a.tif"}) {
-            const Bitmap thumbnail = decodeThumbnail(save(picture.get(), folder, name), maxSide);
+            const Bitmap thumbnail = decoder().thumbnail(save(picture.get(), folder, name), maxSide);
             EXPECT_EQ(thumbnail.width, thumbnailWidth) << width << 'x' << height << ' ' << name;
             EXPECT_EQ(thumbnail.height, thumbnailHeight) << width << 'x' << height << ' ' << name;
             EXPECT_EQ(thumbnail.rgba.size(), std::size_t{4} * thumbnailWidth * thumbnailHeight);
@@ -208,7 +209,7 @@ TEST(Thumbnail, ColoursOfEveryKindBecomeSRGB) {
         const auto picture = flatPicture(40, 30, c.samples, c.format, c.interpretation);
         const auto url = save(picture.get(), folder, c.name);
         for (const int maxSide : {40, 8}) {
-            const Rgba colour = test::pixel(decodeThumbnail(url, maxSide), 3, 2);
+            const Rgba colour = test::pixel(decoder().thumbnail(url, maxSide), 3, 2);
             for (std::size_t i = 0; i < 4; ++i)
                 EXPECT_NEAR(colour[i], c.expected[i], c.tolerance)
                     << c.what << ", channel " << i << ", " << maxSide;
@@ -223,7 +224,7 @@ TEST(Thumbnail, TransparentPixelsDoNotColourTheirNeighbours) {
     const auto both = runVips([&](VipsImage** out) {
         return vips_join(clear.get(), blue.get(), out, VIPS_DIRECTION_HORIZONTAL, nullptr);
     });
-    const Bitmap thumbnail = decodeThumbnail(save(both.get(), folder, "a.png"), 10);
+    const Bitmap thumbnail = decoder().thumbnail(save(both.get(), folder, "a.png"), 10);
     for (int x = 0; x < thumbnail.width; ++x)
         if (const Rgba colour = test::pixel(thumbnail, x, 2); colour[3] > 8) {
             EXPECT_LT(colour[0], 8) << x;
@@ -233,7 +234,7 @@ TEST(Thumbnail, TransparentPixelsDoNotColourTheirNeighbours) {
 /// What a decode throws, "" for nothing.
 std::string failure(const files::FileUrl& url) {
     try {
-        decodeThumbnail(url, 64);
+        decoder().thumbnail(url, 64);
         return {};
     } catch (const ImageError& error) {
         return error.what();
@@ -253,8 +254,8 @@ TEST(Thumbnail, BombsAreRecordedButNotDecoded) {
     for (const auto& [name, bytes, side] :
          {std::tuple{"bomb.jpg", jpeg, 65'500}, std::tuple{"bomb.png", png, 100'000}}) {
         const auto url = folder.write(name, bytes);
-        EXPECT_EQ(readProperties(url).width, side) << name;
-        EXPECT_EQ(readProperties(url).height, side) << name;
+        EXPECT_EQ(decoder().properties(url).width, side) << name;
+        EXPECT_EQ(decoder().properties(url).height, side) << name;
         EXPECT_EQ(failure(url), "The photo is larger than 500 megapixels or 65,535 pixels on a side.")
             << name;
     }
@@ -329,7 +330,7 @@ TEST(Thumbnail, StopsWhenAsked) {
             started.count_down();
             try {
                 // At full size, so that the decode is still going on.
-                decodeThumbnail(url, 6000, stop);
+                decoder().thumbnail(url, 6000, Quality::fine, stop);
             } catch (const tasks::Cancelled&) {
                 cancelled = true;
             }

@@ -24,9 +24,9 @@ std::vector<files::FileUrl> filesUnder(std::initializer_list<const char*> folder
 std::string describe(const files::FileUrl& url) {
     std::string text;
     try {
-        const ImageProperties properties = readProperties(url);
+        const ImageProperties properties = decoder().properties(url);
         text = std::to_string(properties.width) + "x" + std::to_string(properties.height) + " ";
-        const Bitmap thumbnail = decodeThumbnail(url, 256);
+        const Bitmap thumbnail = decoder().thumbnail(url, 256);
         std::uint64_t sum = 0;
         for (const auto sample : thumbnail.rgba) sum = sum * 31 + sample;
         return text + std::to_string(sum);
@@ -64,7 +64,7 @@ TEST(HostileFiles, RawWithoutAPictureIsNotReadable) {
           "broken/truncated-raw/fixture-Leica-M10.dng", "broken/truncated-raw/fixture-sony-zv-e10.arw",
           "broken/truncated-raw/fixture.cr3", "broken/truncated-raw/fixture.raf",
           "broken/raw-undecodable/rw2__Issue 419.rw2"})
-        EXPECT_THROW(decodeThumbnail(files::FileUrl::fromPath((*test::corpus() / path).string()), 256),
+        EXPECT_THROW(decoder().thumbnail(files::FileUrl::fromPath((*test::corpus() / path).string()), 256),
                      ImageError)
             << path;
 }
@@ -76,10 +76,10 @@ TEST(HostileFiles, RealPhotosAllOpen) {
         const std::string name(url.name());
         // Named by their collections as damaged, a film without a still, and the table beside the photos.
         if (name.contains("corrupt") || name == "fixture-msf1.heic" || name.ends_with(".csv")) continue;
-        EXPECT_NO_THROW(EXPECT_GT(readProperties(url).width, 0)) << url.path();
+        EXPECT_NO_THROW(EXPECT_GT(decoder().properties(url).width, 0)) << url.path();
         ++opened;
         if (name.ends_with(".HIF")) continue; // Two large ones take seconds and are decoded above.
-        EXPECT_NO_THROW(decodeThumbnail(url, 256)) << url.path();
+        EXPECT_NO_THROW(decoder().thumbnail(url, 256)) << url.path();
     }
     EXPECT_GT(opened, 150);
 }

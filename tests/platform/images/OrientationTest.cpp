@@ -58,10 +58,10 @@ TEST(Orientation, EveryFormatComesOutUpright) {
     for (const std::string ending : {".jpg", ".png", ".tif"})
         for (int orientation = 1; orientation <= 8; ++orientation) {
             const auto url = test::saveTagged(stored.get(), orientation, folder, ending);
-            EXPECT_EQ(readProperties(url).orientation, orientation) << url.path();
-            EXPECT_EQ(readProperties(url).width, 96) << url.path();
+            EXPECT_EQ(decoder().properties(url).orientation, orientation) << url.path();
+            EXPECT_EQ(decoder().properties(url).width, 96) << url.path();
             const Bitmap expected = turnUpright(test::bitmapOf(stored.get()), orientation);
-            EXPECT_LT(difference(decodeThumbnail(url, 96), expected), 1.5) << url.path();
+            EXPECT_LT(difference(decoder().thumbnail(url, 96), expected), 1.5) << url.path();
         }
 }
 
@@ -82,7 +82,7 @@ TEST(Orientation, RealFilesEqualTheirUprightReference) {
           Reference{"orientation/kimageformats-heic", "crop_orientation", ".heic", 1}}) {
         const auto decode = [&](int number) {
             const auto path = *test::corpus() / folder / (prefix + std::to_string(number) + ending);
-            return decodeThumbnail(files::FileUrl::fromPath(path.string()), 128);
+            return decoder().thumbnail(files::FileUrl::fromPath(path.string()), 128);
         };
         const Bitmap upright = decode(reference);
         for (int orientation = 1; orientation <= 8; ++orientation)
@@ -104,11 +104,11 @@ TEST(Orientation, HeicIsTurnedOnce) {
           Phone{"heic/iphone_15_pro.heic", 4032, 3024, 6, 48, 64},            // container and EXIF
           Phone{"orientation/kimageformats-heic/orientation5.heic", 160, 480, 5, 64, 21}}) {
         const auto url = files::FileUrl::fromPath((*test::corpus() / phone.path).string());
-        const ImageProperties properties = readProperties(url);
+        const ImageProperties properties = decoder().properties(url);
         EXPECT_EQ(properties.width, phone.width) << phone.path;
         EXPECT_EQ(properties.height, phone.height) << phone.path;
         EXPECT_EQ(properties.orientation, phone.orientation) << phone.path;
-        const Bitmap thumbnail = decodeThumbnail(url, 64);
+        const Bitmap thumbnail = decoder().thumbnail(url, 64);
         EXPECT_EQ(thumbnail.width, phone.uprightWidth) << phone.path;
         EXPECT_EQ(thumbnail.height, phone.uprightHeight) << phone.path;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/images/decoding/Vips.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
 #include "similarity/report/ContactSheet.h"
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "similarity/report/HtmlText.h"
 

@@ -1,6 +1,6 @@
 #include "similarity/visual/VisionSimilarityEngine.h"
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "similarity/visual/PhotoDetail.h"
 #include "similarity/visual/VisionError.h"

@@ -1,6 +1,6 @@
 #include "platform/images/decoding/ByteSource.h"
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,7 +17,7 @@ FileBytes::FileBytes(const files::FileUrl& url) : path_(url.path()) {
     descriptor_ = ::open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor_ < 0)
         throw ImageError("The file cannot be opened: " + std::generic_category().message(errno) + ".");
-    struct stat status {};
+    struct stat status{};
     if (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
         ::close(descriptor_);
         throw ImageError("The item is not a regular file.");

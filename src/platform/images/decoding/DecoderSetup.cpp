@@ -23,7 +23,8 @@ void setUp(const DecoderOptions& options) {
         for (const char* domain : {"VIPS", "GLib", "GLib-GObject"})
             g_log_set_handler(domain, static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK & ~G_LOG_LEVEL_ERROR),
                               discard, nullptr);
-    if (VIPS_INIT("lumisort")) throw ImageError("The image library does not start.");
+    if (VIPS_INIT("lumisort"))
+        throw DecoderUnavailable("Photos cannot be opened: the image library does not start.");
 
     vips_operation_block_set("VipsForeignLoad", TRUE);
     for (const char* loader : {"VipsForeignLoadJpeg", "VipsForeignLoadPng", "VipsForeignLoadTiff"})

@@ -158,7 +158,7 @@ ImageProperties readHeifProperties(const FileBytes& file) {
     return properties;
 }
 
-Picture openHeif(const FileBytes& file, const std::stop_token& stop) {
+Picture openHeif(const FileBytes& file, const WantedSize&, const std::stop_token& stop) {
     const Primary primary = openPrimary(file, stop);
     const heif_image_handle* handle = primary.handle.get();
     checkDecodable(heif_image_handle_get_width(handle), heif_image_handle_get_height(handle));

@@ -21,8 +21,8 @@ ImageProperties propertiesOf(const JpegReader& reader) {
 /// The most that libjpeg may shrink while leaving the resampling filter, whose result is smoother than that
 /// of whole blocks, its part: a factor of two, or when it must be fast any; and so that a pixel is left each
 /// way.
-int blockShrink(double shrink, Shrinking shrinking, std::int64_t shorterSide) {
-    const int filterShare = shrinking == Shrinking::fine ? 2 : 1;
+int blockShrink(double shrink, Quality quality, std::int64_t shorterSide) {
+    const int filterShare = quality == Quality::fine ? 2 : 1;
     for (const int factor : {8, 4, 2})
         if (shrink >= filterShare * factor && shorterSide >= factor) return factor;
     return 1;
@@ -96,14 +96,14 @@ ImageProperties readJpegProperties(const FileBytes& file) {
     return propertiesOf(JpegReader(file, {}));
 }
 
-Picture openJpeg(const FileBytes& file, int maxSide, Shrinking shrinking, const std::stop_token& stop) {
+Picture openJpeg(const FileBytes& file, const WantedSize& wanted, const std::stop_token& stop) {
     const auto reader = std::make_shared<JpegReader>(file, stop);
     const ImageProperties properties = propertiesOf(*reader);
     checkDecodable(properties.width, properties.height);
     if (reader->info().jpeg_color_space == JCS_UNKNOWN) throw ImageError("The picture has unknown colours.");
     if (reader->hasManyScans()) checkScans(file, stop);
-    reader->start(blockShrink(1 / scaleToFit(properties.width, properties.height, maxSide), shrinking,
-                              std::min(properties.width, properties.height)));
+    reader->start(blockShrink(1 / scaleToFit(properties.width, properties.height, wanted.maxSide),
+                              wanted.quality, std::min(properties.width, properties.height)));
     return {.storage = reader,
             .image = rowsOf(*reader),
             .fullWidth = properties.width,

@@ -9,6 +9,6 @@ namespace lumisort::images {
 /// libjpeg's fast entropy decoder needs some 3 KB ahead of it. Both throw ImageError.
 ImageProperties readJpegProperties(const FileBytes& file);
 /// Rows are decoded as they are asked for, from the top.
-Picture openJpeg(const FileBytes& file, int maxSide, Shrinking shrinking, const std::stop_token& stop);
+Picture openJpeg(const FileBytes& file, const WantedSize& wanted, const std::stop_token& stop);
 
 } // namespace lumisort::images

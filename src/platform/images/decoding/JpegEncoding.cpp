@@ -1,9 +1,10 @@
-#include "platform/images/decoding/Decoding.h"
+#include "platform/images/decoding/JpegEncoding.h"
+
 #include "platform/images/decoding/Vips.h"
 
-namespace lumisort::images::decoding {
+namespace lumisort::images {
 
-std::string encodeJpeg(const Bitmap& bitmap, int quality, int background) {
+std::string writeJpeg(const Bitmap& bitmap, int quality, int background) {
     const auto image = wrapSamples(bitmap.rgba.data(), bitmap.width, bitmap.height, 4);
     const std::unique_ptr<VipsArrayDouble, void (*)(VipsArrayDouble*)> grey(
         vips_array_double_newv(1, static_cast<double>(background)),
@@ -21,4 +22,4 @@ std::string encodeJpeg(const Bitmap& bitmap, int quality, int background) {
     return {static_cast<const char*>(bytes), length};
 }
 
-} // namespace lumisort::images::decoding
+} // namespace lumisort::images

@@ -13,10 +13,10 @@ enum class Alpha {
     premultiplied, ///< the colours are already multiplied by it
 };
 
-/// How a photo is brought to its final size.
-enum class Shrinking {
-    fine, ///< mostly by Lanczos's filter, three lobes to a side
-    fast, ///< a JPEG by whole blocks as far as they go, then by a cubic of two
+/// What a photo is decoded for.
+struct WantedSize {
+    int maxSide; ///< of the longest side, in pixels
+    Quality quality;
 };
 
 /// A photo opened for decoding, before it is turned upright and brought to its final size and colours.
@@ -37,6 +37,6 @@ double scaleToFit(std::int64_t width, std::int64_t height, int maxSide);
 
 /// The photo upright, in 8-bit sRGB with straight alpha, longest side at most `maxSide`. Throws ImageError,
 /// and tasks::Cancelled when asked to stop.
-Bitmap renderPicture(Picture picture, int maxSide, Shrinking shrinking, const std::stop_token& stop);
+Bitmap renderPicture(Picture picture, const WantedSize& wanted, const std::stop_token& stop);
 
 } // namespace lumisort::images

@@ -69,8 +69,6 @@ Alpha alphaOf(const FileBytes& file, ImageType type) {
     return type == ImageType::tiff && readExtraSample(file) == 0 ? Alpha::none : Alpha::straight;
 }
 
-} // namespace
-
 ImageProperties readRasterProperties(const FileBytes& file, ImageType type) {
     const auto image = load(file, type, mostHeaderBytes, {});
     ImageProperties properties{.type = type, .width = image->Xsize, .height = image->Ysize};
@@ -97,6 +95,24 @@ Picture openRaster(const FileBytes& file, ImageType type, const std::stop_token&
             .fullHeight = properties.height,
             .orientation = properties.orientation,
             .alpha = alphaOf(file, type)};
+}
+
+} // namespace
+
+ImageProperties readPngProperties(const FileBytes& file) {
+    return readRasterProperties(file, ImageType::png);
+}
+
+ImageProperties readTiffProperties(const FileBytes& file) {
+    return readRasterProperties(file, ImageType::tiff);
+}
+
+Picture openPng(const FileBytes& file, const WantedSize&, const std::stop_token& stop) {
+    return openRaster(file, ImageType::png, stop);
+}
+
+Picture openTiff(const FileBytes& file, const WantedSize&, const std::stop_token& stop) {
+    return openRaster(file, ImageType::tiff, stop);
 }
 
 } // namespace lumisort::images

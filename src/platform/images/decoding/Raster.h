@@ -5,8 +5,10 @@
 
 namespace lumisort::images {
 
-/// PNG and TIFF, through the one loader of libvips that `type` names. Both throw ImageError.
-ImageProperties readRasterProperties(const FileBytes& file, ImageType type);
-Picture openRaster(const FileBytes& file, ImageType type, const std::stop_token& stop);
+/// PNG and TIFF, each through its loader of libvips. All throw ImageError.
+ImageProperties readPngProperties(const FileBytes& file);
+ImageProperties readTiffProperties(const FileBytes& file);
+Picture openPng(const FileBytes& file, const WantedSize& wanted, const std::stop_token& stop);
+Picture openTiff(const FileBytes& file, const WantedSize& wanted, const std::stop_token& stop);
 
 } // namespace lumisort::images

@@ -90,14 +90,14 @@ ImageProperties readRawProperties(const FileBytes& file) {
             .dateTimeOriginal = raw.date()};
 }
 
-Picture openRaw(const FileBytes& file, int maxSide, const std::stop_token& stop) {
+Picture openRaw(const FileBytes& file, const WantedSize& wanted, const std::stop_token& stop) {
     RawFile raw(file);
     const auto& sizes = raw->imgdata.sizes;
     checkDecodable(std::max(sizes.raw_width, sizes.width), std::max(sizes.raw_height, sizes.height));
     const int longest = std::max(sizes.width, sizes.height);
 
     auto& params = raw->imgdata.params;
-    params.half_size = longest / 2 >= maxSide ? 1 : 0;
+    params.half_size = longest / 2 >= wanted.maxSide ? 1 : 0;
     params.use_camera_wb = 1;
     params.output_color = 1; // sRGB, with its own transfer curve
     params.gamm[0] = 1 / 2.4;
@@ -136,7 +136,8 @@ Picture openRaw(const FileBytes& file, int maxSide, const std::stop_token& stop)
     return picture;
 }
 
-bool isBareRaw(const FileBytes& file) {
+bool isRaw(FileSignature signature, const FileBytes& file) {
+    if (signature != FileSignature::none) return signature == FileSignature::raw;
     try {
         const RawFile raw(file);
         // Bare dumps are uncompressed, with a byte per sample at least.

@@ -56,7 +56,7 @@ ImageReference shared(const ImageReference& image) {
 }
 
 /// Shrinks in the picture's own space, weighting colours by their alpha.
-ImageReference resize(ImageReference image, int width, int height, Alpha alpha, Shrinking shrinking) {
+ImageReference resize(ImageReference image, int width, int height, Alpha alpha, Quality quality) {
     const bool resized = image->Xsize != width || image->Ysize != height;
     const double most = opaque(image->BandFmt);
     if (alpha == Alpha::straight && resized)
@@ -66,8 +66,7 @@ ImageReference resize(ImageReference image, int width, int height, Alpha alpha, 
         image = runVips([&](VipsImage** out) {
             return vips_resize(image.get(), out, static_cast<double>(width) / image->Xsize, "vscale",
                                static_cast<double>(height) / image->Ysize, "kernel",
-                               shrinking == Shrinking::fine ? VIPS_KERNEL_LANCZOS3 : VIPS_KERNEL_CUBIC,
-                               nullptr);
+                               quality == Quality::fine ? VIPS_KERNEL_LANCZOS3 : VIPS_KERNEL_CUBIC, nullptr);
         });
     if (alpha == Alpha::premultiplied || (alpha == Alpha::straight && resized))
         image = runVips([&](VipsImage** out) {
@@ -179,9 +178,9 @@ double scaleToFit(std::int64_t width, std::int64_t height, int maxSide) {
     return std::min(1.0, static_cast<double>(maxSide) / static_cast<double>(std::max(width, height)));
 }
 
-Bitmap renderPicture(Picture picture, int maxSide, Shrinking shrinking, const std::stop_token& stop) {
+Bitmap renderPicture(Picture picture, const WantedSize& wanted, const std::stop_token& stop) {
     checkDecodable(picture.fullWidth, picture.fullHeight);
-    const double scale = scaleToFit(picture.fullWidth, picture.fullHeight, maxSide);
+    const double scale = scaleToFit(picture.fullWidth, picture.fullHeight, wanted.maxSide);
     const auto target = [scale](std::int64_t side) {
         return std::max(1, static_cast<int>(std::lround(static_cast<double>(side) * scale)));
     };
@@ -192,7 +191,8 @@ Bitmap renderPicture(Picture picture, int maxSide, Shrinking shrinking, const st
     const int colours = colourBands(source);
     const Alpha alpha = source->Bands > colours ? picture.alpha : Alpha::none;
     auto image = bands(shared(picture.image), 0, colours + (alpha == Alpha::none ? 0 : 1));
-    image = resize(std::move(image), target(picture.fullWidth), target(picture.fullHeight), alpha, shrinking);
+    image = resize(std::move(image), target(picture.fullWidth), target(picture.fullHeight), alpha,
+                   wanted.quality);
     image = toSRGBWithAlpha(image, stored);
     auto bitmap = evaluate(image.get(), stop);
     if (profile) profile->toSRGB(bitmap);

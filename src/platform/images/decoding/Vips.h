@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/images/ImageDecoder.h"
+#include "platform/images/Decoder.h"
 
 #include <vips/vips.h>
 

@@ -1,15 +1,13 @@
-#include "platform/images/Decoding.h"
+#include "platform/images/DecoderLibrary.h"
 #include "platform/images/decoding/DecoderSetup.h"
-#include "platform/images/decoding/Decoding.h"
+#include "platform/images/decoding/LocalDecoder.h"
 
 namespace lumisort::images {
 
-extern "C" const Decoding* lumisort_decoding(const DecoderOptions& options) {
+extern "C" const Decoder* lumisort_decoder(const DecoderOptions& options) {
     decoding::start(options);
-    static constexpr Decoding functions{decoding::readProperties, decoding::decodeThumbnail,
-                                        decoding::decodeRoughThumbnail, decoding::sniffType,
-                                        decoding::encodeJpeg};
-    return &functions;
+    static const LocalDecoder decoder;
+    return &decoder;
 }
 
 } // namespace lumisort::images

@@ -5,16 +5,16 @@
 namespace lumisort::images {
 
 /// What the first bytes of a file, and for TIFF-like files the directories, say it is.
-enum class Container {
+enum class FileSignature {
     jpeg,
     png,
     tiff,
     heif,    ///< HEVC brands only; AV1 stills are not among the formats that the program opens
     raw,     ///< a camera's own container with sensor data
-    unknown, ///< no mark at all; some old cameras write bare samples
+    none,    ///< no mark at all; some old cameras write bare samples
     foreign, ///< marked as something that is no photo: text, a document, another picture format
 };
 
-Container identifyContainer(const ByteSource& bytes);
+FileSignature readSignature(const ByteSource& bytes);
 
 } // namespace lumisort::images
