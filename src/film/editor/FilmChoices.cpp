@@ -1,5 +1,7 @@
 #include "film/editor/FilmChoices.h"
 
+#include "film/optics/StockProfile.h"
+
 namespace lumisort::film {
 
 namespace {
@@ -56,16 +58,12 @@ void FilmChoices::setFormat(int format) {
 }
 
 QString FilmChoices::profileTitle() const {
-    return settings().stock == FilmStock::portra400 ? QStringLiteral("Research profile")
-                                                    : QStringLiteral("Simulated materials");
+    return stockProfile(settings().stock).isMeasured() ? QStringLiteral("Research profile")
+                                                       : QStringLiteral("Simulated materials");
 }
 
 QString FilmChoices::profileText() const {
-    return settings().stock == FilmStock::portra400
-               ? QStringLiteral(
-                     "Portra 400 response and sensitivity estimated from Kodak E-4050. Dyes, paper "
-                     "and chemistry remain model assumptions; not a measured replica.")
-               : QStringLiteral("Independent physical simulation using generic film and paper materials");
+    return QString::fromStdString(stockProfile(settings().stock).summary);
 }
 
 } // namespace lumisort::film

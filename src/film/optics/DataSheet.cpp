@@ -46,6 +46,7 @@ StockProfile profileOf(const DataSheet& sheet) {
     const std::array<FilmLayer, 3> layers{layer(0), layer(1), layer(2)};
     return {.stock = sheet.stock,
             .id = sheet.id,
+            .summary = sheet.summary,
             .isoSpeed = sheet.isoSpeed,
             .layers = layers,
             .baseDensity = {sheet.baseDensities, SampledSpectrum::Outside::holdEndpoint},

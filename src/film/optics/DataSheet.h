@@ -9,6 +9,7 @@ namespace lumisort::film {
 struct DataSheet {
     FilmStock stock;
     std::string id;
+    std::string summary; ///< StockProfile::summary
     int isoSpeed;
     std::array<std::string, 3> layerNames;
     /// Characteristic curves: log10 exposures in lux seconds, and each layer's density at them.

@@ -10,8 +10,6 @@ inline constexpr double midGreyExposure = 0.18;
 inline constexpr double midGreyDensity = 0.744727494896694;
 /// Exposures at or below this one are taken as this one, so that their logarithm exists.
 inline constexpr double smallestExposure = 1e-12;
-/// A colour is divided by its largest channel, or by this where that is smaller, before the exposure cube.
-inline constexpr double smallestPeak = 1e-12;
 /// Decades of exposure in one stop, log10(2).
 inline constexpr double decadesPerStop = 0.3010299956639812;
 /// Densities travel through images and cubes divided by this number, so that 0 to 3.2 fits 0 to 1.

@@ -67,6 +67,8 @@ DataSheet sheet() {
     return {
         .stock = FilmStock::portra400,
         .id = "portra400-study-v1",
+        .summary = "Portra 400 response and sensitivity estimated from Kodak E-4050. Dyes, paper and chemistry remain "
+                   "model assumptions; not a measured replica.",
         .isoSpeed = 400,
         .layerNames = {"Red / cyan-forming", "Green / magenta-forming", "Blue / yellow-forming"},
 

@@ -67,6 +67,7 @@ struct FilmLayer {
 struct StockProfile {
     FilmStock stock = FilmStock::portra400;
     std::string id;                  ///< stable name of these numbers and their version
+    std::string summary;             ///< what the numbers are worth, for the film's users
     std::optional<int> isoSpeed;     ///< as published
     std::array<FilmLayer, 3> layers; ///< red-, green- and blue-sensitive
     SampledSpectrum baseDensity;     ///< spectral density of base, fog and mask together

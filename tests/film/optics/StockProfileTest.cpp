@@ -1,5 +1,6 @@
-#include "film/optics/PaperProfile.h"
 #include "film/optics/StockProfile.h"
+
+#include "film/optics/PaperProfile.h"
 
 #include <gtest/gtest.h>
 
@@ -170,6 +171,12 @@ TEST(StockProfiles, HaveOneRowForEachChoice) {
     ASSERT_EQ(stockProfiles().size(), allFilmStocks.size());
     for (std::size_t i = 0; i < allFilmStocks.size(); ++i)
         EXPECT_EQ(stockProfiles()[i].stock, allFilmStocks[i]);
+    for (const StockProfile& row : stockProfiles()) {
+        EXPECT_EQ(row.summary.starts_with("Independent physical simulation"), !row.isMeasured()) << row.id;
+    }
+    EXPECT_EQ(profile.summary,
+              "Portra 400 response and sensitivity estimated from Kodak E-4050. Dyes, paper and "
+              "chemistry remain model assumptions; not a measured replica.");
     ASSERT_EQ(paperProfiles().size(), allFilmPapers.size());
     for (std::size_t i = 0; i < allFilmPapers.size(); ++i)
         EXPECT_EQ(paperProfiles()[i].paper, allFilmPapers[i]);
