@@ -2,7 +2,9 @@
 
 #include "platform/files/FileUrl.h"
 #include "platform/images/Bitmap.h"
+#include "platform/images/ImageError.h"
 #include "platform/images/ImageProperties.h"
+#include "platform/images/RawDevelopment.h"
 
 #include <cstdint>
 #include <optional>
@@ -11,12 +13,6 @@
 #include <string>
 
 namespace lumisort::images {
-
-/// The decoder could not read a photo. `what()` is one sentence without the file's name.
-class ImageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// No photo at all can be decoded, because the decoding library is missing or does not start. `what()` is one
 /// sentence that names it. No ImageError: a run over many photos ends with it.
@@ -40,7 +36,8 @@ enum class Quality {
 };
 
 /// Decodes photos. Operations are pure functions of the file, take and return values and share nothing with
-/// the caller, so that another process may serve them; many threads may call at once, and each call uses one.
+/// the caller, so that another process may serve them; many threads may call at once, and each call uses one,
+/// but for `develop`.
 ///
 /// All throw ImageError on a file that is no readable photo. Content decides, never the name: what is neither
 /// JPEG, PNG, TIFF, HEVC-coded HEIF nor camera RAW does not open. What is a camera RAW opens as such or not
@@ -62,6 +59,12 @@ public:
     /// Looks at `stop` and throws tasks::Cancelled.
     virtual Bitmap thumbnail(const files::FileUrl& url, int maxSide, Quality quality = Quality::fine,
                              const std::stop_token& stop = {}) const = 0;
+
+    /// Develops a camera RAW neutrally, as RawDevelopment.h says, on all processors; the result does not
+    /// depend on their number. Throws DevelopmentError, ImageError where the file is no camera RAW, and
+    /// tasks::Cancelled.
+    virtual DevelopedPhoto develop(const files::FileUrl& url, const RawDevelopment& development,
+                                   const std::stop_token& stop = {}) const = 0;
 
     /// The bytes of a JPEG file without metadata, in sRGB; transparent parts become `background` grey
     /// (0…255). `quality` is 1…100 as libjpeg has it. The bitmap must not be empty.

@@ -2,6 +2,7 @@
 
 #include "platform/images/decoding/Vips.h"
 
+#include <HalideRuntime.h>
 #include <dlfcn.h>
 #include <jpeglib.h>
 
@@ -26,12 +27,16 @@ void setUp(const DecoderOptions& options) {
     if (VIPS_INIT("lumisort"))
         throw DecoderUnavailable("Photos cannot be opened: the image library does not start.");
 
+    halide_set_error_handler(leaveToCaller);
     vips_operation_block_set("VipsForeignLoad", TRUE);
     for (const char* loader : {"VipsForeignLoadJpeg", "VipsForeignLoadPng", "VipsForeignLoadTiff"})
         vips_operation_block_set(loader, FALSE);
     vips_cache_set_max(0);
     vips_concurrency_set(1);
 }
+
+/// Pipelines return their errors; the handler that Halide brings ends the program.
+void leaveToCaller(void*, const char*) {}
 
 /// What libjpeg prints where a library leaves its messages as they are.
 void printNothing(j_common_ptr) {}

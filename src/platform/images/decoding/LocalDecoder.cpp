@@ -2,6 +2,7 @@
 
 #include "platform/images/decoding/Format.h"
 #include "platform/images/decoding/JpegEncoding.h"
+#include "platform/images/decoding/RawDevelopment.h"
 #include "platform/tasks/Cancellation.h"
 
 namespace lumisort::images {
@@ -34,6 +35,18 @@ Bitmap LocalDecoder::thumbnail(const files::FileUrl& url, int maxSide, Quality q
     } catch (const ImageError&) {
         tasks::checkCancelled(stop); // A stop looks like a read error to the libraries.
         throw;
+    } catch (const std::bad_alloc&) {
+        throw ImageError("There is not enough memory for the photo.");
+    }
+}
+
+DevelopedPhoto LocalDecoder::develop(const files::FileUrl& url, const RawDevelopment& development,
+                                     const std::stop_token& stop) const {
+    tasks::checkCancelled(stop);
+    const FileBytes file(url);
+    if (require(findFormat(file)).type != ImageType::raw) throw ImageError("The photo is no camera raw.");
+    try {
+        return developRaw(file, development, stop);
     } catch (const std::bad_alloc&) {
         throw ImageError("There is not enough memory for the photo.");
     }

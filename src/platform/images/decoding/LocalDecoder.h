@@ -11,6 +11,8 @@ public:
     ImageProperties properties(const files::FileUrl& url) const override;
     Bitmap thumbnail(const files::FileUrl& url, int maxSide, Quality quality,
                      const std::stop_token& stop) const override;
+    DevelopedPhoto develop(const files::FileUrl& url, const RawDevelopment& development,
+                           const std::stop_token& stop) const override;
     std::string encodeJpeg(const Bitmap& bitmap, int quality, int background) const override;
 };
 
