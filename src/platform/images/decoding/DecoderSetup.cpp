@@ -18,6 +18,9 @@ std::atomic<bool> verbose = false;
 
 void discard(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
 
+/// Pipelines return their errors; the handler that Halide brings ends the program.
+void leaveToCaller(void*, const char*) {}
+
 void setUp(const DecoderOptions& options) {
     verbose = options.verbose;
     if (!options.verbose)
@@ -34,9 +37,6 @@ void setUp(const DecoderOptions& options) {
     vips_cache_set_max(0);
     vips_concurrency_set(1);
 }
-
-/// Pipelines return their errors; the handler that Halide brings ends the program.
-void leaveToCaller(void*, const char*) {}
 
 /// What libjpeg prints where a library leaves its messages as they are.
 void printNothing(j_common_ptr) {}
