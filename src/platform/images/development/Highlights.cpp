@@ -43,14 +43,6 @@ Level halved(const Level& fine) {
                 coarse.blocks[static_cast<std::size_t>(row / 2) * static_cast<std::size_t>(coarse.columns) +
                               static_cast<std::size_t>(column / 2)],
                 fine.at(column, row), 1);
-    // A block has heard enough of one level when it has enough weight, whatever its size.
-    for (Light& light : coarse.blocks)
-        if (light.weight > enoughWeight) {
-            const float factor = enoughWeight / light.weight;
-            Light scaled;
-            accumulate(scaled, light, factor);
-            light = scaled;
-        }
     return coarse;
 }
 
@@ -67,8 +59,11 @@ void fillFrom(const Level& coarse, Level& fine) {
             for (const auto& [dx, dy, share] : {std::tuple{0, 0, 9.F / 16},
                                                 {across, 0, 3.F / 16},
                                                 {0, down, 3.F / 16},
-                                                {across, down, 1.F / 16}})
-                accumulate(light, coarse.at(column / 2 + dx, row / 2 + dy), share * missing);
+                                                {across, down, 1.F / 16}}) {
+                const Light& around = coarse.at(column / 2 + dx, row / 2 + dy);
+                accumulate(light, around,
+                           share * missing * enoughWeight / std::max(around.weight, enoughWeight));
+            }
         }
 }
 
@@ -96,7 +91,8 @@ Channels colourOf(const Light& light, int channels) {
 } // namespace
 
 void Light::add(const Channels& values, int channels, float nearest) {
-    const float squared = nearest * nearest, share = squared * squared;
+    // The eighth power: half as bright counts a 256th, or wide dim surroundings would outweigh a narrow rim.
+    const float squared = nearest * nearest, share = squared * squared * squared * squared;
     for (std::size_t c = 0; c < static_cast<std::size_t>(channels); ++c) colour[c] += values[c] * share;
     weight += share;
     nearness += nearest * share;
