@@ -1,6 +1,6 @@
 #include "film/render/FilmChain.h"
 
-#include "platform/tasks/Cancellation.h"
+#include "platform/tasks/ParallelFor.h"
 
 #include <chrono>
 
@@ -35,13 +35,6 @@ private:
     std::chrono::steady_clock::time_point start_;
 };
 
-void copyRows(const PlaneView& in, const PlaneView& out) {
-    const auto& region = out.region;
-    for (int c = 0; c < 3; ++c)
-        for (int y = region.y; y < region.bottom(); ++y)
-            std::copy_n(in.row(c, y) + (region.x - in.region.x), region.width, out.row(c, y));
-}
-
 /// The regions of `picture` that tiles of at most `size` × `size` pixels cut `wanted` into.
 std::vector<Rectangle> tilesOf(const Rectangle& wanted, int size) {
     const auto edges = [size](int first, int extent) {
@@ -66,11 +59,13 @@ template <class Load>
 void renderEach(const FilmChain& chain, const Rectangle& wanted, const ParallelFor& parallelFor, Load load,
                 const std::function<void(const PlaneView&)>& take, StageTimes* times, std::stop_token stop) {
     const auto tiles = tilesOf(wanted, chain.tileSize());
+    ScratchPool<std::pair<Planes, Planes>> tilePlanes; // input and output
     parallelFor(
         tiles.size(),
         [&](std::size_t index) {
             tasks::checkCancelled(stop);
-            thread_local Planes input, output;
+            const auto lease = tilePlanes.borrow();
+            auto& [input, output] = *lease;
             output.reshape(tiles[index]);
             chain.render(load(chain.needed(tiles[index]), input), output.view(), times);
             take(output.view());
@@ -81,31 +76,9 @@ void renderEach(const FilmChain& chain, const Rectangle& wanted, const ParallelF
 
 } // namespace
 
-/// A workspace from the idle ones, put back when the lender is destroyed.
-class FilmChain::LentWorkspace {
-public:
-    explicit LentWorkspace(const FilmChain& chain) : chain_(chain) {
-        const std::scoped_lock lock(chain_.mutex_);
-        if (chain_.idle_.empty()) {
-            workspace_ = std::make_unique<Workspace>();
-        } else {
-            workspace_ = std::move(chain_.idle_.back());
-            chain_.idle_.pop_back();
-        }
-    }
-    ~LentWorkspace() {
-        const std::scoped_lock lock(chain_.mutex_);
-        chain_.idle_.push_back(std::move(workspace_));
-    }
-    LentWorkspace(const LentWorkspace&) = delete;
-    LentWorkspace& operator=(const LentWorkspace&) = delete;
-
-    Workspace& operator*() const { return *workspace_; }
-
-private:
-    const FilmChain& chain_;
-    std::unique_ptr<Workspace> workspace_;
-};
+void onAllProcessors(std::size_t count, const std::function<void(std::size_t)>& work, std::stop_token stop) {
+    tasks::parallelFor(count, 0, stop, work);
+}
 
 FilmChain::FilmChain(const FilmRecipe& recipe, std::size_t first, std::size_t last)
     : picture_(recipe.picture()) {
@@ -149,9 +122,9 @@ void FilmChain::renderPointwise(std::span<const Step> steps, const PlaneView& in
 }
 
 void FilmChain::render(const PlaneView& in, const PlaneView& out, StageTimes* times) const {
-    const LentWorkspace lent(*this);
-    auto& workspace = *lent;
-    if (steps_.empty()) return copyRows(in, out);
+    const auto lease = workspaces_.borrow();
+    auto& workspace = *lease;
+    if (steps_.empty()) return copyRegion(in, out);
     // What each step must deliver, from the last back to the first.
     std::vector<Rectangle> regions(steps_.size(), out.region);
     for (std::size_t i = steps_.size() - 1; i > 0; --i)

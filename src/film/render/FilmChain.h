@@ -1,11 +1,11 @@
 #pragma once
 
+#include "film/render/ScratchPool.h"
 #include "film/render/Stage.h"
 #include "platform/images/LinearImage.h"
 
 #include <atomic>
 #include <functional>
-#include <mutex>
 #include <stop_token>
 #include <vector>
 
@@ -18,6 +18,9 @@ using StageTimes = std::array<std::atomic<std::int64_t>, 7>;
 /// what one of them threw, and tasks::Cancelled after a stop.
 using ParallelFor = std::function<void(std::size_t count, const std::function<void(std::size_t)>& work,
                                        std::stop_token stop)>;
+
+/// The program's pool, on as many threads as the processor runs at once.
+void onAllProcessors(std::size_t count, const std::function<void(std::size_t)>& work, std::stop_token stop);
 
 /// The stages [first, last) of one recipe, ready to render any rectangle of the picture alone.
 class FilmChain {
@@ -49,15 +52,13 @@ private:
         std::array<Planes, 2> strips; ///< input and output of a step
         std::array<Planes, 2> blocks; ///< the same for steps without a border
     };
-    class LentWorkspace;
 
     void renderPointwise(std::span<const Step> steps, const PlaneView& in, const PlaneView& out,
                          Workspace& workspace, StageTimes* times) const;
 
     Rectangle picture_;
     std::vector<Step> steps_;
-    mutable std::mutex mutex_;
-    mutable std::vector<std::unique_ptr<Workspace>> idle_; // guarded by mutex_
+    mutable ScratchPool<Workspace> workspaces_;
 };
 
 /// Copies a region of a photo; what is no number becomes 0, and infinite light the largest that the chain

@@ -101,7 +101,7 @@ StageRendering prepareGrain(const FilmRecipe& recipe) {
     const auto footprint = Vector3::filled(pitchMicrometres) / grain.meanRadiusMicrometres;
 
     using Key = std::tuple<FilmStock, std::uint32_t, double, int, int>;
-    static RecentValues<Key, GrainTables, 2> pictures;
+    static RecentValues<Key, GrainTables, 3> pictures;
     auto tables = pictures.get(
         {model.stock.stock, recipe.grainSeed, pitchMicrometres, recipe.width, recipe.height}, [&] {
             const auto field = fieldOf(grain, recipe.grainSeed);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "film/render/Rectangle.h"
+#include "platform/images/LinearImage.h"
 
 #include <cstddef>
 #include <vector>
@@ -27,6 +28,11 @@ struct PlaneView {
         return {row(0, inner.y) + (inner.x - region.x), inner, stride, planeStride};
     }
 };
+
+/// Copies the region that `out` covers, which lies inside that of `in`.
+void copyRegion(const PlaneView& in, const PlaneView& out);
+/// Copies all of `in` into the part of a whole picture that it covers.
+void copyRegion(const PlaneView& in, images::LinearImage& picture);
 
 /// Three planes of 32-bit floats that cover a region of a picture, in memory of their own. Only moves.
 class Planes {

@@ -1,0 +1,158 @@
+#include "film/render/FilmExport.h"
+
+#include "film/render/DisplayCodes.h"
+#include "film/render/FilmRenderError.h"
+#include "film/render/TiffWriter.h"
+#include "platform/files/ResolvedPath.h"
+#include "platform/files/Uuid.h"
+#include "platform/images/Decoder.h"
+#include "platform/tasks/ParallelFor.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <span>
+#include <string>
+
+namespace lumisort::film {
+
+namespace {
+
+constexpr int jpegQuality = 96;
+/// Rows of one band: several tiles for each thread of a wide picture.
+constexpr int bandRows = 512;
+
+/// The path without symbolic links; of a file that is not there yet, that of its folder and its name.
+std::string resolvedDestination(files::FileSystem& system, const files::FileUrl& destination) {
+    try {
+        return files::resolvedPath(system, destination.path());
+    } catch (const files::FileError& error) {
+        if (!error.isMissing()) throw;
+        return files::resolvedPath(system, destination.parent().path()) + '/' +
+               std::string(destination.name());
+    }
+}
+
+bool exists(files::FileSystem& system, const std::string& path) {
+    try {
+        system.status(path, files::Links::doNotFollow);
+        return true;
+    } catch (const files::FileError& error) {
+        if (error.isMissing()) return false;
+        throw;
+    }
+}
+
+/// A hidden file of this program's own, removed unless it was moved away.
+class TemporaryFile {
+public:
+    TemporaryFile(files::FileSystem& system, const files::FileUrl& folder, const char* extension)
+        : system_(system), path_(folder.child(".lumisort-" + files::randomUuid() + extension).path()),
+          file_(system.create(path_)) {}
+    ~TemporaryFile() {
+        if (!file_) return;
+        file_.reset();
+        try {
+            system_.remove(path_);
+        } catch (const files::FileError&) { // nothing more can be done
+        }
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    files::OpenFile& file() { return *file_; }
+
+    void moveTo(const files::FileUrl& destination) {
+        file_->flush();
+        file_->close();
+        try {
+            system_.moveWithoutOverwrite(path_, destination.path());
+        } catch (const files::FileError& error) {
+            if (error.code() == EEXIST) throw FilmRenderError(FilmRenderProblem::outputExists);
+            throw;
+        }
+        file_.reset();
+        system_.flushDirectory(destination.parent().path());
+    }
+
+private:
+    files::FileSystem& system_;
+    std::string path_;
+    std::unique_ptr<files::OpenFile> file_;
+};
+
+/// Renders band after band; while one is rendered, the thread that takes the first job passes the one before
+/// to `write`.
+void renderBands(const FilmPicture& picture, const std::function<void(const CodeRows&)>& write,
+                 const std::stop_token& stop) {
+    const auto whole = picture.chain.picture();
+    CodeRows finished, current;
+    for (int y = 0; y < whole.height; y += bandRows) {
+        const int rows = std::min(bandRows, whole.height - y);
+        current.width = whole.width;
+        current.firstRow = y;
+        current.rowCount = rows;
+        current.rgba.resize(4 * static_cast<std::size_t>(whole.width) * static_cast<std::size_t>(rows));
+        const ParallelFor besideWriting = [&](std::size_t count, const std::function<void(std::size_t)>& work,
+                                              std::stop_token) {
+            tasks::parallelFor(count + 1, 0, stop, [&](std::size_t index) {
+                if (index > 0) return work(index - 1);
+                if (finished.rowCount > 0) write(finished);
+            });
+        };
+        renderTiles(
+            picture.chain, picture.scene, {0, y, whole.width, rows}, besideWriting,
+            [&](const PlaneView& tile) { encode(tile, current); }, picture.times, stop);
+        std::swap(finished, current);
+        if (picture.progress) picture.progress(static_cast<double>(y + rows) / whole.height);
+    }
+    write(finished);
+}
+
+std::string jpegOf(const FilmPicture& picture, const std::stop_token& stop) {
+    const auto whole = picture.chain.picture();
+    images::Bitmap bitmap{whole.width, whole.height, {}};
+    bitmap.rgba.reserve(4 * static_cast<std::size_t>(whole.width) * static_cast<std::size_t>(whole.height));
+    renderBands(
+        picture,
+        [&](const CodeRows& rows) {
+            for (const auto code : rows.rgba)
+                bitmap.rgba.push_back(static_cast<std::uint8_t>((code + 128) / 257));
+        },
+        stop);
+    return images::decoder().encodeJpeg(bitmap, jpegQuality);
+}
+
+} // namespace
+
+ExportFormat checkDestination(files::FileSystem& system, const files::FileUrl& photo,
+                              const files::FileUrl& destination, FilmInputs inputs) {
+    if (destination.empty() || destination.name().empty() || destination.endsInSlash())
+        throw FilmRenderError(FilmRenderProblem::invalidDestination);
+    std::string extension(destination.extension());
+    std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
+    const bool tiff = extension == "tif" || extension == "tiff";
+    if (!tiff && inputs == FilmInputs::raw) throw FilmRenderError(FilmRenderProblem::tiffRequired);
+    if (files::resolvedPath(system, photo.path()) == resolvedDestination(system, destination))
+        throw FilmRenderError(FilmRenderProblem::sourceOverwrite);
+    if (exists(system, destination.path())) throw FilmRenderError(FilmRenderProblem::outputExists);
+    return tiff ? ExportFormat::tiff16 : ExportFormat::jpeg;
+}
+
+void writeFilm(const FilmPicture& picture, files::FileSystem& system, const files::FileUrl& destination,
+               ExportFormat format, const std::stop_token& stop) {
+    tasks::checkCancelled(stop);
+    TemporaryFile temporary(system, destination.parent(), format == ExportFormat::tiff16 ? ".tif" : ".jpg");
+    if (format == ExportFormat::tiff16) {
+        const auto whole = picture.chain.picture();
+        TiffWriter writer(temporary.file(), whole.width, whole.height);
+        renderBands(picture, [&](const CodeRows& rows) { writer.write(rows.rgba); }, stop);
+    } else {
+        const auto bytes = jpegOf(picture, stop);
+        temporary.file().write(std::as_bytes(std::span(bytes)));
+    }
+    tasks::checkCancelled(stop);
+    temporary.moveTo(destination);
+}
+
+} // namespace lumisort::film
