@@ -22,13 +22,13 @@ std::optional<FingerprintStamp> stampOf(files::FileSystem& system, const files::
 } // namespace
 
 OriginalDecodeQueue::OriginalDecodeQueue(files::FileSystem& system, Load load, std::size_t budgetBytes)
-    : system_(system), load_(std::move(load)), budgetBytes_(budgetBytes) {}
+    : system_(system), load_(std::move(load)), kept_(budgetBytes) {}
 
 OriginalDecodeQueue::~OriginalDecodeQueue() {
     const std::scoped_lock lock(mutex_);
     closing_ = true;
     waiting_.clear();
-    if (running_) running_->attempt.request_stop();
+    if (running_) running_->attempt->stop.request_stop();
 }
 
 OriginalDecodeQueue& OriginalDecodeQueue::shared() {
@@ -43,7 +43,7 @@ OriginalDecodeQueue::Original OriginalDecodeQueue::recall(const files::FileUrl& 
 
 std::size_t OriginalDecodeQueue::keptBytes() const {
     const std::scoped_lock lock(mutex_);
-    return keptBytes_;
+    return kept_.cost();
 }
 
 OriginalDecodeQueue::Ticket OriginalDecodeQueue::request(const files::FileUrl& url, Priority priority,
@@ -52,13 +52,26 @@ OriginalDecodeQueue::Ticket OriginalDecodeQueue::request(const files::FileUrl& u
     const std::scoped_lock lock(mutex_);
     waiting_.push_back(job);
     post();
-    if (priority == Priority::shown && running_ && running_->priority == Priority::prefetch) {
-        if (running_->url == url)
-            running_->adopted = true;
-        else if (!running_->adopted && !find(url, nullptr))
-            running_->attempt.request_stop();
-    }
+    if (running_ && running_->url == url)
+        job->join(running_->attempt);
+    else if (priority == Priority::shown && running_ && !isShown(running_->url) && !find(url, nullptr))
+        running_->attempt->stop.request_stop();
     return Ticket(std::move(job));
+}
+
+void OriginalDecodeQueue::Job::join(std::shared_ptr<Attempt> underWay) {
+    leave.reset();
+    attempt = std::move(underWay);
+    ++attempt->wanting;
+    leave.emplace(cancelled.get_token(), Leave{attempt});
+}
+
+/// Whether something on show waits for the photo or has it decoded. The mutex is held.
+bool OriginalDecodeQueue::isShown(const files::FileUrl& url) const {
+    const auto wanted = [&url](const std::shared_ptr<Job>& job) {
+        return job->url == url && job->priority == Priority::shown && !job->cancelled.stop_requested();
+    };
+    return (running_ && wanted(running_)) || std::ranges::any_of(waiting_, wanted);
 }
 
 void OriginalDecodeQueue::post() {
@@ -74,16 +87,16 @@ void OriginalDecodeQueue::runNext() {
         if (closing_ || next == waiting_.end()) return;
         job = *next;
         waiting_.erase(next);
-        job->attempt = std::stop_source();
+        const auto attempt = std::make_shared<Attempt>();
+        job->join(attempt);
+        for (const auto& each : waiting_)
+            if (each->url == job->url) each->join(attempt);
         running_ = job;
     }
     std::optional<Answer> given;
     try {
-        const std::stop_callback passOn(job->cancelled.get_token(), [&job] {
-            if (!job->adopted) job->attempt.request_stop();
-        });
         given = answer(*job);
-    } catch (const tasks::Cancelled&) { // The ticket ended, or something on show came between.
+    } catch (const tasks::Cancelled&) { // nobody wants it any more, or something on show came between
     }
     {
         const std::scoped_lock lock(mutex_);
@@ -103,8 +116,8 @@ OriginalDecodeQueue::Answer OriginalDecodeQueue::answer(Job& job) {
         if (auto kept = find(job.url, &*stamp)) return kept;
     }
     try {
-        auto original =
-            std::make_shared<const images::PicturePyramid>(load_(system_, job.url, job.attempt.get_token()));
+        auto original = std::make_shared<const images::PicturePyramid>(
+            load_(system_, job.url, job.attempt->stop.get_token()));
         if (stamp) keep(job.url, *stamp, original);
         return original;
     } catch (const std::exception& error) {
@@ -118,40 +131,26 @@ OriginalDecodeQueue::Answer OriginalDecodeQueue::answer(Job& job) {
 /// With `stamp`, only an original of that stamp. The mutex is held.
 OriginalDecodeQueue::Original OriginalDecodeQueue::find(const files::FileUrl& url,
                                                         const FingerprintStamp* stamp) {
-    const auto place = places_.find(url);
-    if (place == places_.end() || (stamp && place->second->stamp != *stamp)) return nullptr;
-    entries_.splice(entries_.begin(), entries_, place->second);
-    return place->second->alive.lock();
+    const auto place = alive_.find(url);
+    if (place == alive_.end() || (stamp && place->second.stamp != *stamp)) return nullptr;
+    kept_.find(url); // counts as used
+    return place->second.original.lock();
 }
 
-/// Stands in no list any more; who shows it still has it. The mutex is held; what comes back is to be let go
-/// without it, because that takes a while.
+/// Removes the original from the cache; a view that shows it keeps it. The mutex is held. The caller frees
+/// the result after it, because that takes a while.
 OriginalDecodeQueue::Original OriginalDecodeQueue::drop(const files::FileUrl& url) {
-    const auto place = places_.find(url);
-    if (place == places_.end()) return nullptr;
-    auto original = release(*place->second);
-    entries_.erase(place->second);
-    places_.erase(place);
-    return original;
-}
-
-OriginalDecodeQueue::Original OriginalDecodeQueue::release(Entry& entry) {
-    if (entry.original) keptBytes_ -= entry.original->bytes();
-    return std::exchange(entry.original, nullptr);
+    alive_.erase(url);
+    return kept_.erase(url).value_or(nullptr);
 }
 
 void OriginalDecodeQueue::keep(const files::FileUrl& url, const FingerprintStamp& stamp,
                                const Original& original) {
-    std::vector<Original> released; // freed after the mutex
+    std::vector<Original> removed; // freed after the mutex
     const std::scoped_lock lock(mutex_);
-    released.push_back(drop(url));
-    std::erase_if(places_, [](const auto& place) { return place.second->alive.expired(); });
-    std::erase_if(entries_, [](const Entry& entry) { return entry.alive.expired(); });
-    entries_.push_front({url, stamp, original, original});
-    places_[url] = entries_.begin();
-    keptBytes_ += original->bytes();
-    for (auto entry = entries_.end(); entry != entries_.begin() && keptBytes_ > budgetBytes_;)
-        released.push_back(release(*--entry));
+    removed = kept_.insert(url, original, original->bytes());
+    alive_[url] = {stamp, original};
+    std::erase_if(alive_, [](const auto& each) { return each.second.original.expired(); });
 }
 
 } // namespace lumisort::library

@@ -2,15 +2,16 @@
 
 #include "library/FingerprintStamp.h"
 #include "library/OriginalLoader.h"
+#include "platform/cache/CostedCache.h"
 #include "platform/tasks/SerialExecutor.h"
 
 #include <atomic>
 #include <cstddef>
 #include <expected>
 #include <functional>
-#include <list>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <unordered_map>
@@ -37,13 +38,28 @@ public:
     static constexpr std::size_t defaultBudgetBytes = std::size_t{768} << 20;
 
 private:
+    /// A decode under way, which ends early when no request wants it any more, or when something on show
+    /// comes between.
+    struct Attempt {
+        std::stop_source stop{};
+        std::atomic<int> wanting = 0; ///< requests for the same photo that have not been cancelled
+    };
+    struct Leave {
+        std::shared_ptr<Attempt> attempt;
+        void operator()() const noexcept {
+            if (--attempt->wanting == 0) attempt->stop.request_stop();
+        }
+    };
     struct Job {
         files::FileUrl url;
         Priority priority;
         Deliver deliver;
-        std::stop_source cancelled;        ///< by the ticket's end
-        std::stop_source attempt{};        ///< of the decode under way, which what is on show may cut short
-        std::atomic<bool> adopted = false; ///< others wait for the same: it goes on without its ticket
+        std::stop_source cancelled; ///< by the ticket's end
+        std::shared_ptr<Attempt> attempt{};
+        std::optional<std::stop_callback<Leave>> leave{};
+
+        /// Makes the job one of those that want the decode `underWay`. The mutex is held.
+        void join(std::shared_ptr<Attempt> underWay);
     };
 
 public:
@@ -95,32 +111,27 @@ public:
     std::size_t keptBytes() const;
 
 private:
-    /// `original` is empty once the budget has let it go; `alive` still finds it where a view shows it.
-    struct Entry {
-        files::FileUrl url;
+    /// An original that the budget keeps or, when it no longer does, a view still shows.
+    struct Alive {
         FingerprintStamp stamp;
-        Original original;
-        std::weak_ptr<const images::PicturePyramid> alive;
+        std::weak_ptr<const images::PicturePyramid> original;
     };
-    using Entries = std::list<Entry>; ///< the most recently used first
 
+    bool isShown(const files::FileUrl& url) const;
     void post();
     void runNext();
     Answer answer(Job& job);
     Original find(const files::FileUrl& url, const FingerprintStamp* stamp);
     Original drop(const files::FileUrl& url);
-    Original release(Entry& entry);
     void keep(const files::FileUrl& url, const FingerprintStamp& stamp, const Original& original);
 
     files::FileSystem& system_;
     const Load load_;
-    const std::size_t budgetBytes_;
     mutable std::mutex mutex_; // guards all below
     std::vector<std::shared_ptr<Job>> waiting_;
     std::shared_ptr<Job> running_;
-    Entries entries_;
-    std::unordered_map<files::FileUrl, Entries::iterator> places_;
-    std::size_t keptBytes_ = 0;
+    cache::CostedCache<files::FileUrl, Original> kept_; ///< the cost is in bytes
+    std::unordered_map<files::FileUrl, Alive> alive_;
     bool closing_ = false;
     tasks::SerialExecutor executor_; // last: its thread uses all of the above
 };

@@ -58,10 +58,10 @@ Thumbnail ThumbnailStore::make(const files::FileUrl& url, const std::stop_token&
     const std::stop_callback onStop(stop, end);
     const std::stop_callback onEnd(ended_.get_token(), end);
     if (either.stop_requested()) return {};
-    if (auto kept = cache_.find(url)) return kept;
+    if (const Thumbnail* kept = cache_.find(url)) return *kept;
     try {
         auto made = std::make_shared<const images::Bitmap>(decoder_(url, maxSide, either.get_token()));
-        cache_.insert(url, made);
+        cache_.insert(url, made, made->rgba.size());
         return made;
     } catch (const tasks::Cancelled&) { // the request was stopped: nobody waits for the preview
         return {};

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "library/ThumbnailCache.h"
+#include "platform/cache/CostedCache.h"
+#include "platform/files/FileUrl.h"
 #include "platform/images/Decoder.h"
 #include "platform/tasks/SerialExecutor.h"
 #include "platform/time/Clock.h"
@@ -8,11 +9,15 @@
 #include <atomic>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <stop_token>
 #include <vector>
 
 namespace lumisort::library {
+
+/// A decoded preview, shared by all who show it; none where there is no preview.
+using Thumbnail = std::shared_ptr<const images::Bitmap>;
 
 /// Makes previews of photos, one at a time on a thread of its own, and keeps those used last in memory.
 /// Nothing is written to disk. All functions may be called from any thread and return at once.
@@ -61,7 +66,8 @@ private:
     time::Clock clock_;
     std::stop_source ended_;
     std::atomic<bool> stale_ = false; ///< removeAll was called and the cache is not empty yet
-    ThumbnailCache cache_;            // the executor's thread alone
+    /// Costs are in bytes. The executor's thread alone.
+    cache::CostedCache<files::FileUrl, Thumbnail> cache_;
 
     std::mutex mutex_;                          // guards the next two
     std::vector<std::deque<Request>> bursts_{}; ///< none of them empty, the latest last

@@ -182,6 +182,18 @@ TEST_F(OriginalDecodeQueueTest, PutsOffAPrefetchForWhatIsShownUnlessItIsThatItse
     EXPECT_THAT(started(), ElementsAre("/a", "/b", "/a", "/c"));
 }
 
+TEST_F(OriginalDecodeQueueTest, EndsAPrefetchThatWasTakenOverWhenNobodyWantsItAnyMore) {
+    hold("/a");
+    auto ahead = std::optional(ask("/a", Queue::Priority::prefetch));
+    waitForStarts(1);
+    auto shown = std::optional(ask("/a"));
+    ahead.reset(); // goes on for the one that is shown
+    shown.reset(); // ends it, though "/a" is never let go
+    EXPECT_TRUE(answerTo("/b"));
+    EXPECT_THAT(answered_, ElementsAre());
+    EXPECT_THAT(started(), ElementsAre("/a", "/b"));
+}
+
 TEST_F(OriginalDecodeQueueTest, KeepsWhatWasUsedLastWithinItsBudget) {
     const auto a = answerTo("/a");
     ASSERT_TRUE(a);
