@@ -15,7 +15,6 @@ pkg_check_modules(LCMS REQUIRED IMPORTED_TARGET lcms2)
 pkg_check_modules(HEIF REQUIRED IMPORTED_TARGET libheif)
 pkg_check_modules(RAW REQUIRED IMPORTED_TARGET libraw_r)
 pkg_check_modules(TIFF REQUIRED IMPORTED_TARGET libtiff-4)
-pkg_check_modules(UDEV REQUIRED IMPORTED_TARGET libudev)
 pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
 

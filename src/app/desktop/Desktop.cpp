@@ -36,8 +36,7 @@ void startOverInSoftware() {
 Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
     : model_(document), library_(model_), compare_(model_, *library_.marks()), archive_(model_, nullptr),
       lifecycle_(std::move(exit)),
-      devices_([this] { model_.updateDevices(); }, {.mountDescriptor = mounts_.descriptor(),
-                                                    .mountsChanged = [this] { return mounts_.changed(); }}),
+      devices_([this] { model_.updateDevices(); }, {.mountDescriptor = mounts_.number()}),
       fullscreen_(model_, *library_.marks(), engine_), details_(model_, engine_) {
     connectCompare();
     connect(&model_, &model::LibraryModel::fullscreenWanted, this,

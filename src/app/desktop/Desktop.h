@@ -5,7 +5,7 @@
 #include "library/ThumbnailStore.h"
 #include "model/LibraryModel.h"
 #include "organize/sheet/ArchiveState.h"
-#include "platform/volumes/MountWatcher.h"
+#include "platform/volumes/MountTable.h"
 #include "review/LibraryWindow.h"
 #include "review/details/PhotoDetailsController.h"
 #include "review/viewer/CompareState.h"
@@ -52,7 +52,7 @@ private:
     review::CompareState compare_;
     organize::ArchiveState archive_;
     Lifecycle lifecycle_;
-    volumes::MountWatcher mounts_;
+    files::Descriptor mounts_ = volumes::watchMountTable();
     DeviceWatch devices_;
     QQmlApplicationEngine engine_; // after what its views show
     review::FullscreenPhotoController fullscreen_;

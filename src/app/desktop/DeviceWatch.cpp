@@ -9,7 +9,7 @@ DeviceWatch::DeviceWatch(std::function<void()> look, Surroundings with, QObject*
     if (with_.mountDescriptor < 0) return;
     mounts_.setSocket(with_.mountDescriptor);
     mounts_.setEnabled(true);
-    connect(&mounts_, &QSocketNotifier::activated, this, &DeviceWatch::mountTableSpoke);
+    connect(&mounts_, &QSocketNotifier::activated, this, &DeviceWatch::onMountTableChanged);
 }
 
 void DeviceWatch::setShown(bool shown) {
@@ -29,8 +29,10 @@ void DeviceWatch::tick() {
     });
 }
 
-void DeviceWatch::mountTableSpoke() {
-    if (!with_.mountsChanged() || !shown_ || std::exchange(settling_, true)) return;
+// The event loop's own poll has taken the kernel's event: polling the descriptor once more would find
+// nothing.
+void DeviceWatch::onMountTableChanged() {
+    if (!shown_ || std::exchange(settling_, true)) return;
     with_.after(settling, this, [this] {
         settling_ = false;
         if (shown_) look_();

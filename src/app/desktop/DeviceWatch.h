@@ -8,21 +8,21 @@
 
 namespace lumisort::app {
 
-/// Has the drives looked at while the window shows: at once, then every 30 seconds; when something is mounted
-/// or unmounted; and when the application becomes active. Main thread.
+/// Calls a function that looks at the drives, while the window is shown: when it becomes visible and every 30
+/// seconds from then on, after something was mounted or unmounted, and when the application becomes active.
+/// Main thread.
 class DeviceWatch : public QObject {
     Q_OBJECT
 
 public:
     static constexpr std::chrono::seconds interval{30};
-    /// One drive brings several changes of the mount table.
+    /// How long changes of the mount table are collected: one drive makes several.
     static constexpr std::chrono::milliseconds settling{200};
 
     struct Surroundings {
-        /// Becomes exceptional when the mount table changes; -1 for none.
+        /// File descriptor that signals POLLPRI when mounts change (volumes::watchMountTable); -1 for none.
+        /// Nothing else may poll it.
         int mountDescriptor = -1;
-        /// Whether it did change, and waits for the next change.
-        std::function<bool()> mountsChanged;
         decltype(model::ModelSurroundings::after) after = model::ModelSurroundings::afterOnTimer;
     };
 
@@ -33,14 +33,14 @@ public:
 
 private:
     void tick();
-    void mountTableSpoke();
+    void onMountTableChanged();
 
     std::function<void()> look_;
     Surroundings with_;
     QSocketNotifier mounts_{QSocketNotifier::Exception};
     bool shown_ = false;
     bool settling_ = false;
-    int showing_ = 0; ///< which showing of the window; a tick of an earlier one is over
+    int showing_ = 0; ///< counts how often the window was shown; a tick of an earlier time is dropped
 };
 
 } // namespace lumisort::app

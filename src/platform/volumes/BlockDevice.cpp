@@ -1,13 +1,10 @@
 #include "platform/volumes/BlockDevice.h"
 
-#include <libudev.h>
 #include <sys/sysmacros.h>
 
 #include <algorithm>
 #include <cctype>
-#include <filesystem>
 #include <fstream>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -15,14 +12,16 @@ namespace lumisort::volumes {
 
 namespace {
 
-using Udev = std::unique_ptr<udev, decltype(&udev_unref)>;
-using Device = std::unique_ptr<udev_device, decltype(&udev_device_unref)>;
+namespace fs = std::filesystem;
 
-/// Device mapper on device mapper on … never gets this deep.
+/// Device mapper on device mapper on … is never this deep.
 constexpr int deepestStack = 8;
 
-std::string_view orEmpty(const char* text) {
-    return text ? text : std::string_view();
+/// The first line of an attribute file; empty where there is none.
+std::string attribute(const fs::path& file) {
+    std::string line;
+    std::getline(std::ifstream(file), line);
+    return line;
 }
 
 bool mentions(std::string_view text, std::string_view lowerCaseWord) {
@@ -39,60 +38,54 @@ bool isSoftwareDisk(std::string_view name) {
            (kind == "loop" || kind == "nbd" || kind == "zram" || kind == "ram");
 }
 
-/// The bus is a part of the device's path in sysfs, also where udev's database is absent (containers).
-bool isOnExternalBus(udev_device* disk) {
-    const auto path = orEmpty(udev_device_get_devpath(disk));
-    const auto bus = orEmpty(udev_device_get_property_value(disk, "ID_BUS"));
-    if (bus == "usb" || bus == "ieee1394") return true;
-    return path.find("/usb") != std::string_view::npos || path.find("/fw") != std::string_view::npos;
-}
-
-bool isSecureDigitalCard(udev_device* disk) {
-    auto* card = udev_device_get_parent_with_subsystem_devtype(disk, "mmc", nullptr);
-    return card && orEmpty(udev_device_get_sysattr_value(card, "type")) == "SD";
-}
-
-BlockDevice inspect(udev* context, dev_t number, int depth);
-
-/// Encrypted and logical volumes list what they lie on in sysfs.
-BlockDevice inspectBelow(udev* context, const std::filesystem::path& slaves, int depth) {
-    BlockDevice found;
-    std::error_code ignored;
-    for (const auto& slave : std::filesystem::directory_iterator(slaves, ignored)) {
-        unsigned major = 0, minor = 0;
-        char colon = 0;
-        if (!(std::ifstream(slave.path() / "dev") >> major >> colon >> minor)) continue;
-        const auto below = inspect(context, makedev(major, minor), depth + 1);
-        found.external = found.external || below.external;
-        found.diskImage = found.diskImage || below.diskImage;
+/// Whether one of the devices from `disk` up to the machine says that it can be unplugged. Block devices say
+/// "1", ports of USB and PCI Express "removable" (Documentation/ABI/testing/sysfs-devices-removable).
+bool isBelowRemovable(const fs::path& disk, const fs::path& devices) {
+    for (auto device = disk; device.has_relative_path() && device != devices; device = device.parent_path()) {
+        const auto removable = attribute(device / "removable");
+        if (removable == "1" || removable == "removable") return true;
     }
-    return found;
+    return false;
 }
 
-BlockDevice inspect(udev* context, dev_t number, int depth) {
-    const Device device(udev_device_new_from_devnum(context, 'b', number), udev_device_unref);
-    if (!device || depth > deepestStack) return {};
-    const std::filesystem::path folder = udev_device_get_syspath(device.get());
-    if (std::filesystem::is_directory(folder / "dm")) return inspectBelow(context, folder / "slaves", depth);
+/// The bus is a part of the device's path.
+bool isOnExternalBus(const fs::path& disk) {
+    const auto& path = disk.native();
+    return path.find("/usb") != std::string::npos || path.find("/fw") != std::string::npos;
+}
 
-    auto* disk = orEmpty(udev_device_get_devtype(device.get())) == "partition"
-                     ? udev_device_get_parent_with_subsystem_devtype(device.get(), "block", "disk")
-                     : device.get();
-    if (!disk) disk = device.get();
-    const auto vendor = orEmpty(udev_device_get_sysattr_value(disk, "device/vendor"));
-    const auto model = orEmpty(udev_device_get_sysattr_value(disk, "device/model"));
-    return {.external = orEmpty(udev_device_get_sysattr_value(disk, "removable")) == "1" ||
-                        isOnExternalBus(disk) || isSecureDigitalCard(disk),
-            .diskImage = isSoftwareDisk(orEmpty(udev_device_get_sysname(disk))) ||
-                         mentions(vendor, "virtual") || mentions(model, "virtual") ||
-                         mentions(model, "disk image")};
+bool isSecureDigitalCard(const fs::path& disk) {
+    std::error_code none;
+    const auto card = fs::canonical(disk / "device", none);
+    return !none && fs::read_symlink(card / "subsystem", none).filename() == "mmc" &&
+           attribute(card / "type") == "SD";
+}
+
+BlockDevice inspect(const fs::path& sysfs, std::string_view number, int depth) {
+    std::error_code unknown;
+    const auto device = fs::canonical(sysfs / "dev/block" / number, unknown);
+    if (unknown || depth > deepestStack) return {};
+    if (fs::is_directory(device / "dm")) {
+        BlockDevice found;
+        for (const auto& slave : fs::directory_iterator(device / "slaves", unknown)) {
+            const auto below = inspect(sysfs, attribute(slave.path() / "dev"), depth + 1);
+            found.external = found.external || below.external;
+            found.diskImage = found.diskImage || below.diskImage;
+        }
+        return found;
+    }
+    const auto disk = fs::exists(device / "partition") ? device.parent_path() : device;
+    const auto vendor = attribute(disk / "device/vendor"), model = attribute(disk / "device/model");
+    return {.external = isBelowRemovable(disk, fs::canonical(sysfs) / "devices") || isOnExternalBus(disk) ||
+                        isSecureDigitalCard(disk),
+            .diskImage = isSoftwareDisk(disk.filename().native()) || mentions(vendor, "virtual") ||
+                         mentions(model, "virtual") || mentions(model, "disk image")};
 }
 
 } // namespace
 
-BlockDevice inspectBlockDevice(dev_t device) {
-    const Udev context(udev_new(), udev_unref);
-    return context ? inspect(context.get(), device, 0) : BlockDevice{};
+BlockDevice inspectBlockDevice(dev_t device, const fs::path& sysfs) {
+    return inspect(sysfs, std::to_string(major(device)) + ':' + std::to_string(minor(device)), 0);
 }
 
 } // namespace lumisort::volumes

@@ -1,5 +1,7 @@
 #include "platform/volumes/MountTable.h"
 
+#include <fcntl.h>
+
 #include <algorithm>
 #include <charconv>
 #include <fstream>
@@ -76,6 +78,10 @@ std::vector<Mount> parseMountTable(std::string_view text) {
         text.remove_prefix(std::min(end + 1, text.size()));
     }
     return mounts;
+}
+
+files::Descriptor watchMountTable() {
+    return files::Descriptor(open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
 }
 
 std::vector<Mount> readMountTable() {

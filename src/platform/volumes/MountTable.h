@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/files/Descriptor.h"
+
 #include <sys/types.h>
 
 #include <string>
@@ -23,6 +25,11 @@ struct Mount {
 /// All well-formed lines of a mount table, in its order; a later mount on the same point hides an earlier
 /// one, so only the last of them is there.
 std::vector<Mount> parseMountTable(std::string_view text);
+
+/// Opens this process's mount table for an event loop: the descriptor has an exceptional condition (POLLPRI,
+/// proc(5)) whenever something was mounted or unmounted since it was last polled. Polling takes the event, so
+/// only one may poll a descriptor. Not open where there is no /proc.
+files::Descriptor watchMountTable();
 
 /// This process's mount table; empty when it cannot be read.
 std::vector<Mount> readMountTable();

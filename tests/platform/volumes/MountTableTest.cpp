@@ -1,10 +1,10 @@
 #include "platform/volumes/MountTable.h"
 
-#include "platform/volumes/MountWatcher.h"
 #include "platform/volumes/Volume.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
+#include <poll.h>
 #include <sys/mount.h>
 
 #include <algorithm>
@@ -34,25 +34,28 @@ TEST(MountTable, ALaterMountHidesAnEarlierOneOnTheSamePoint) {
                 ElementsAre(Mount{8, 2, "/", "/media/card", "ext4", "/dev/sda2"}));
 }
 
-TEST(MountWatcher, NoticesARealMount) {
+TEST(MountTable, SignalsARealMount) {
     const test::TemporaryFolder folder;
-    MountWatcher watcher;
-    ASSERT_GE(watcher.descriptor(), 0);
-    (void)watcher.changed();
-    ASSERT_FALSE(watcher.changed());
+    const auto watched = watchMountTable();
+    ASSERT_TRUE(watched.isOpen());
+    const auto changed = [&] {
+        pollfd event{.fd = watched.number(), .events = POLLPRI, .revents = 0};
+        return poll(&event, 1, 0) == 1 && (event.revents & POLLPRI) != 0;
+    };
+    changed();
+    ASSERT_FALSE(changed());
     if (mount("tmpfs", folder.path().c_str(), "tmpfs", 0, "size=1m") != 0)
         GTEST_SKIP() << "this machine does not let tests mount a file system";
-    EXPECT_TRUE(watcher.changed());
-    const auto table = readMountTable();
-    EXPECT_TRUE(std::ranges::any_of(table, [&](const Mount& mount) {
+    EXPECT_TRUE(changed());
+    EXPECT_FALSE(changed()) << "polling takes the event";
+    EXPECT_TRUE(std::ranges::any_of(readMountTable(), [&](const Mount& mount) {
         return mount.mountPoint == folder.path() && mount.fileSystem == "tmpfs";
     }));
-    // A file system in memory has no drive behind it.
-    const auto volumes = mountedVolumes();
-    EXPECT_FALSE(std::ranges::any_of(
-        volumes, [&](const Volume& volume) { return volume.url.path() == folder.path().string(); }));
+    EXPECT_FALSE(std::ranges::any_of(mountedVolumes(), [&](const Volume& volume) {
+        return volume.url.path() == folder.path().string();
+    })) << "a file system in memory has no drive behind it";
     ASSERT_EQ(umount(folder.path().c_str()), 0);
-    EXPECT_TRUE(watcher.changed());
+    EXPECT_TRUE(changed());
 }
 
 } // namespace lumisort::volumes
