@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QLocalSocket>
 #include <QStandardPaths>
+#include <algorithm>
 #include <stdexcept>
 #include <thread>
 
@@ -19,6 +20,7 @@ namespace {
 constexpr std::chrono::milliseconds answerTime{1000};
 constexpr std::chrono::milliseconds retryTime{50};
 constexpr auto raised = "raised\n";
+constexpr auto quitting = "quitting\n";
 /// Of a request, in bytes: three times what a command line may hold, as every byte of a path can become %XX.
 constexpr qint64 longestRequest = 8 << 20;
 /// Both sides may have been built with different versions of Qt.
@@ -33,18 +35,21 @@ QString socketOf(const std::string& lockFile) {
         .filePath(QStringLiteral("lumisort-%1-%2").arg(lock.st_dev, 0, 16).arg(lock.st_ino, 0, 16));
 }
 
-bool handOver(const QString& socketPath, const StartRequest& request) {
+enum class Answer { none, raised, quitting };
+
+Answer handOver(const QString& socketPath, const StartRequest& request) {
     QLocalSocket socket;
     socket.connectToServer(socketPath);
-    if (!socket.waitForConnected(int{answerTime.count()})) return false;
+    if (!socket.waitForConnected(int{answerTime.count()})) return Answer::none;
     QByteArrayList folders;
     for (const auto& folder : request.folders) folders += QByteArray::fromStdString(folder.string());
     QDataStream stream(&socket);
     stream.setVersion(streamVersion);
     stream << request.activationToken << folders;
     while (!socket.canReadLine())
-        if (!socket.waitForReadyRead(int{answerTime.count()})) return false;
-    return socket.readLine() == raised;
+        if (!socket.waitForReadyRead(int{answerTime.count()})) return Answer::none;
+    const auto answer = socket.readLine();
+    return answer == raised ? Answer::raised : answer == quitting ? Answer::quitting : Answer::none;
 }
 
 } // namespace
@@ -52,14 +57,17 @@ bool handOver(const QString& socketPath, const StartRequest& request) {
 std::unique_ptr<SingleInstance> SingleInstance::claim(const files::FileUrl& document,
                                                       const StartRequest& request,
                                                       std::chrono::milliseconds wait) {
-    const auto end = std::chrono::steady_clock::now() + wait;
+    const auto begin = std::chrono::steady_clock::now();
     const auto lockFile = lockFileOf(document);
     while (true) {
         auto lock = files::FileLock::tryLock(lockFile);
         const auto socket = socketOf(lockFile);
         if (lock) return std::unique_ptr<SingleInstance>(new SingleInstance(*std::move(lock), socket));
-        if (handOver(socket, request)) return nullptr;
-        if (std::chrono::steady_clock::now() >= end) throw std::runtime_error(lockedMessage(document));
+        const auto answer = handOver(socket, request);
+        if (answer == Answer::raised) return nullptr;
+        if (answer == Answer::quitting) wait = std::max(wait, patienceWithQuitting);
+        if (std::chrono::steady_clock::now() >= begin + wait)
+            throw std::runtime_error(lockedMessage(document));
         std::this_thread::sleep_for(retryTime);
     }
 }
@@ -85,6 +93,11 @@ void SingleInstance::answer() {
         stream >> request.activationToken >> folders;
         if (!stream.commitTransaction()) { // there is more to come
             if (caller->bytesAvailable() > longestRequest) caller->abort();
+            return;
+        }
+        if (refusing_) {
+            caller->write(quitting);
+            caller->disconnectFromServer();
             return;
         }
         for (const auto& folder : folders)

@@ -20,20 +20,25 @@ struct StartRequest {
     friend bool operator==(const StartRequest&, const StartRequest&) = default;
 };
 
-/// The one window of a library document: it holds the document's lock, and hears what a second start asks of
-/// it. Main thread, after the application object was made.
+/// The one window of a library document: holds the document's lock and receives the requests of later starts.
+/// Main thread, after the application object was made.
 class SingleInstance : public QObject {
     Q_OBJECT
 
 public:
-    /// How long a program that holds the lock and does not answer is waited for: it may just be starting, or
-    /// writing its last changes.
+    /// How long a program that holds the lock and does not answer is waited for: it may be just starting.
     static constexpr std::chrono::milliseconds patience{3000};
+    /// The same for a window that answers that it is quitting: it may be writing to a slow drive.
+    static constexpr std::chrono::milliseconds patienceWithQuitting{30'000};
 
-    /// None when a window of this document runs already; it has got the request then. Throws
+    /// Null when a window of this document is running, which has then received the request. Throws
     /// std::runtime_error, naming the document, when another program holds it.
     static std::unique_ptr<SingleInstance> claim(const files::FileUrl& document, const StartRequest& request,
                                                  std::chrono::milliseconds wait = patience);
+
+    /// To be called when quitting begins: a later start is then told to wait for the end of this program and
+    /// opens the library itself, so that no request goes to a window that is about to go.
+    void refuseRequests() { refusing_ = true; }
 
 Q_SIGNALS:
     void startedAgain(const lumisort::app::StartRequest& request);
@@ -44,6 +49,7 @@ private:
 
     files::FileLock lock_;
     QLocalServer server_;
+    bool refusing_ = false;
 };
 
 } // namespace lumisort::app

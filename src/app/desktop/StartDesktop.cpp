@@ -67,6 +67,8 @@ ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& in
                          desktop.comeForward(request.activationToken);
                          desktop.model().importFolders(request.folders);
                      });
+    QObject::connect(&desktop.lifecycle(), &Lifecycle::quitting, instance.get(),
+                     &SingleInstance::refuseRequests);
     QObject::connect(&desktop.engine(), &QQmlEngine::quit, &desktop.lifecycle(), &Lifecycle::quit);
     desktop.show();
     desktop.model().importFolders(options.folders);

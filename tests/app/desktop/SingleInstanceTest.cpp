@@ -48,6 +48,31 @@ TEST(SingleInstance, ASecondStartHandsItsRequestToTheFirstUnderEveryPathToTheDoc
     EXPECT_NE(SingleInstance::claim(folder.url().child("b/library.json"), {}, noPatience), nullptr);
 }
 
+TEST(SingleInstance, AStartDuringTheEndOfTheFirstOpensTheLibraryItself) {
+    const test::TemporaryFolder folder;
+    const auto document = folder.url().child("library.json");
+    auto first = SingleInstance::claim(document, {}, noPatience);
+    ASSERT_NE(first, nullptr);
+    int requests = 0;
+    QObject::connect(first.get(), &SingleInstance::startedAgain, [&] { ++requests; });
+    first->refuseRequests();
+    std::unique_ptr<SingleInstance> second;
+    QThread* const mainThread = QThread::currentThread();
+    const std::unique_ptr<QThread> start(QThread::create([&] {
+        second = SingleInstance::claim(document, {{}, {folder.url()}}, noPatience);
+        if (second) second->moveToThread(mainThread);
+    }));
+    start->start();
+    test::QuickStage::until([end = std::chrono::steady_clock::now() + std::chrono::milliseconds(300)] {
+        return std::chrono::steady_clock::now() >= end; // the first is writing its last changes
+    });
+    EXPECT_FALSE(start->isFinished());
+    first.reset();
+    ASSERT_TRUE(test::QuickStage::until([&] { return start->isFinished(); }));
+    EXPECT_NE(second, nullptr);
+    EXPECT_EQ(requests, 0);
+}
+
 TEST(SingleInstance, SaysWhichDocumentAnotherProgramHolds) {
     const test::TemporaryFolder folder;
     const auto document = folder.url().child("library.json");
