@@ -79,10 +79,11 @@ int main(int argumentCount, char** arguments) {
     const auto count = static_cast<double>(buildTree(arguments[1], tree, wanted));
     const auto url = files::FileUrl::fromPath(tree.string());
 
-    library::scanFolder(files::FileUrl::fromPath((tree / "originals").string()), {});
+    library::scanFolder(files::FileSystem::real(), files::FileUrl::fromPath((tree / "originals").string()),
+                        {});
     const double before = peakMiB();
     library::FolderScan result;
-    const double scan = seconds(3, [&] { result = library::scanFolder(url, {}); });
+    const double scan = seconds(3, [&] { result = library::scanFolder(files::FileSystem::real(), url, {}); });
     const double after = peakMiB();
     const double bare = seconds(3, [&] {
         if (walk(tree) == 0) std::abort();

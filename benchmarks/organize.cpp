@@ -8,7 +8,7 @@
 
 #include "organize/ArchiveEngine.h"
 #include "platform/files/Digest.h"
-#include "platform/files/TwinFile.h"
+#include "platform/files/DoubleBufferedFile.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -99,7 +99,7 @@ void compareReports(const fs::path& folder) {
     std::printf("\n%-16s %14s %14s %8s\n", "report of", "step, ms", "in full, ms", "ratio");
     for (const std::size_t copies : {1'000, 10'000, 50'000}) {
         std::string text(copies * entry.size(), 'x');
-        files::TwinFile twin(FileSystem::real(), path, hidden);
+        files::DoubleBufferedFile twin(FileSystem::real(), path, hidden);
         twin.save(text, 0);
         twin.save(text, 0);
         std::vector<double> steps, whole;
@@ -108,7 +108,7 @@ void compareReports(const fs::path& folder) {
             text += entry;
             steps.push_back(seconds([&] { twin.save(text, unchanged); }));
             whole.push_back(seconds([&] {
-                files::TwinFile full(FileSystem::real(), path + "2", hidden + "2");
+                files::DoubleBufferedFile full(FileSystem::real(), path + "2", hidden + "2");
                 full.save(text, 0);
             }));
         }

@@ -9,7 +9,7 @@
 
 namespace lumisort::library {
 
-/// Keeps track of drives that come and go, to offer those that hold nothing of the library yet.
+/// Tracks drives as they are plugged in and out, to offer those that hold nothing of the library yet.
 struct DeviceDiscovery {
     std::set<files::FileUrl> connected;  ///< external volumes at the last update
     std::vector<files::FileUrl> pending; ///< newly connected, without a library folder, in the order detected
@@ -20,8 +20,8 @@ struct DeviceDiscovery {
     /// disks.
     static std::set<files::FileUrl> mountedDevices(std::span<const volumes::Volume> volumes);
 
-    /// Takes note of the volumes that are there now: those gone are no longer pending, new ones become
-    /// pending (sorted by path) unless a library folder is or lies inside the volume.
+    /// Updates both lists from the volumes that are connected now: pending ones that are gone are removed,
+    /// new ones become pending (sorted by path) unless a library folder is the volume or inside it.
     void update(std::set<files::FileUrl> nowConnected, std::span<const files::FileUrl> folders);
 };
 

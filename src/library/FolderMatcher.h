@@ -7,9 +7,9 @@
 
 namespace lumisort::library {
 
-/// A folder as a container of photos: a photo lies inside when the folder's path components are a proper
-/// prefix of the photo's, whole components, letter case counting. "." and ".." and doubled slashes are taken
-/// out as text first; symbolic links are not resolved. Made once per folder, asked once per photo.
+/// Tells whether photos are inside a folder: the folder's path components are then a proper prefix of the
+/// photo's (whole components, case-sensitive). ".", ".." and doubled slashes are removed as text first;
+/// symbolic links are not resolved. Constructed once per folder and asked once per photo.
 class FolderMatcher {
 public:
     explicit FolderMatcher(const files::FileUrl& folder);

@@ -1,7 +1,6 @@
 #include "library/FolderScan.h"
 
 #include "platform/files/FileError.h"
-#include "platform/files/FolderListing.h"
 #include "platform/images/Decoder.h"
 #include "platform/text/Collation.h"
 #include "platform/time/LocalTime.h"
@@ -15,24 +14,40 @@ constexpr std::array<std::string_view, 15> packageExtensions{
     "framework",     "imovielibrary", "lrdata",   "lrlibrary",   "migratedphotolibrary", "photolibrary",
     "photoslibrary", "theater",       "tvlibrary"};
 
-/// The extension in lower case. All extensions that matter here are ASCII.
+/// Folders, in lower case, in which file browsers, file servers and systems keep what the user threw away or
+/// never made: the recycle bins of Windows, of network storage devices and their thumbnails and snapshots.
+/// The bins of Linux and macOS are hidden.
+constexpr std::array<std::string_view, 7> systemFolders{
+    "$recycle.bin", "system volume information", "recycler", "#recycle", "@recycle", "@eadir", "#snapshot"};
+
+/// All names that matter here are ASCII.
+std::string lowerCase(std::string_view name) {
+    std::string lower(name);
+    for (char& c : lower)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return lower;
+}
+
+/// The extension in lower case.
 std::string lowerExtension(std::string_view name) {
     const auto dot = name.rfind('.');
     if (dot == std::string_view::npos) return {};
-    std::string extension(name.substr(dot + 1));
-    for (char& c : extension) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return extension;
+    return lowerCase(name.substr(dot + 1));
 }
 
 bool isIn(const auto& extensions, std::string_view name) {
     return std::ranges::find(extensions, lowerExtension(name)) != extensions.end();
 }
 
+bool isPassedOver(std::string_view folder) {
+    return isIn(packageExtensions, folder) ||
+           std::ranges::find(systemFolders, lowerCase(folder)) != systemFolders.end();
+}
+
 class Scan {
 public:
-    Scan(const ScanProgress& progress, const std::stop_token& stop) : progress_(progress), stop_(stop) {}
+    Scan(files::FileSystem& system, const ScanProgress& progress, const std::stop_token& stop)
+        : system_(system), progress_(progress), stop_(stop) {}
 
     FolderScan run(const std::string& root) {
         list(root, files::Links::follow);
@@ -49,7 +64,7 @@ private:
     void list(const std::string& folder, files::Links links) {
         const std::string prefix = folder.ends_with('/') ? folder : folder + '/';
         try {
-            files::eachEntry(folder, links, [&](std::string_view name, files::FileKind kind) {
+            system_.eachEntry(folder, links, [&](std::string_view name, files::FileKind kind) {
                 if (stop_.stop_requested()) return false;
                 if (!name.starts_with('.')) visit(prefix, name, kind);
                 return true;
@@ -60,7 +75,7 @@ private:
 
     void visit(const std::string& prefix, std::string_view name, files::FileKind kind) {
         if (kind == files::FileKind::directory) {
-            if (!isIn(packageExtensions, name)) pending_.push_back(prefix + std::string(name));
+            if (!isPassedOver(name)) pending_.push_back(prefix + std::string(name));
         } else if (kind == files::FileKind::regular && isIn(supportedExtensions, name)) {
             add(files::FileUrl::fromPath(prefix + std::string(name)));
         }
@@ -79,9 +94,9 @@ private:
         if (progress_ && result_.photos.size() % 100 == 0) progress_(result_.photos.size());
     }
 
-    static Photo record(const files::FileUrl& url) {
+    Photo record(const files::FileUrl& url) {
         const auto properties = images::decoder().properties(url);
-        const auto status = files::FileSystem::real().status(url.path(), files::Links::doNotFollow);
+        const auto status = system_.status(url.path(), files::Links::doNotFollow);
         return {url, status.size, properties.width, properties.height,
                 time::parseExifDate(properties.dateTimeOriginal)};
     }
@@ -100,6 +115,7 @@ private:
         photos = std::move(sorted);
     }
 
+    files::FileSystem& system_;
     const ScanProgress& progress_;
     const std::stop_token& stop_;
     std::vector<std::string> pending_;
@@ -108,9 +124,9 @@ private:
 
 } // namespace
 
-FolderScan scanFolder(const files::FileUrl& folder, const ScanProgress& progress,
+FolderScan scanFolder(files::FileSystem& system, const files::FileUrl& folder, const ScanProgress& progress,
                       const std::stop_token& stop) {
-    return Scan(progress, stop).run(folder.path());
+    return Scan(system, progress, stop).run(folder.path());
 }
 
 } // namespace lumisort::library

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/Photo.h"
+#include "platform/files/FileSystem.h"
 #include "platform/images/RawExtensions.h"
 
 #include <algorithm>
@@ -33,16 +34,17 @@ using ScanProgress = std::function<void(std::size_t)>;
 
 /// Searches `folder` and all folders below it for photos; reads headers only and changes nothing. Hidden
 /// entries and symbolic links are passed over, and so is what lies inside packages (folders that a file
-/// browser shows as one document, such as another program's photo library) and inside folders that cannot be
-/// read; `folder` itself may be any of these. A folder that cannot be read gives an empty result. Throws
-/// images::DecoderUnavailable alone.
+/// browser shows as one document, such as another program's photo library), inside recycle bins and the like,
+/// and inside folders that cannot be read; `folder` itself may be any of these. A folder that cannot be read
+/// gives an empty result. Throws images::DecoderUnavailable alone.
 ///
 /// A record's URL is the path of `folder` and the way from there, unresolved. A photo whose path is too long
 /// for the system (PATH_MAX) counts as skipped.
 ///
-/// Runs on the calling thread and calls `progress` there at every hundredth photo. Looks at `stop` before
-/// each entry; then the result is what was found so far.
-FolderScan scanFolder(const files::FileUrl& folder, const ScanProgress& progress,
+/// Runs on the calling thread and calls `progress` there at every hundredth photo. Checks `stop` before each
+/// entry; the result is then what was found so far. The decoding libraries read the headers: they open the
+/// file at a photo's path themselves, past `system`.
+FolderScan scanFolder(files::FileSystem& system, const files::FileUrl& folder, const ScanProgress& progress,
                       const std::stop_token& stop = {});
 
 } // namespace lumisort::library

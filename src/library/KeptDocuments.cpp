@@ -4,16 +4,12 @@
 #include "platform/time/LocalTime.h"
 
 #include <cerrno>
-#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace lumisort::library {
 
 namespace {
-
-constexpr std::size_t pieceBytes = 1 << 20; ///< of a copy
 
 /// "library.json.<why>-20261122T184500Z", from the second attempt on with a number behind it.
 std::string beside(const files::FileUrl& url, std::string_view why, time::Timestamp now, int attempt) {
@@ -21,13 +17,18 @@ std::string beside(const files::FileUrl& url, std::string_view why, time::Timest
     return attempt == 1 ? path : path + '-' + std::to_string(attempt);
 }
 
-bool isThere(files::FileSystem& system, const std::string& path) {
-    try {
-        system.status(path, files::Links::doNotFollow);
-        return true;
-    } catch (const files::FileError& error) {
-        if (!error.isMissing()) throw;
-        return false;
+/// Renames the file at `from` to the first free name beside `url`.
+files::FileUrl moveBeside(files::FileSystem& system, const std::string& from, const files::FileUrl& url,
+                          std::string_view why, time::Timestamp now) {
+    for (int attempt = 1;; ++attempt) {
+        const auto aside = beside(url, why, now, attempt);
+        try {
+            system.moveWithoutOverwrite(from, aside);
+            system.flushDirectory(url.parent().path());
+            return files::FileUrl::fromPath(aside);
+        } catch (const files::FileError& error) {
+            if (error.code() != EEXIST) throw;
+        }
     }
 }
 
@@ -35,36 +36,30 @@ bool isThere(files::FileSystem& system, const std::string& path) {
 
 std::optional<files::FileUrl> setAsideUnreadable(files::FileSystem& system, const files::FileUrl& url,
                                                  time::Timestamp now) {
-    for (int attempt = 1;; ++attempt) {
-        const auto aside = beside(url, "unreadable", now, attempt);
-        try {
-            system.moveWithoutOverwrite(url.path(), aside);
-            system.flushDirectory(url.parent().path());
-            return files::FileUrl::fromPath(aside);
-        } catch (const files::FileError& error) {
-            if (error.isMissing()) return std::nullopt;
-            if (error.code() != EEXIST) throw;
-        }
+    try {
+        return moveBeside(system, url.path(), url, "unreadable", now);
+    } catch (const files::FileError& error) {
+        if (error.isMissing()) return std::nullopt;
+        throw;
     }
 }
 
 std::optional<files::FileUrl> keepChanged(files::FileSystem& system, const files::FileUrl& url,
                                           time::Timestamp now) {
-    std::string aside;
-    for (int attempt = 1; aside.empty() || isThere(system, aside); ++attempt)
-        aside = beside(url, "changed", now, attempt);
+    const auto temporary = files::temporaryPath(url.path());
     try {
-        const auto source = system.open(url.path(), files::Links::follow);
-        files::replaceFile(system, aside, [&](files::OpenFile& copy) {
-            copy.setPermissions(source->status().permissions);
-            std::vector<std::byte> piece(pieceBytes);
-            while (const auto count = source->read(piece)) copy.write(std::span(piece).first(count));
-        });
+        system.copy(url.path(), temporary, {});
+        system.open(temporary, files::Links::doNotFollow)->flush();
+        return moveBeside(system, temporary, url, "changed", now);
     } catch (const files::FileError& error) {
-        if (error.isMissing()) return std::nullopt;
+        const bool noDocument = error.isMissing() && error.path() == url.path();
+        try {
+            system.remove(temporary);
+        } catch (const files::FileError&) { // NOLINT(bugprone-empty-catch): the first failure is reported
+        }
+        if (noDocument) return std::nullopt;
         throw;
     }
-    return files::FileUrl::fromPath(aside);
 }
 
 } // namespace lumisort::library

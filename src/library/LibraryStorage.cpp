@@ -2,6 +2,7 @@
 
 #include "library/RecordForms.h"
 #include "platform/files/AtomicFile.h"
+#include "platform/files/Digest.h"
 #include "platform/files/DurableFolders.h"
 #include "platform/json/Document.h"
 #include "platform/text/Collation.h"
@@ -71,13 +72,20 @@ LibraryContents readContents(Value value) {
 
 } // namespace
 
-void writeLibrary(files::FileSystem& system, const LibraryContents& contents, const files::FileUrl& url) {
+std::string writeLibrary(files::FileSystem& system, const LibraryContents& contents,
+                         const files::FileUrl& url) {
+    files::Sha256 digest;
     files::createDurableFolders(system, url.parent().path());
     files::replaceFile(system, url.path(), [&](files::OpenFile& file) {
-        json::Writer out([&](std::string_view piece) { file.write(std::as_bytes(std::span(piece))); });
+        json::Writer out([&](std::string_view piece) {
+            const auto bytes = std::as_bytes(std::span(piece));
+            digest.update(bytes);
+            file.write(bytes);
+        });
         write(out, contents);
         out.finish();
     });
+    return digest.finish();
 }
 
 LibraryContents readLibrary(files::FileSystem& system, const files::FileUrl& url) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "library/FingerprintStamp.h"
-#include "library/LibraryAvailability.h"
 #include "library/LibraryContents.h"
+#include "library/LibrarySurvey.h"
 
 #include <cstdint>
 #include <memory>

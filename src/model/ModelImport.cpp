@@ -122,7 +122,7 @@ void LibraryModel::removeFolder(const FileUrl& folder) {
         selectedFolder_.reset();
         if (section_ == QStringLiteral("folder")) setSection(QStringLiteral("library"));
     }
-    installPhotos(library::LibraryAvailability::retaining(photos(), remainingFolders));
+    installPhotos(library::photosInside(photos(), remainingFolders));
 
     std::unordered_set<std::string_view> remaining;
     for (const auto& photo : photos()) remaining.insert(photo.url.path());

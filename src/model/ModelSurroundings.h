@@ -26,7 +26,7 @@ struct ModelSurroundings {
     /// The folder scan.
     std::function<library::FolderScan(const files::FileUrl&, const library::ScanProgress&,
                                       const std::stop_token&)>
-        scan = library::scanFolder;
+        scan = std::bind_front(library::scanFolder, std::ref(files::FileSystem::real()));
     SimilarityEngines engines = SimilarityEngines::real();
 
     static void afterOnTimer(std::chrono::milliseconds delay, QObject* context,

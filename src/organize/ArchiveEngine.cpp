@@ -3,6 +3,7 @@
 #include "organize/ArchiveRun.h"
 #include "organize/DestinationNames.h"
 #include "organize/FailureLine.h"
+#include "organize/FreeSpace.h"
 #include "platform/files/Digest.h"
 #include "platform/tasks/Cancellation.h"
 #include "platform/time/LocalTime.h"
@@ -23,11 +24,6 @@ std::string step(const char* verb, std::int64_t index, std::int64_t total) {
 
 } // namespace
 
-std::string ArchiveEngine::hash(const files::FileUrl& url, const std::stop_token& stop) const {
-    tasks::checkCancelled(stop);
-    return files::sha256(system_, url.path(), stop);
-}
-
 ArchivePlan ArchiveEngine::plan(std::span<const library::Photo> photos, const files::FileUrl& destination,
                                 bool skipDuplicates, const Progress& progress,
                                 const std::stop_token& stop) const {
@@ -43,7 +39,7 @@ ArchivePlan ArchiveEngine::plan(std::span<const library::Photo> photos, const fi
         progress(planningShare * static_cast<double>(index) / static_cast<double>(total),
                  step("Checking", index, total));
         try {
-            std::string digest = hash(photo.url, stop);
+            std::string digest = files::sha256(system_, photo.url.path(), stop);
             if (skipDuplicates && seen.contains(digest)) {
                 ++plan.duplicates;
                 continue;
@@ -75,6 +71,7 @@ ArchiveReport ArchiveEngine::execute(const ArchivePlan& plan, const CopyProgress
 ArchiveReport ArchiveEngine::copy(std::span<const library::Photo> photos, const files::FileUrl& destination,
                                   bool skipDuplicates, const Progress& progress,
                                   const std::stop_token& stop) const {
+    requireFreeSpace(system_, destination.path(), photos, skipDuplicates, stop);
     ArchivePlan plan = this->plan(photos, destination, skipDuplicates, progress, stop);
     if (plan.items.empty())
         return {

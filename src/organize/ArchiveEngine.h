@@ -42,41 +42,39 @@ public:
     ArchivePlan plan(std::span<const library::Photo> photos, const files::FileUrl& destination,
                      bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
 
-    /// Carries a plan out. The destination must exist and hold as many free bytes as the items have, the root
+    /// Carries a plan out. The destination must exist and have room for the items (FreeSpace.h), the root
     /// must not exist yet.
     ///
     /// Per item: the source is digested again, copied to a hidden ".<UUID>.partial" file in the root, the
     /// copy flushed, read back from the medium (not from memory) and digested, and moved to its destination,
-    /// where nothing is overwritten; then the folders are flushed, and the item is entered into SHA256SUMS
-    /// and the report, both flushed before the next item begins. So after a crash at any instant every file
+    /// where nothing is overwritten; then the folders are flushed, and the item is entered into the report
+    /// and SHA256SUMS, both flushed before the next item begins. So after a crash at any instant every file
     /// under its final name is whole (FileSystem::moveWithoutOverwrite names the one exception, on file
     /// systems that lack exclusive renaming), and the report is whole JSON that names only such files. A
-    /// photo with a failure line has no file in the tree.
+    /// photo with a failure line has no file in the tree, except where the line is about SHA256SUMS: such a
+    /// copy is in the report, its digest too.
     ///
     /// An item costs three reads (two of the source, one of the copy), one write and five flushes: copy,
-    /// folder, SHA256SUMS, report, root. Of SHA256SUMS and the report only what an item adds is written, so n
-    /// photos cost n such pieces and not n reports: see TwinFile, also for the file systems where the report
-    /// is written in full each time (350 bytes per photo, 50,000 photos 17 MB). Failure lines stand behind
-    /// the copies in the report, so each copy also rewrites the lines that there are. The report's text stays
-    /// in memory. After a cancellation it is saved once, at the end.
+    /// folder, report, root, SHA256SUMS. Of SHA256SUMS and the report only what an item adds is written, so n
+    /// photos cost n such pieces and not n reports: see DoubleBufferedFile, also for the file systems where
+    /// the report is written in full each time (350 bytes per photo, 50,000 photos 17 MB). Failure lines
+    /// stand behind the copies in the report, so each copy also rewrites the lines that there are. The
+    /// report's text stays in memory. After a cancellation it is saved once, at the end.
     ///
     /// A name that the destination's file system does not allow (":" or "?" on FAT) is a failure line, never
     /// a changed name: copy and original are known by the same one.
     ///
     /// Throws files::FileError when the run as a whole fails: too little space (the message names both
-    /// figures) or no root, and nothing was created; report or SHA256SUMS not writable, and the copies made
-    /// so far stay. Throws std::invalid_argument when a destination lies outside the root.
+    /// figures) or no root, and nothing was created; the report not writable, and the copies made so far
+    /// stay. Throws std::invalid_argument when a destination lies outside the root.
     ArchiveReport execute(const ArchivePlan& plan, const CopyProgress& progress,
                           const std::stop_token& stop) const;
 
     /// Plans and executes. With nothing to copy the report has no log and nothing is created. Throws what
-    /// `execute` throws. Progress of the copying runs from 0.4 to 1: "Copying i of n…".
+    /// `execute` throws; too little space mostly before any photo is read. Progress of the copying runs from
+    /// 0.4 to 1: "Copying i of n…".
     ArchiveReport copy(std::span<const library::Photo> photos, const files::FileUrl& destination,
                        bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
-
-    /// SHA-256 of a whole file, as 64 lower-case hexadecimal digits; a symbolic link is followed. Throws
-    /// files::FileError or tasks::Cancelled.
-    std::string hash(const files::FileUrl& url, const std::stop_token& stop) const;
 
 private:
     files::FileSystem& system_;

@@ -1,9 +1,10 @@
 #include "organize/ArchiveRun.h"
 
+#include "organize/AbandonedFiles.h"
 #include "organize/FailureLine.h"
+#include "organize/FreeSpace.h"
 #include "platform/files/Digest.h"
 #include "platform/tasks/Cancellation.h"
-#include "platform/text/ByteCount.h"
 
 #include <cerrno>
 #include <stdexcept>
@@ -19,24 +20,19 @@ void requireInside(const std::string& root, const ArchivePlan& plan) {
             throw std::invalid_argument("organize: a destination lies outside the root");
 }
 
-void requireFreeSpace(files::FileSystem& system, const std::string& destination, const ArchivePlan& plan) {
-    std::int64_t needed = 0;
-    for (const auto& item : plan.items) needed += item.bytes;
-    const std::int64_t available = system.availableBytes(destination);
-    if (needed <= available) return;
-    std::string neededText = text::byteCount(needed), availableText = text::byteCount(available);
-    if (neededText == availableText) {
-        neededText = std::to_string(needed) + " bytes";
-        availableText = std::to_string(available) + " bytes";
-    }
-    throw files::FileError("copy the photos to", destination,
-                           neededText + " are needed, " + availableText + " are free");
-}
-
 void removeIfThere(files::FileSystem& system, const std::string& path) {
     try {
         system.remove(path);
     } catch (const files::FileError&) { // NOLINT(bugprone-empty-catch): the failure before it counts
+    }
+}
+
+/// Keeps later runs from taking the files of this one for those of a killed run. A run goes on without it.
+std::unique_ptr<files::FolderLock> lockIfPossible(files::FileSystem& system, const std::string& folder) {
+    try {
+        return system.tryLockFolder(folder);
+    } catch (const files::FileError&) {
+        return nullptr;
     }
 }
 
@@ -61,7 +57,9 @@ ArchiveRun::ArchiveRun(files::FileSystem& system, std::function<std::string()> n
     const std::string destination = plan.root.parent().path();
     requireInside(root_, plan);
     requireFreeSpace(system_, destination, plan);
+    removeAbandonedFiles(system_, destination);
     system_.createDirectory(root_);
+    lock_ = lockIfPossible(system_, root_);
     system_.flushDirectory(destination);
     report_.save();
 }
@@ -76,15 +74,24 @@ void ArchiveRun::process(const ArchiveItem& item) {
     } catch (const tasks::Cancelled&) {
         return report_.addFailure(cancelledLine(item.source));
     }
-    checksums_.add(item.digest, std::string_view(item.destination.path()).substr(root_.size() + 1));
     report_.addCopied(item);
     report_.save();
+    addChecksum(item);
+}
+
+void ArchiveRun::addChecksum(const ArchiveItem& item) {
+    try {
+        checksums_.add(item.digest, std::string_view(item.destination.path()).substr(root_.size() + 1));
+    } catch (const files::FileError& error) {
+        report_.addFailure(failureLine(item.source, error));
+        report_.save();
+    }
 }
 
 void ArchiveRun::transfer(const ArchiveItem& item) {
     const std::string& destination = item.destination.path();
     const std::string partial = root_ + "/." + newUuid_() + ".partial";
-    std::string current = partial;
+    std::string current = partial; // where the copy is, if anywhere
     try {
         makeVerifiedCopy(item, partial);
         moveIntoPlace(partial, destination);

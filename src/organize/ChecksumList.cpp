@@ -23,12 +23,20 @@ ChecksumList::ChecksumList(files::FileSystem& system, std::string folder)
     : system_(system), folder_(std::move(folder)) {}
 
 void ChecksumList::add(std::string_view digest, std::string_view path) {
-    const bool isFirst = !file_;
-    if (isFirst) file_ = system_.create(folder_ + "/" + std::string(checksumFileName));
-    const std::string line = checksumLine(digest, path);
-    file_->write(std::as_bytes(std::span(line)));
-    file_->flush();
-    if (isFirst) system_.flushDirectory(folder_);
+    pending_ += checksumLine(digest, path);
+    const auto list = folder_ + "/" + std::string(checksumFileName);
+    try {
+        if (!file_) file_ = system_.create(list);
+        file_->seek(end_);
+        file_->write(std::as_bytes(std::span(pending_)));
+        file_->flush();
+        if (end_ == 0) system_.flushDirectory(folder_);
+    } catch (const files::FileError& error) {
+        if (error.path() == list) throw;
+        throw files::FileError("write", list, error.code());
+    }
+    end_ += std::ssize(pending_);
+    pending_.clear();
 }
 
 } // namespace lumisort::organize

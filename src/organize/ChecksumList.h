@@ -2,6 +2,7 @@
 
 #include "platform/files/FileSystem.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,7 +19,7 @@ std::string checksumLine(std::string_view digest, std::string_view path);
 
 /// The digests of a run's copies, for `sha256sum -c SHA256SUMS` inside the run's folder. Grows by one line
 /// per copy, which is all that is written, and is flushed each time. A power cut or a full disk can leave the
-/// last line incomplete. Used by one thread.
+/// last line incomplete. A line that cannot be written is written with the next one. Used by one thread.
 class ChecksumList {
 public:
     /// Nothing is created before the first line.
@@ -31,6 +32,8 @@ private:
     files::FileSystem& system_;
     std::string folder_;
     std::unique_ptr<files::OpenFile> file_;
+    std::int64_t end_ = 0; ///< bytes of the lines that are on the medium
+    std::string pending_;  ///< lines that could not be written
 };
 
 } // namespace lumisort::organize

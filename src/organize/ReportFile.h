@@ -1,7 +1,7 @@
 #pragma once
 
 #include "organize/ReportText.h"
-#include "platform/files/TwinFile.h"
+#include "platform/files/DoubleBufferedFile.h"
 
 namespace lumisort::organize {
 
@@ -23,7 +23,7 @@ public:
 private:
     ArchiveReport report_;
     ReportText text_;
-    files::TwinFile file_;
+    files::DoubleBufferedFile file_;
     std::size_t unchanged_ = 0; ///< bytes at the start of the text that the last save wrote too
 };
 

@@ -2,14 +2,6 @@
 
 namespace lumisort::similarity {
 
-ExactFileStamp ExactFileStamp::read(files::FileSystem& system, const files::FileUrl& url) {
-    return of(system.status(url.path(), files::Links::doNotFollow), url);
-}
-
-ExactFileStamp ExactFileStamp::read(files::OpenFile& file, const files::FileUrl& url) {
-    return of(file.status(), url);
-}
-
 ExactFileStamp ExactFileStamp::of(const files::FileStatus& status, const files::FileUrl& url) {
     if (status.kind != files::FileKind::regular)
         throw files::FileError("read", url.path(), std::string("It is no regular file"));

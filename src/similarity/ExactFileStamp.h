@@ -8,20 +8,18 @@
 namespace lumisort::similarity {
 
 /// The identity and the state of one regular file at one moment. Two equal stamps say that nothing was done
-/// to the file in between: neither replaced nor written nor touched.
+/// to the file in between: it was neither replaced nor written nor touched.
 struct ExactFileStamp {
     std::int32_t device = 0; ///< as the kernel packs major and minor number into 32 bits
-    std::uint64_t inode = 0;
-    std::int64_t size = 0; ///< bytes
+    std::uint64_t inode = 0; ///< to be left out (0) where the file system does not keep it, see VolumeFacts
+    std::int64_t size = 0;   ///< bytes
     std::int64_t modifiedSeconds = 0;
     std::int64_t modifiedNanoseconds = 0;
     std::int64_t changedSeconds = 0; ///< last change of the inode
     std::int64_t changedNanoseconds = 0;
 
-    /// Of what is at the path itself: a symbolic link is not followed. All three throw files::FileError where
-    /// there is no regular file.
-    static ExactFileStamp read(files::FileSystem& system, const files::FileUrl& url);
-    static ExactFileStamp read(files::OpenFile& file, const files::FileUrl& url);
+    /// Throws files::FileError, naming `url`, where `status` is not that of a regular file (a symbolic link
+    /// is none).
     static ExactFileStamp of(const files::FileStatus& status, const files::FileUrl& url);
 
     friend bool operator==(const ExactFileStamp&, const ExactFileStamp&) = default;

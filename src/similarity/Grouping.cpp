@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-namespace lumisort::similarity {
+namespace lumisort::similarity::SimilarityEngine {
 
 namespace {
 
@@ -61,8 +61,8 @@ private:
 
 } // namespace
 
-std::vector<SimilarityGroup> groupNearDuplicates(std::span<const GroupingItem> items, SimilarityLevel level,
-                                                 const std::stop_token& stop) {
+std::vector<SimilarityGroup> group(std::span<const GroupingItem> items, SimilarityLevel level,
+                                   const std::stop_token& stop) {
     Anchors anchors(level);
     std::vector<SimilarityGroup> groups;
     for (const auto& [photo, fingerprint] : items) {
@@ -78,4 +78,4 @@ std::vector<SimilarityGroup> groupNearDuplicates(std::span<const GroupingItem> i
     return groups;
 }
 
-} // namespace lumisort::similarity
+} // namespace lumisort::similarity::SimilarityEngine

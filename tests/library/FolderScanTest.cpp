@@ -35,7 +35,7 @@ std::string photoBytes(const std::string& date = {}) {
 }
 
 FolderScan scan(const files::FileUrl& folder) {
-    return scanFolder(folder, {});
+    return scanFolder(files::FileSystem::real(), folder, {});
 }
 
 std::vector<std::string> paths(const FolderScan& result, const std::string& prefix) {
@@ -53,8 +53,11 @@ TEST(FolderScan, TakesRegularFilesWithAPhotosExtension) {
     const std::vector<std::string> photos{"a.JPG",  "b.Heic",        "new\nline \"q\".png", "\xFF.tif",
                                           longName, "deep/er/c.x3f", "folder.jpg/d.jpeg",   "two.dots.cr2"};
     for (const auto& name : photos) folder.write(name, photoBytes());
-    for (const auto* other : {"e.txt", "f", "jpg", "g.", "h.jpg ", ".hidden.jpg", ".jpg", ".folder/i.jpg",
-                              "My.photoslibrary/j.jpg", "My.LRDATA/deep/k.jpg", "deep/m.app/l.jpg"})
+    for (const auto* other :
+         {"e.txt", "f", "jpg", "g.", "h.jpg ", ".hidden.jpg", ".jpg", ".folder/i.jpg",
+          "My.photoslibrary/j.jpg", "My.LRDATA/deep/k.jpg", "deep/m.app/l.jpg",
+          "$RECYCLE.BIN/S-1-5-21/$R1.jpg", "deep/System Volume Information/n.jpg", ".Trash-1000/files/o.jpg",
+          "#recycle/p.jpg", "@eaDir/q.jpg/SYNOPHOTO_THUMB_XL.jpg", "RECYCLER/r.jpg"})
         folder.write(other, photoBytes());
     folder.write("empty.jpg", "");
     folder.write("text.nef", "no photo");
@@ -89,17 +92,19 @@ TEST(FolderScan, ReportsEveryHundredAndStopsWithWhatItHas) {
         folder.write(std::to_string(i % 7) + '/' + std::to_string(i) + ".jpg", photoBytes());
     std::vector<std::size_t> reports;
     std::stop_source source;
-    const auto all = scanFolder(folder.url(), [&](std::size_t count) { reports.push_back(count); });
+    const auto all = scanFolder(files::FileSystem::real(), folder.url(),
+                                [&](std::size_t count) { reports.push_back(count); });
     EXPECT_EQ(all.photos.size(), 250U);
     EXPECT_THAT(reports, ElementsAre(100, 200));
 
-    const auto some =
-        scanFolder(folder.url(), [&](std::size_t) { source.request_stop(); }, source.get_token());
+    const auto some = scanFolder(
+        files::FileSystem::real(), folder.url(), [&](std::size_t) { source.request_stop(); },
+        source.get_token());
     ASSERT_EQ(some.photos.size(), 100U);
     EXPECT_TRUE(std::ranges::is_sorted(some.photos, {}, [&](const Photo& photo) {
         return std::ranges::find(all.photos, photo) - all.photos.begin();
     }));
-    EXPECT_TRUE(scanFolder(folder.url(), {}, source.get_token()).photos.empty());
+    EXPECT_TRUE(scanFolder(files::FileSystem::real(), folder.url(), {}, source.get_token()).photos.empty());
 }
 
 TEST(FolderScan, TakesTheFolderThatIsGivenWhateverItIs) {

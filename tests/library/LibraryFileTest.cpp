@@ -75,6 +75,28 @@ TEST(LibraryFile, KeepsWhatAnotherProgramPutThere) {
     }
 }
 
+/// Unplugged and plugged in again, touched, copied back and forth: no other text, so nothing to keep.
+TEST(LibraryFile, KeepsNothingWhereOnlyTheFilesIdentityChanged) {
+    MemoryFileSystem system;
+    system.write(document.path(), theirs);
+    for (const bool keepsInodes : {true, false}) {
+        SCOPED_TRACE(keepsInodes);
+        system.setKeepsInodes(keepsInodes);
+        LibraryFile open(system, document, noClock());
+        open.load();
+        EXPECT_EQ(open.save(ours("/first")), KeptDocuments{});
+        EXPECT_EQ(open.save(ours()), KeptDocuments{});
+        system.write(document.path(), system.contents(document.path()).value());
+        EXPECT_EQ(open.save(ours("/first")), KeptDocuments{}) << "of its own save";
+
+        LibraryFile again(system, document, noClock());
+        again.load();
+        system.write(document.path(), system.contents(document.path()).value());
+        EXPECT_EQ(again.save(ours()), KeptDocuments{}) << "of what it loaded";
+    }
+    EXPECT_THAT(system.filesBelow("/data"), ElementsAre(document.path()));
+}
+
 TEST(LibraryFile, FollowsALinkToTheDocument) {
     MemoryFileSystem system;
     system.write("/synced/library.json", theirs);
@@ -115,7 +137,7 @@ TEST(LibraryFile, TellsOfAKeptDocumentWhenTheWriteThatFailedIsDone) {
     LibraryFile open(system, document, noClock());
     std::size_t replaced = 0;
     system.before = [&](std::string_view operation, const std::string&) {
-        if (operation == "replace" && ++replaced == 2) throw files::FileError("write", document.path(), EIO);
+        if (operation == "replace" && ++replaced == 1) throw files::FileError("write", document.path(), EIO);
     };
     EXPECT_THROW(open.save(ours()), files::FileError);
     EXPECT_EQ(open.save(ours()), keptAs(aside));

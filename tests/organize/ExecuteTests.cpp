@@ -1,3 +1,4 @@
+#include "organize/ChecksumList.h"
 #include "organize/OrganizeScene.h"
 
 #include <gmock/gmock.h>
@@ -71,6 +72,86 @@ TEST(Execute, CreatesNothingWhenTheRunCannotBegin) {
     EXPECT_THROW(scene.execute(plan), std::invalid_argument);
 }
 
+TEST(Execute, ChecksTheSpaceBeforeItReadsAnyPhoto) {
+    const struct {
+        const char* name;
+        std::int64_t freeBytes;
+        bool countsSpace, sharesBlocks, skipDuplicates;
+        bool begins;
+    } rows[] = {
+        {"enough", 9, true, false, false, true},
+        {"too little", 8, true, false, false, false},
+        {"enough if the two of one size are duplicates", 6, true, false, true, true},
+        {"too little even then", 5, true, false, true, false},
+        {"unknown", 0, false, false, false, true},
+        {"copies take no space", 0, true, true, false, true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        OrganizeScene scene;
+        scene.add("a.jpg", "abc").add("b.jpg", "abc").add("c.jpg", "c").add("d.jpg", "dd");
+        scene.system.setVolume(row.countsSpace, row.sharesBlocks);
+        scene.system.setFreeBytes(row.freeBytes);
+        bool read = false;
+        scene.system.before = [&](std::string_view operation, const std::string&) {
+            if (operation == "read" && !std::exchange(read, true)) scene.system.setFreeBytes(1'000'000);
+        };
+        if (row.begins)
+            EXPECT_TRUE(
+                scene.engine.copy(scene.photos, scene.destination, row.skipDuplicates, test::unheard, {})
+                    .failures.empty());
+        else
+            EXPECT_THROW(
+                scene.engine.copy(scene.photos, scene.destination, row.skipDuplicates, test::unheard, {}),
+                FileError);
+        EXPECT_EQ(read, row.begins);
+        EXPECT_EQ(scene.isEmpty(), !row.begins);
+    }
+}
+
+TEST(Execute, AChecksumThatCannotBeWrittenIsThatPhotosFailureAndComesWithTheNext) {
+    OrganizeScene scene;
+    const auto plan = scene.add("a.jpg", "abc").add("b.jpg", "bcd").add("c.jpg", "cde").plan();
+    const auto list = scene.root + "/SHA256SUMS";
+    int writes = 0;
+    scene.system.before = [&](std::string_view operation, const std::string& path) {
+        if (operation == "write" && path == list && ++writes == 2) {
+            scene.system.setFreeBytes(7); // a part of the line is written
+        } else if (operation == "create" || operation == "seek") {
+            scene.system.setFreeBytes(1'000'000);
+        }
+    };
+    const auto report = scene.execute(plan);
+    EXPECT_EQ(report.copied, plan.items) << "copied and verified they are";
+    EXPECT_THAT(report.failures,
+                ElementsAre("/photos/b.jpg: Could not write “" + list + "”: No space left on device"));
+    EXPECT_EQ(scene.storedReport(), report);
+    std::string lines;
+    for (const auto& item : plan.items)
+        lines += checksumLine(item.digest, item.destination.path().substr(scene.root.size() + 1));
+    EXPECT_EQ(scene.system.contents(list), lines);
+}
+
+TEST(Execute, RemovesWhatKilledRunsLeftAndNothingElse) {
+    OrganizeScene scene;
+    const auto plan = scene.add("a.jpg", "abc").plan();
+    const std::string uuid = ".ABCD0001-0000-4000-8000-000000000000.partial",
+                      report = ".Lumisort-report.json.partial";
+    const std::string dead = "/usb/Lumisort-dead/", live = "/usb/Lumisort-live/", foreign = "/usb/Photos/";
+    for (const auto& folder : {dead, live, foreign})
+        for (const auto& name :
+             {uuid, report, std::string(".mine.partial"), std::string("2024/05/.x.partial")})
+            scene.system.write(folder + name, "left");
+    const auto lock = scene.system.tryLockFolder("/usb/Lumisort-live");
+    scene.execute(plan);
+    for (const auto& folder : {dead, live, foreign})
+        for (const auto& name : {uuid, report}) {
+            EXPECT_EQ(scene.system.contents(folder + name).has_value(), folder != dead) << folder + name;
+            EXPECT_TRUE(scene.system.contents(folder + ".mine.partial"));
+            EXPECT_TRUE(scene.system.contents(folder + "2024/05/.x.partial"));
+        }
+}
+
 TEST(Execute, ListsWhatGoesWrongWithOnePhotoAndGoesOn) {
     const std::string photo = "/photos/b.jpg";
     const std::string target = OrganizeScene().root + "/2024/05/b.jpg";
@@ -118,7 +199,7 @@ TEST(Execute, ListsWhatGoesWrongWithOnePhotoAndGoesOn) {
 
 TEST(Execute, StopsAtOnceWhereverItIsCancelled) {
     constexpr std::size_t count = 8;
-    constexpr std::size_t quick = 24; // operations: what is left of the photo at hand, saving the report
+    constexpr std::size_t quick = 30; // operations: what is left of the photo at hand, saving the report
     bool stopped = true;
     for (std::size_t n = 0; stopped; ++n) {
         SCOPED_TRACE("operation " + std::to_string(n));

@@ -49,11 +49,11 @@ struct NearDuplicateScanTest : testing::Test {
                                      .deviation = plain ? 0.0249 : 0.1,
                                      .orientationHashes = {hash}};
         };
-        const NearDuplicateDependencies services{
+        const SimilarityEngine::ScanServices services{
             .system = system,
             .clock = {.now = {}, .uptimeSeconds = [this] { return now += secondsPerPhoto; }},
             .fingerprint = fingerprint};
-        return scanNearDuplicates(
+        return SimilarityEngine::scan(
             services, photos, SimilarityLevel::balanced, cache, concurrency,
             [this](std::size_t completed, std::size_t total) { progress.emplace_back(completed, total); },
             stop);

@@ -41,7 +41,7 @@ public:
     }
     files::FileStatus status() override {
         const auto lock = begin("status");
-        return node_->status;
+        return system_.statusOf(*node_);
     }
     void setPermissions(std::uint32_t permissions) override {
         const auto lock = begin("setPermissions");
@@ -65,6 +65,21 @@ private:
     std::size_t position_ = 0;
     bool writable_;
     bool closed_ = false;
+};
+
+class MemoryFileSystem::Lock : public files::FolderLock {
+public:
+    Lock(MemoryFileSystem& system, MemoryNode::Pointer folder) : system_(system), folder_(std::move(folder)) {
+        folder_->isLocked = true;
+    }
+    ~Lock() override {
+        const std::scoped_lock lock(system_.mutex_);
+        folder_->isLocked = false;
+    }
+
+private:
+    MemoryFileSystem& system_;
+    MemoryNode::Pointer folder_;
 };
 
 MemoryFileSystem::MemoryFileSystem() : root_(newNode(FileKind::directory)) {}
@@ -229,7 +244,7 @@ void MemoryFileSystem::restart(UnflushedEntries entries) {
 
 files::FileStatus MemoryFileSystem::status(const std::string& path, Links links) {
     const auto lock = begin("status", path);
-    return existing("read the attributes of", path, links)->status;
+    return statusOf(*existing("read the attributes of", path, links));
 }
 
 std::string MemoryFileSystem::readLink(const std::string& path) {
@@ -343,10 +358,39 @@ bool MemoryFileSystem::isReadable(const std::string& path) {
     }
 }
 
-std::int64_t MemoryFileSystem::availableBytes(const std::string& path) {
-    const auto lock = begin("availableBytes", path);
+files::FileStatus MemoryFileSystem::statusOf(const MemoryNode& node) {
+    auto status = node.status;
+    if (!keepsInodes_) status.inode = ++lastInode_;
+    return status;
+}
+
+void MemoryFileSystem::eachEntry(const std::string& path, Links links, const files::EntryVisitor& visit) {
+    std::map<std::string, MemoryNode::Pointer> entries;
+    {
+        const auto lock = begin("eachEntry", path);
+        const auto node = existing("open", path, links);
+        if (!node->isFolder()) throw FileError("open", path, ENOTDIR);
+        entries = node->entries;
+    }
+    for (const auto& [name, node] : entries)
+        if (!visit(name, node->status.kind)) return;
+}
+
+std::unique_ptr<files::FolderLock> MemoryFileSystem::tryLockFolder(const std::string& path) {
+    const auto lock = begin("tryLockFolder", path);
+    auto node = existing("lock the folder", path, Links::follow);
+    if (!node->isFolder()) throw FileError("lock the folder", path, ENOTDIR);
+    if (node->isLocked) return nullptr;
+    return std::make_unique<Lock>(*this, std::move(node));
+}
+
+files::VolumeFacts MemoryFileSystem::volumeFacts(const std::string& path) {
+    const auto lock = begin("volumeFacts", path);
     existing("find the free space around", path, Links::follow);
-    return freeBytes_;
+    files::VolumeFacts facts{
+        .availableBytes = {}, .keepsInodes = keepsInodes_, .sharesBlocks = sharesBlocks_};
+    if (countsSpace_) facts.availableBytes = freeBytes_;
+    return facts;
 }
 
 } // namespace lumisort::test

@@ -60,9 +60,9 @@ public:
     /// Called before every operation with its name ("open", "read", "write", "flush", "status",
     /// "setPermissions", "dropCache", "close", "readLink", "create", "copy", "replace",
     /// "exchange", "seek", "moveWithoutOverwrite", "remove", "createDirectory", "createDirectories",
-    /// "flushDirectory", "isReadable", "availableBytes") and its path (the source of those that have two). It
-    /// may use the set-up functions, to change a file in the middle of a run, or request a stop; it may also
-    /// throw.
+    /// "flushDirectory", "isReadable", "eachEntry", "tryLockFolder", "volumeFacts") and its path (the source
+    /// of those that have two). It may use the set-up functions, to change a file in the middle of a run, or
+    /// request a stop; it may also throw.
     std::function<void(std::string_view operation, const std::string& path)> before;
     /// The n-th operation from now (0 is the next one) fails with `code`, once.
     void failAt(std::size_t n, int code);
@@ -76,6 +76,13 @@ public:
     void setFreeBytes(std::int64_t bytes);
     /// Whether `exchange` works, as on ext4, or does not, as on exFAT.
     void setCanExchange(bool can) { canExchange_ = can; }
+    /// Whether inode numbers stay, as on ext4, or every look at a file gives another, as FAT may.
+    void setKeepsInodes(bool keeps) { keepsInodes_ = keeps; }
+    /// Whether the number of free bytes is known, and whether copies share blocks.
+    void setVolume(bool countsSpace, bool sharesBlocks) {
+        countsSpace_ = countsSpace;
+        sharesBlocks_ = sharesBlocks;
+    }
 
     /// What a crash makes of folder entries that were not flushed: the system may have lost them, or have
     /// written them on its own in the meantime. Both are possible after every crash.
@@ -99,10 +106,13 @@ public:
     void createDirectories(const std::string& path) override;
     void flushDirectory(const std::string& path) override;
     bool isReadable(const std::string& path) override;
-    std::int64_t availableBytes(const std::string& path) override;
+    void eachEntry(const std::string& path, files::Links links, const files::EntryVisitor& visit) override;
+    std::unique_ptr<files::FolderLock> tryLockFolder(const std::string& path) override;
+    files::VolumeFacts volumeFacts(const std::string& path) override;
 
 private:
     class File;
+    class Lock;
 
     /// Counts the operation, fails or crashes if it is the one, and locks.
     std::unique_lock<std::mutex> begin(std::string_view operation, const std::string& path);
@@ -114,6 +124,7 @@ private:
     void move(std::string_view action, const std::string& from, const std::string& to, bool overwrite);
     void writeAt(MemoryNode& node, std::size_t position, const std::string& path, std::string_view bytes);
     void touch(MemoryNode& node);
+    files::FileStatus statusOf(const MemoryNode& node);
     void failIfUnreadable(const std::string& path) const;
 
     mutable std::mutex mutex_; // guards all below
@@ -127,7 +138,7 @@ private:
     int faultCode_ = 0; // 0: a crash
     bool faultMet_ = false;
     bool down_ = false;
-    bool canExchange_ = true;
+    bool canExchange_ = true, keepsInodes_ = true, countsSpace_ = true, sharesBlocks_ = false;
 };
 
 } // namespace lumisort::test

@@ -18,6 +18,7 @@ struct MemoryNode {
     files::FileStatus status;
     std::string contents, contentsOnMedium; ///< of a link: its target
     std::map<std::string, Pointer> entries, entriesOnMedium;
+    bool isLocked = false; ///< of a folder; ends with the process
 
     bool isFolder() const { return status.kind == files::FileKind::directory; }
 };

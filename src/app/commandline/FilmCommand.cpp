@@ -2,9 +2,10 @@
 #include "app/commandline/Folders.h"
 #include "app/commandline/Names.h"
 #include "app/commandline/Text.h"
-#include "film/edits/FilmEditStore.h"
+#include "film/edits/FilmEditFile.h"
 #include "film/render/FilmRenderEngine.h"
 #include "film/render/FilmRenderError.h"
+#include "library/LibraryLocation.h"
 #include "platform/files/AtomicFile.h"
 #include "platform/files/FileError.h"
 
@@ -46,7 +47,8 @@ struct Job {
 film::FilmSettings settingsFor(const FilmOptions& options, const files::FileUrl& photo, Surroundings& with) {
     film::FilmSettings settings;
     if (options.fromEdits) {
-        const auto stored = film::FilmEditStore::shared().loadForEditing(photo);
+        film::FilmEditFile edits(files::FileSystem::real(), film::filmEditsOf(library::libraryLocation()));
+        const auto stored = edits.load(photo);
         if (stored.persistenceWarning) with.notes << *stored.persistenceWarning << '\n';
         settings = stored.settings;
     }

@@ -59,7 +59,7 @@ FoundPhotos scanFolders(const std::vector<files::FileUrl>& folders, Surroundings
     for (const auto& folder : folders) {
         const auto before = found.photos.size();
         auto scanned = library::scanFolder(
-            folder,
+            files::FileSystem::real(), folder,
             [&](std::size_t count) {
                 with.progress.show(-1, "Scanning " + counted(before + count, "photo") + "…");
             },

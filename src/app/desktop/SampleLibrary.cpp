@@ -63,7 +63,8 @@ void SampleLibrary::paintPictures() const {
 void SampleLibrary::writeDocument() const {
     auto& system = files::FileSystem::real();
     const auto unplugged = files::FileUrl::fromPath(folder_.child("unplugged").path() + '/');
-    library::LibraryContents session{.photos = library::scanFolder(pictures_, [](std::size_t) {}).photos,
+    library::LibraryContents session{.photos =
+                                         library::scanFolder(system, pictures_, [](std::size_t) {}).photos,
                                      .folders = {pictures_, unplugged}};
     const auto mark = [&](const char* name, library::ReviewDecision decision) {
         const auto photo = pictures_.child(name);

@@ -3,7 +3,6 @@
 #include "film/edits/FilmSettingsForm.h"
 #include "platform/files/AtomicFile.h"
 #include "platform/files/DurableFolders.h"
-#include "platform/files/FolderListing.h"
 #include "platform/json/Document.h"
 #include "platform/text/Collation.h"
 
@@ -80,7 +79,7 @@ std::vector<FilmLook> FilmLooks::list() const {
     std::vector<FilmLook> looks;
     std::vector<std::string> names;
     try {
-        files::eachEntry(folder_, files::Links::follow, [&](std::string_view name, files::FileKind) {
+        system_.eachEntry(folder_, files::Links::follow, [&](std::string_view name, files::FileKind) {
             if (name.ends_with(extension) && !name.starts_with('.')) names.emplace_back(name);
             return true;
         });

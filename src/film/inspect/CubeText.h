@@ -2,7 +2,6 @@
 
 #include "film/optics/FilmPaper.h"
 #include "film/optics/FilmStock.h"
-#include "platform/text/EnumNames.h"
 
 #include <array>
 #include <cstddef>
@@ -19,14 +18,16 @@ enum class InspectedCube { exposure, negative, paper };
 inline constexpr std::array allInspectedCubes{InspectedCube::exposure, InspectedCube::negative,
                                               InspectedCube::paper};
 
-inline constexpr text::EnumNames<InspectedCube, 3> inspectedCubeNames{{"exposure", "negative", "paper"}};
-
 constexpr std::string_view rawValue(InspectedCube cube) {
-    return inspectedCubeNames.of(cube);
+    constexpr std::array<std::string_view, 3> names{"exposure", "negative", "paper"};
+    return names[static_cast<std::size_t>(cube)];
 }
 
 constexpr std::optional<InspectedCube> inspectedCubeFromRawValue(std::string_view raw) {
-    return inspectedCubeNames.find(raw);
+    for (const InspectedCube cube : allInspectedCubes) {
+        if (rawValue(cube) == raw) return cube;
+    }
+    return std::nullopt;
 }
 
 /// A cube as a .cube text (UTF-8, ends with a line break): 33 nodes an axis, domain 0 to 1, red fastest. The

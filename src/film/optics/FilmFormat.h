@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/text/EnumNames.h"
-
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -15,10 +13,9 @@ enum class FilmFormat { mm35, mediumFormat };
 /// Every format, in the order in which it is offered.
 inline constexpr std::array allFilmFormats{FilmFormat::mm35, FilmFormat::mediumFormat};
 
-inline constexpr text::EnumNames<FilmFormat, 2> filmFormatNames{{"mm35", "mediumFormat"}};
-
 constexpr std::string_view rawValue(FilmFormat format) {
-    return filmFormatNames.of(format);
+    constexpr std::array<std::string_view, 2> names{"mm35", "mediumFormat"};
+    return names[static_cast<std::size_t>(format)];
 }
 
 constexpr std::string_view title(FilmFormat format) {
@@ -34,7 +31,10 @@ constexpr double longEdgeMM(FilmFormat format) {
 
 /// The format with this raw value; none for any other text.
 constexpr std::optional<FilmFormat> filmFormatFromRawValue(std::string_view raw) {
-    return filmFormatNames.find(raw);
+    for (const FilmFormat format : allFilmFormats) {
+        if (rawValue(format) == raw) return format;
+    }
+    return std::nullopt;
 }
 
 } // namespace lumisort::film

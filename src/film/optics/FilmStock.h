@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/text/EnumNames.h"
-
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -17,11 +15,9 @@ enum class FilmStock { portra400, color100, color400, mono400 };
 inline constexpr std::array allFilmStocks{FilmStock::portra400, FilmStock::color100, FilmStock::color400,
                                           FilmStock::mono400};
 
-inline constexpr text::EnumNames<FilmStock, 4> filmStockNames{
-    {"portra400", "color100", "color400", "mono400"}};
-
 constexpr std::string_view rawValue(FilmStock stock) {
-    return filmStockNames.of(stock);
+    constexpr std::array<std::string_view, 4> names{"portra400", "color100", "color400", "mono400"};
+    return names[static_cast<std::size_t>(stock)];
 }
 
 constexpr std::string_view title(FilmStock stock) {
@@ -32,7 +28,10 @@ constexpr std::string_view title(FilmStock stock) {
 
 /// The stock with this raw value; none for any other text.
 constexpr std::optional<FilmStock> filmStockFromRawValue(std::string_view raw) {
-    return filmStockNames.find(raw);
+    for (const FilmStock stock : allFilmStocks) {
+        if (rawValue(stock) == raw) return stock;
+    }
+    return std::nullopt;
 }
 
 } // namespace lumisort::film

@@ -1,11 +1,14 @@
 #include "platform/files/AtomicFile.h"
 
+#include "platform/files/Digest.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <optional>
 #include <random>
 #include <span>
 #include <utility>
+#include <vector>
 
 namespace lumisort::files {
 
@@ -27,14 +30,49 @@ std::optional<FileStatus> statusIfPresent(FileSystem& system, const std::string&
     }
 }
 
-/// A name of fixed length: one made from the file's own could exceed the 255 bytes that file systems take.
-std::string temporaryPath(const std::string& folder) {
-    static constexpr char hex[] = "0123456789abcdef";
-    std::random_device random;
-    std::string path = folder == "/" ? "/.lumisort-" : folder + "/.lumisort-";
-    for (int word = 0; word < 4; ++word)
-        for (auto bits = random(), digit = 0U; digit < 8; ++digit, bits >>= 4) path += hex[bits & 15];
-    return path + ".tmp";
+std::string nameOf(const std::string& path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+/// What the names of all temporary files for `path` begin with. Of fixed length: the file's own name in it
+/// could exceed the 255 bytes that file systems take.
+std::string temporaryPrefix(const std::string& path) {
+    constexpr std::size_t digits = 16;
+    const auto name = nameOf(path);
+    Sha256 digest;
+    digest.update(std::as_bytes(std::span(name)));
+    return ".lumisort-" + digest.finish().substr(0, digits) + '-';
+}
+
+constexpr std::string_view temporaryEnding = ".tmp";
+
+/// The file that a write to `path` replaces: `path` itself or what the symbolic links there lead to, and its
+/// status where it is there.
+struct Target {
+    std::string path;
+    std::optional<FileStatus> present;
+};
+
+Target targetOf(FileSystem& system, const std::string& path) {
+    Target target{path, statusIfPresent(system, path)};
+    for (int links = 0; target.present && target.present->kind == FileKind::symbolicLink; ++links) {
+        if (links == mostLinks) throw FileError("write", path, ELOOP);
+        const auto next = system.readLink(target.path);
+        target.path = next.starts_with('/') ? next : folderOf(target.path) + '/' + next;
+        target.present = statusIfPresent(system, target.path);
+    }
+    return target;
+}
+
+void removeLeftoversBeside(FileSystem& system, const std::string& path) {
+    const auto folder = folderOf(path), prefix = temporaryPrefix(path);
+    std::vector<std::string> leftovers;
+    system.eachEntry(folder, Links::follow, [&](std::string_view name, FileKind kind) {
+        if (kind == FileKind::regular && name.starts_with(prefix) && name.ends_with(temporaryEnding))
+            leftovers.emplace_back(name);
+        return true;
+    });
+    for (const auto& name : leftovers) system.remove(folder + '/' + name);
 }
 
 using Contents = std::function<void(OpenFile&)>;
@@ -42,7 +80,7 @@ using Contents = std::function<void(OpenFile&)>;
 void writeTemporary(FileSystem& system, const std::string& path, const Contents& write,
                     const std::optional<FileStatus>& replaced) {
     const auto file = system.create(path);
-    // Before the contents: what was private is so at no instant less.
+    // Before the contents, which must not be readable for others at any instant when the old ones were not.
     if (replaced) file->setPermissions(replaced->permissions);
     write(*file);
     file->flush();
@@ -52,7 +90,7 @@ void writeTemporary(FileSystem& system, const std::string& path, const Contents&
 void replaceTarget(FileSystem& system, const std::string& target, const std::optional<FileStatus>& replaced,
                    const Contents& write) {
     const auto folder = folderOf(target);
-    const auto temporary = temporaryPath(folder);
+    const auto temporary = temporaryPath(target);
     try {
         writeTemporary(system, temporary, write, replaced);
         system.replace(temporary, target);
@@ -74,14 +112,7 @@ void replaceFile(FileSystem& system, const std::string& path, std::string_view c
 
 void replaceFile(FileSystem& system, const std::string& path, const Contents& write) {
     try {
-        std::string target = path;
-        auto present = statusIfPresent(system, target);
-        for (int links = 0; present && present->kind == FileKind::symbolicLink; ++links) {
-            if (links == mostLinks) throw FileError("write", path, ELOOP);
-            const auto next = system.readLink(target);
-            target = next.starts_with('/') ? next : folderOf(target) + '/' + next;
-            present = statusIfPresent(system, target);
-        }
+        const auto [target, present] = targetOf(system, path);
         if (present && present->kind == FileKind::directory) throw FileError("write", path, EISDIR);
         if (present && present->kind != FileKind::regular)
             throw FileError("write", path, "It is not a regular file");
@@ -90,6 +121,26 @@ void replaceFile(FileSystem& system, const std::string& path, const Contents& wr
         if (error.path() == path || error.code() == 0) throw;
         // The temporary file's name would tell the user nothing.
         throw FileError("write", path, error.code());
+    }
+}
+
+std::string temporaryPath(const std::string& path) {
+    static constexpr char hex[] = "0123456789abcdef";
+    std::random_device random;
+    auto temporary = folderOf(path);
+    if (!temporary.ends_with('/')) temporary += '/';
+    temporary += temporaryPrefix(path);
+    for (int word = 0; word < 2; ++word)
+        for (auto bits = random(), digit = 0U; digit < 8; ++digit, bits >>= 4) temporary += hex[bits & 15];
+    return temporary.append(temporaryEnding);
+}
+
+void removeLeftovers(FileSystem& system, const std::string& path) {
+    try {
+        removeLeftoversBeside(system, path);
+        const auto target = targetOf(system, path).path;
+        if (target != path) removeLeftoversBeside(system, target);
+    } catch (const FileError&) { // NOLINT(bugprone-empty-catch): what cannot be removed harms nothing
     }
 }
 

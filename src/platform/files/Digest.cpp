@@ -19,14 +19,30 @@ const EVP_MD* algorithm() {
     return fetched;
 }
 
+using State = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
+
 void require(int done) {
     if (done != 1) throw std::runtime_error("SHA-256 is not available in the OpenSSL library");
+}
+
+/// Ends the computation of `state`.
+std::string hexadecimal(EVP_MD_CTX* state) {
+    static constexpr char hex[] = "0123456789abcdef";
+    std::array<unsigned char, digestBytes> digest{};
+    require(EVP_DigestFinal_ex(state, digest.data(), nullptr));
+    std::string text;
+    text.reserve(2 * digestBytes);
+    for (const auto byte : digest) {
+        text += hex[byte >> 4];
+        text += hex[byte & 15];
+    }
+    return text;
 }
 
 } // namespace
 
 struct Sha256::Context {
-    std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> state{EVP_MD_CTX_new(), &EVP_MD_CTX_free};
+    State state{EVP_MD_CTX_new(), &EVP_MD_CTX_free};
 };
 
 Sha256::Sha256() : context_(new Context) {
@@ -45,17 +61,14 @@ void Sha256::update(std::span<const std::byte> bytes) {
     require(EVP_DigestUpdate(context_->state.get(), bytes.data(), bytes.size()));
 }
 
+std::string Sha256::soFar() const {
+    const State copy{EVP_MD_CTX_new(), &EVP_MD_CTX_free};
+    require(copy && EVP_MD_CTX_copy_ex(copy.get(), context_->state.get()));
+    return hexadecimal(copy.get());
+}
+
 std::string Sha256::finish() {
-    static constexpr char hex[] = "0123456789abcdef";
-    std::array<unsigned char, digestBytes> digest{};
-    require(EVP_DigestFinal_ex(context_->state.get(), digest.data(), nullptr));
-    std::string text;
-    text.reserve(2 * digestBytes);
-    for (const auto byte : digest) {
-        text += hex[byte >> 4];
-        text += hex[byte & 15];
-    }
-    return text;
+    return hexadecimal(context_->state.get());
 }
 
 std::string sha256(FileSystem& system, const std::string& path, const std::stop_token& stop) {

@@ -21,7 +21,9 @@ public:
     Sha256& operator=(const Sha256&) = delete;
 
     void update(std::span<const std::byte> bytes);
-    /// 64 lower-case hexadecimal digits. The object is spent afterwards.
+    /// The digest of all bytes so far: 64 lower-case hexadecimal digits. More may follow.
+    std::string soFar() const;
+    /// The same; the object is of no use afterwards.
     std::string finish();
 
 private:

@@ -5,13 +5,13 @@
 
 namespace lumisort::files {
 
-/// Holds a file locked against other programs (and other locks of this one) until it goes: flock(2), so that
-/// a killed program never leaves a lock behind. The file itself stays, with the holder's process number in
-/// it.
+/// An exclusive lock on a file, against other programs and other locks of this one, until the object is
+/// destroyed: flock(2), so that a killed program leaves no lock behind. The file itself stays and holds the
+/// holder's process number.
 class FileLock {
 public:
-    /// The lock on `path`, creating the file and the folders above it as needed; none while another holds it.
-    /// Where the file system knows no locks, it is granted. Throws FileError when the file cannot be opened.
+    /// Locks `path`, creating the file and the folders above it as needed; none while another holds it. Where
+    /// the file system knows no locks, it is granted. Throws FileError when the file cannot be opened.
     static std::optional<FileLock> tryLock(const std::string& path);
 
     /// The process that holds or last held the lock; none when that is not known.

@@ -2,13 +2,16 @@
 
 #include "platform/files/FileError.h"
 #include "platform/files/FileStatus.h"
+#include "platform/files/VolumeFacts.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 
 namespace lumisort::files {
 
@@ -34,6 +37,16 @@ public:
     virtual void dropCache() = 0;
     /// Closes, reporting what the system kept for the end (network file systems do). Later calls do nothing.
     virtual void close() = 0;
+};
+
+/// Called with the name and kind of a folder's entry (of a symbolic link: the link itself); returns whether
+/// to go on.
+using EntryVisitor = std::function<bool(std::string_view name, FileKind kind)>;
+
+/// A folder locked against other programs until the object is destroyed.
+class FolderLock {
+public:
+    virtual ~FolderLock() = default;
 };
 
 /// Every effect that the program has on files goes through this interface, so that a full disk, a lost flush
@@ -76,8 +89,14 @@ public:
     /// Whether this user may read the file or list the folder at `path` (of a link, what it points at); false
     /// where nothing is there. Never throws.
     virtual bool isReadable(const std::string& path) = 0;
-    /// Bytes that this user may still write on the file system that holds `path`.
-    virtual std::int64_t availableBytes(const std::string& path) = 0;
+    /// Visits every entry of the folder at `path` except "." and "..", in the order in which the file system
+    /// keeps them. With Links::doNotFollow a symbolic link at `path` fails. Paths longer than the system
+    /// takes at once (PATH_MAX) are walked piece by piece.
+    virtual void eachEntry(const std::string& path, Links links, const EntryVisitor& visit) = 0;
+    /// Locks the folder at `path` (flock(2): a killed program leaves no lock behind). Null while another
+    /// program, or another lock of this one, holds it, and where the file system cannot lock folders.
+    virtual std::unique_ptr<FolderLock> tryLockFolder(const std::string& path) = 0;
+    virtual VolumeFacts volumeFacts(const std::string& path) = 0;
 
     /// The machine's file system; lives as long as the process.
     static FileSystem& real();

@@ -59,7 +59,7 @@ FileKind kindOf(DIR* folder, const dirent& entry) {
 
 } // namespace
 
-void eachEntry(const std::string& path, Links links, const EntryVisitor& visit) {
+void listFolder(const std::string& path, Links links, const EntryVisitor& visit) {
     Descriptor descriptor = openFolder(path, links);
     const std::unique_ptr<DIR, CloseFolder> folder(fdopendir(descriptor.number()));
     if (!folder) throw FileError("open", path, errno);

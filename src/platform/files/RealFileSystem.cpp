@@ -1,13 +1,18 @@
 #include "platform/files/CopyFile.h"
 #include "platform/files/Descriptor.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/FolderListing.h"
 #include "platform/files/MoveFile.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/statvfs.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <limits>
@@ -16,6 +21,27 @@
 namespace lumisort::files {
 
 namespace {
+
+constexpr std::uint32_t bcachefsMagic = 0xca451a4e; // not in linux/magic.h of this age
+
+/// File systems whose inode numbers are the driver's invention, or may be the server's.
+constexpr std::array<std::uint32_t, 5> inodeInventors{MSDOS_SUPER_MAGIC, EXFAT_SUPER_MAGIC, FUSE_SUPER_MAGIC,
+                                                      CIFS_SUPER_MAGIC, SMB2_SUPER_MAGIC};
+/// File systems that know FICLONE.
+constexpr std::array<std::uint32_t, 4> blockSharers{BTRFS_SUPER_MAGIC, XFS_SUPER_MAGIC, bcachefsMagic,
+                                                    OCFS2_SUPER_MAGIC};
+
+bool isOneOf(std::span<const std::uint32_t> types, std::uint32_t type) {
+    return std::ranges::find(types, type) != types.end();
+}
+
+class RealFolderLock : public FolderLock {
+public:
+    explicit RealFolderLock(Descriptor folder) : folder_(std::move(folder)) {}
+
+private:
+    Descriptor folder_;
+};
 
 class RealFile : public OpenFile {
 public:
@@ -127,14 +153,32 @@ public:
         return ::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0;
     }
 
-    std::int64_t availableBytes(const std::string& path) override {
-        struct statvfs record{};
-        if (uninterrupted([&] { return ::statvfs(path.c_str(), &record); }) != 0)
+    void eachEntry(const std::string& path, Links links, const EntryVisitor& visit) override {
+        listFolder(path, links, visit);
+    }
+
+    std::unique_ptr<FolderLock> tryLockFolder(const std::string& path) override {
+        const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+        Descriptor folder(uninterrupted([&] { return ::open(path.c_str(), flags); }));
+        if (!folder.isOpen()) throw FileError("lock the folder", path, errno);
+        if (uninterrupted([&] { return ::flock(folder.number(), LOCK_EX | LOCK_NB); }) != 0) return nullptr;
+        return std::make_unique<RealFolderLock>(std::move(folder));
+    }
+
+    VolumeFacts volumeFacts(const std::string& path) override {
+        struct statfs record{};
+        if (uninterrupted([&] { return ::statfs(path.c_str(), &record); }) != 0)
             throw FileError("find the free space around", path, errno);
+        const auto type = static_cast<std::uint32_t>(record.f_type);
+        VolumeFacts facts{.availableBytes = {},
+                          .keepsInodes = !isOneOf(inodeInventors, type),
+                          .sharesBlocks = isOneOf(blockSharers, type)};
+        if (record.f_blocks == 0) return facts; // no total: the file system does not count
         std::int64_t bytes = 0;
         if (__builtin_mul_overflow(record.f_bavail, record.f_frsize, &bytes))
-            return std::numeric_limits<std::int64_t>::max();
-        return bytes;
+            bytes = std::numeric_limits<std::int64_t>::max();
+        facts.availableBytes = bytes;
+        return facts;
     }
 };
 

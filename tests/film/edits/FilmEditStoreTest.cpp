@@ -1,177 +1,60 @@
 #include "film/edits/FilmEditStore.h"
 
-#include "support/EveryFault.h"
+#include "support/MemoryFileSystem.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <algorithm>
+#include <atomic>
+#include <future>
+#include <thread>
 
 namespace lumisort::film {
 namespace {
 
 using files::FileUrl;
-using test::MemoryFileSystem;
 
-const auto location = FileUrl::fromPath("/data/Lumisort/film-edits.json");
 const auto photo = FileUrl::fromPath("/photos/a.nef");
+const auto document = filmEditsOf(FileUrl::fromPath("/elsewhere/mine.json"));
 
-FilmSettings edited() {
-    FilmSettings settings;
-    settings.stock = FilmStock::mono400;
-    settings.exposure = 0.1;
-    return settings;
-}
-
-struct Desk {
-    Desk() { system.write(photo.path(), "raw"); }
-
-    std::optional<std::string> document() const { return system.contents(location.path()); }
-    /// Loads and saves as an editor does.
-    void edit(const FilmSettings& settings, const FileUrl& url = photo) {
-        store.save(settings, url, store.loadForEditing(url).stamp);
-    }
-
-    MemoryFileSystem system;
-    FilmEditStore store{system, location};
-};
-
-TEST(FilmEditStore, APhotoThatWasNeverEditedStartsAnew) {
-    Desk desk;
-    const auto snapshot = desk.store.loadForEditing(photo);
-    EXPECT_EQ(snapshot.settings, FilmSettings{});
-    EXPECT_EQ(snapshot.stamp, library::FingerprintStamp::read(desk.system, photo));
-    EXPECT_EQ(snapshot.persistenceWarning, std::nullopt);
-    EXPECT_EQ(desk.system.filesBelow("/"), std::vector{photo.path()});
-    EXPECT_THROW(desk.store.loadForEditing(FileUrl::fromPath("/photos/none.nef")), files::FileError);
-}
-
-TEST(FilmEditStore, KeepsSettingsWithinTheEditingRanges) {
-    Desk desk;
-    auto settings = edited();
-    settings.exposure = 4;
-    settings.grain = std::numeric_limits<double>::quiet_NaN();
-    desk.edit(settings);
-    EXPECT_THAT(*desk.document(), testing::HasSubstr(R"("exposure":3.0)"));
-    EXPECT_EQ(desk.store.loadForEditing(photo).settings, settings.validatedForEditing());
-    EXPECT_EQ(FilmEditStore(desk.system, location).loadForEditing(photo).settings,
-              settings.validatedForEditing());
-}
-
-TEST(FilmEditStore, WritesSortedKeysAtEveryLevel) {
-    const library::FingerprintStamp stamp{3, time::Timestamp(1.5), time::Timestamp(0.5)};
-    FilmEditDocument document;
-    document.photos[filmEditKey("/b")] = {FilmSettings{}, stamp};
-    document.photos[filmEditKey("/a\xFF")] = {FilmSettings{}, {4, std::nullopt, std::nullopt}};
-    const std::string settings =
-        R"({"colorSeparation":0.25,"exposure":0.0,"format":"mm35","grain":0.35,)"
-        R"("halation":0.2,"paper":"glossy","printExposure":0.0,"stock":"portra400"})";
-    EXPECT_EQ(documentText(document),
-              R"({"photos":{"/b":{"settings":)" + settings +
-                  R"(,"stamp":{"created":0.5,"modified":1.5,"size":3}},"file:///a%FF":{"settings":)" +
-                  settings + R"(,"stamp":{"size":4}}},"version":1})");
-    MemoryFileSystem system;
-    system.write(location.path(), documentText(document));
-    EXPECT_EQ(readFilmEdits(system, location.path()), document);
-}
-
-TEST(FilmEditStore, APhotoThatChangesLosesNothingAndTakesNothing) {
-    // A save looks at the photo to resolve its path, for its stamp, and for its stamp again before it writes.
-    for (int look = 1; look <= 3; ++look) {
-        Desk desk;
-        desk.edit(edited());
-        const auto before = desk.document();
-        const auto stamp = desk.store.loadForEditing(photo).stamp;
-        desk.system.before = [&, looks = 0](std::string_view operation, const std::string& path) mutable {
-            if (operation == "status" && path == photo.path() && ++looks == look)
-                desk.system.write(path, "new");
-        };
-        try {
-            desk.store.save(FilmSettings{}, photo, stamp);
-            ADD_FAILURE() << "change " << look << " was not noticed";
-        } catch (const FilmEditStoreError& error) {
-            EXPECT_EQ(error.kind(), FilmEditStoreError::Kind::sourceChanged);
-            EXPECT_STREQ(error.what(),
-                         "This photo changed on disk. Reload it before making further adjustments or "
-                         "exporting.");
-        }
-        const auto snapshot = desk.store.loadForEditing(photo);
-        EXPECT_EQ(snapshot.settings, FilmSettings{});
-        EXPECT_EQ(snapshot.persistenceWarning, std::nullopt);
-        EXPECT_EQ(desk.document(), before);
-    }
-}
-
-TEST(FilmEditStore, LeavesADocumentAloneThatItCannotRead) {
-    const std::string unsupported = "Saved film adjustments use an unsupported format.";
-    const std::string malformed = "Could not read “/data/Lumisort/film-edits.json”: ";
-    const struct {
-        std::string text, warning;
-    } cases[] = {
-        {R"({"photos":{},"version":2})", unsupported},
-        {R"({"photos":[{"of":"another"}],"version":0})", unsupported},
-        {R"({"photos":{},"version":"1"})", malformed + "version: a whole number is expected"},
-        {R"({"photos":{"/a":{"stamp":{"size":3}}},"version":1})",
-         malformed + "photos[\"/a\"].settings: is missing"},
-        {R"({"photos":{"/a":{"settings":{"stock":"x"},"stamp":{"size":3}}},"version":1})",
-         malformed + "photos[\"/a\"].settings.stock: “x” is not known"},
-        {R"({"photos":{"/a":{"settings":{},"stamp":{"size":3}},"version":1})",
-         malformed + "no well-formed JSON"},
-        {"", malformed + "the file is empty"},
+TEST(FilmEditStore, TheLaterOfTwoCallsHoldsHoweverSlowTheDiskIs) {
+    constexpr int saves = 60;
+    test::MemoryFileSystem system;
+    system.write(photo.path(), "raw");
+    const auto stamp = library::FingerprintStamp::read(system, photo);
+    std::atomic<int> writes = 0;
+    system.before = [&](std::string_view operation, const std::string&) {
+        if (operation == "write" && writes++ % 3 == 0) std::this_thread::yield();
     };
-    for (const auto& [text, warning] : cases) {
-        Desk desk;
-        desk.system.write(location.path(), text);
-        const auto snapshot = desk.store.loadForEditing(photo);
-        EXPECT_EQ(snapshot.settings, FilmSettings{});
-        EXPECT_EQ(snapshot.persistenceWarning, warning);
-        for (int round = 0; round < 2; ++round) EXPECT_ANY_THROW(desk.edit(edited())) << text;
-        EXPECT_EQ(desk.document(), text);
+    std::vector<double> order; // read after the store is gone
+    FilmSettings settings;
+    {
+        FilmEditStore store(system, document);
+        for (int i = 1; i <= saves; ++i) {
+            settings.grain = static_cast<double>(i) / saves;
+            store.save(settings, photo, stamp, [&order, grain = settings.grain](const auto& outcome) {
+                EXPECT_TRUE(outcome);
+                order.push_back(grain);
+            });
+            store.load(photo, [expected = settings](const auto& outcome) {
+                EXPECT_EQ(outcome.value().settings, expected) << "a load sees the saves before it, no other";
+            });
+        }
     }
+    EXPECT_EQ(order.size(), saves);
+    EXPECT_TRUE(std::ranges::is_sorted(order));
+    EXPECT_EQ(document.path(), "/elsewhere/film-edits.json");
+    EXPECT_EQ(readFilmEdits(system, document.path()).photos.at(photo.path()).settings, settings);
 }
 
-TEST(FilmEditStore, AFailureOrCrashLeavesTheOldEditsOrTheNewOnes) {
-    auto after = edited();
-    after.exposure = 2;
-    test::throughEveryFault(
-        [](MemoryFileSystem& system) {
-            system.write(photo.path(), "raw");
-            FilmEditStore store(system, location);
-            store.save(edited(), photo, library::FingerprintStamp::read(system, photo));
-        },
-        [&](MemoryFileSystem& system) {
-            FilmEditStore store(system, location);
-            const auto stamp = library::FingerprintStamp::read(system, photo);
-            try {
-                store.save(after, photo, stamp);
-            } catch (const files::FileError&) {
-                EXPECT_EQ(store.loadForEditing(photo).settings, edited()) << "the store took what failed";
-                throw;
-            }
-        },
-        [&](MemoryFileSystem& system, bool done) {
-            const auto left = FilmEditStore(system, location).loadForEditing(photo);
-            EXPECT_EQ(left.persistenceWarning, std::nullopt);
-            EXPECT_TRUE(left.settings == after || (!done && left.settings == edited()));
-        });
-}
-
-TEST(FilmEditStore, OnePhotoReachedInSeveralWaysHasOneEntry) {
-    Desk desk;
-    desk.system.makeLink("/linked", "photos");
-    desk.system.makeLink("/photos/link.nef", "../linked/a.nef");
-    desk.system.makeLink("/loop.nef", "loop.nef");
-    for (const auto* way :
-         {"/photos/a.nef", "/linked/a.nef", "/photos/link.nef", "/linked/../photos//./a.nef"}) {
-        auto settings = edited();
-        settings.exposure += 0.5;
-        desk.edit(settings, FileUrl::fromPath(way));
-        EXPECT_EQ(desk.store.loadForEditing(photo).settings, settings) << way;
-        desk.edit(edited());
-        EXPECT_EQ(desk.store.loadForEditing(FileUrl::fromPath(way)).settings, edited()) << way;
-    }
-    EXPECT_EQ(readFilmEdits(desk.system, location.path()).photos.size(), 1U);
-    EXPECT_THROW(desk.store.loadForEditing(FileUrl::fromPath("/loop.nef")), files::FileError);
+TEST(FilmEditStore, PassesFailuresOn) {
+    test::MemoryFileSystem system;
+    FilmEditStore store(system, document);
+    std::promise<std::exception_ptr> load, save;
+    store.load(photo, [&](const auto& outcome) { load.set_value(outcome.error()); });
+    store.save({}, photo, {}, [&](const auto& outcome) { save.set_value(outcome.error()); });
+    EXPECT_THROW(std::rethrow_exception(load.get_future().get()), files::FileError);
+    EXPECT_THROW(std::rethrow_exception(save.get_future().get()), files::FileError);
 }
 
 } // namespace

@@ -95,6 +95,21 @@ TEST(AtomicFile, FollowsLinks) {
     EXPECT_THROW(replaceFile(system, "/data/circle", "x"), FileError);
 }
 
+TEST(AtomicFile, LeftoversOfOneFileAreRemovedAndNoOthers) {
+    MemoryFileSystem system;
+    system.write("/disk/real.json", "old");
+    system.makeLink("/data/link.json", "../disk/real.json");
+    const auto atLink = temporaryPath("/data/link.json"), atTarget = temporaryPath("/disk/real.json");
+    const auto another = temporaryPath("/data/another.json");
+    for (const auto& path : {atLink, atTarget, another, std::string("/data/.lumisort-mine.tmp")})
+        system.write(path, "half");
+    system.makeFolder(temporaryPath("/data/link.json"));
+    removeLeftovers(system, "/data/link.json");
+    EXPECT_THAT(system.filesBelow("/"), testing::UnorderedElementsAre(another, "/data/.lumisort-mine.tmp",
+                                                                      "/data/link.json", "/disk/real.json"));
+    EXPECT_NO_THROW(removeLeftovers(system, "/missing/a.json"));
+}
+
 TEST(AtomicFile, OnTheDisk) {
     const test::TemporaryFolder folder;
     auto& system = FileSystem::real();

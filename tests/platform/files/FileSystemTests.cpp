@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <map>
 
 namespace lumisort::files {
 
@@ -89,7 +90,10 @@ TEST_P(FileSystems, WhatIsNotThereFails) {
     EXPECT_EQ(failureOf([&] { system().createDirectory(at("/none/folder")); }), ENOENT);
     EXPECT_EQ(failureOf([&] { system().flushDirectory(at("/none")); }), ENOENT);
     EXPECT_EQ(failureOf([&] { system().flushDirectory(at("/a")); }), ENOTDIR);
-    EXPECT_EQ(failureOf([&] { system().availableBytes(at("/none")); }), ENOENT);
+    EXPECT_EQ(failureOf([&] { system().volumeFacts(at("/none")); }), ENOENT);
+    EXPECT_EQ(failureOf([&] { system().tryLockFolder(at("/none")); }), ENOENT);
+    EXPECT_EQ(failureOf([&] { system().tryLockFolder(at("/a")); }), ENOTDIR);
+    EXPECT_EQ(failureOf([&] { system().eachEntry(at("/a"), Links::follow, {}); }), ENOTDIR);
     EXPECT_FALSE(exists("/b"));
 }
 
@@ -106,7 +110,24 @@ TEST_P(FileSystems, Folders) {
     EXPECT_TRUE(exists("/2024"));
     EXPECT_FALSE(exists("/2024/05"));
     EXPECT_EQ(system().status(at("/2024"), Links::follow).kind, FileKind::directory);
-    EXPECT_GT(system().availableBytes(at("/2024")), 0);
+    EXPECT_GT(system().volumeFacts(at("/2024")).availableBytes.value(), 0);
+    write("/2024/b", "B");
+    system().createDirectory(at("/2024/c"));
+    std::map<std::string, FileKind> entries;
+    system().eachEntry(at("/2024"), Links::doNotFollow, [&](std::string_view name, FileKind kind) {
+        return entries.emplace(name, kind).second;
+    });
+    EXPECT_EQ(entries,
+              (std::map<std::string, FileKind>{{"b", FileKind::regular}, {"c", FileKind::directory}}));
+    int visits = 0;
+    system().eachEntry(at("/2024"), Links::follow, [&](auto, auto) { return ++visits < 1; });
+    EXPECT_EQ(visits, 1);
+
+    auto lock = system().tryLockFolder(at("/2024"));
+    EXPECT_NE(lock, nullptr);
+    EXPECT_EQ(system().tryLockFolder(at("/2024")), nullptr);
+    lock.reset();
+    EXPECT_NE(system().tryLockFolder(at("/2024")), nullptr);
 }
 
 TEST_P(FileSystems, CopiesWithPermissionsAndTimes) {

@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
@@ -215,11 +216,23 @@ TEST(MoveFile, EveryWayKeepsWhatIsThere) {
     }
 }
 
+TEST(VolumeFacts, OfAVolumeThatCountsNoBlocksSayNoFreeSpace) {
+    const TemporaryFolder folder;
+    const auto facts = FileSystem::real().volumeFacts(folder.path().string());
+    EXPECT_GT(facts.availableBytes.value(), 0);
+    EXPECT_TRUE(facts.keepsInodes);
+    if (mount("none", folder.path().c_str(), "ramfs", 0, nullptr) != 0)
+        GTEST_SKIP() << "this machine does not let tests mount a file system";
+    EXPECT_EQ(FileSystem::real().volumeFacts(folder.path().string()).availableBytes, std::nullopt);
+    ASSERT_EQ(umount(folder.path().c_str()), 0);
+}
+
 TEST(Fat, MovesCopiesReplacesAndFillsUp) {
     const test::FatVolume volume(8);
     LUMISORT_NEEDS_FAT(volume);
     auto& system = FileSystem::real();
     const std::filesystem::path folder = volume.path();
+    EXPECT_FALSE(system.volumeFacts(volume.path()).keepsInodes);
     expectMoveWithoutOverwrite(
         [&](const auto& from, const auto& to) { system.moveWithoutOverwrite(from, to); }, folder);
 

@@ -19,13 +19,13 @@ namespace lumisort::files {
 /// step writes a new file in full and renames it over the old one.
 ///
 /// Used by one thread. The destructor removes the hidden file; a process that is killed leaves it behind.
-class TwinFile {
+class DoubleBufferedFile {
 public:
     /// Touches nothing yet. Nothing must be at `path`, nor at `hiddenPath`, a name in the same folder.
-    TwinFile(FileSystem& system, std::string path, std::string hiddenPath);
-    ~TwinFile();
-    TwinFile(const TwinFile&) = delete;
-    TwinFile& operator=(const TwinFile&) = delete;
+    DoubleBufferedFile(FileSystem& system, std::string path, std::string hiddenPath);
+    ~DoubleBufferedFile();
+    DoubleBufferedFile(const DoubleBufferedFile&) = delete;
+    DoubleBufferedFile& operator=(const DoubleBufferedFile&) = delete;
 
     /// Makes the file hold `text`, on the medium, when it returns. The first `unchanged` bytes are those of
     /// the last step that succeeded; `text` is no shorter than it. Throws FileError; the file then holds the

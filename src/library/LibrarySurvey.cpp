@@ -1,4 +1,4 @@
-#include "library/LibraryAvailability.h"
+#include "library/LibrarySurvey.h"
 
 #include "library/FolderMatcher.h"
 #include "platform/tasks/Cancellation.h"
@@ -33,7 +33,7 @@ std::optional<FingerprintStamp> readableStamp(files::FileSystem& system, const f
     }
 }
 
-std::vector<FolderMatcher> containers(std::span<const files::FileUrl> folders) {
+std::vector<FolderMatcher> matchersOf(std::span<const files::FileUrl> folders) {
     return {folders.begin(), folders.end()};
 }
 
@@ -74,26 +74,12 @@ LibrarySurvey survey(files::FileSystem& system, std::span<const files::FileUrl> 
     return found;
 }
 
-LibraryAvailability LibraryAvailability::inspect(files::FileSystem& system,
-                                                 std::span<const files::FileUrl> folders,
-                                                 std::span<const Photo> photos, const std::stop_token& stop) {
-    auto seen = survey(system, folders, photos, stop);
-    LibraryAvailability found{.folders = std::move(seen.folders)};
-    for (std::size_t i = 0; i < photos.size(); ++i) {
-        if (!seen.stamps[i]) continue;
-        found.readable.insert(photos[i].url);
-        found.stamps.emplace(photos[i].url, *seen.stamps[i]);
-    }
-    return found;
-}
-
-std::vector<Photo> LibraryAvailability::retaining(std::span<const Photo> photos,
-                                                  std::span<const files::FileUrl> folders) {
-    const auto remaining = containers(folders);
-    std::vector<Photo> kept;
-    std::ranges::copy_if(photos, std::back_inserter(kept),
-                         [&](const Photo& photo) { return isInsideAny(remaining, photo); });
-    return kept;
+std::vector<Photo> photosInside(std::span<const Photo> photos, std::span<const files::FileUrl> folders) {
+    const auto matchers = matchersOf(folders);
+    std::vector<Photo> inside;
+    std::ranges::copy_if(photos, std::back_inserter(inside),
+                         [&](const Photo& photo) { return isInsideAny(matchers, photo); });
+    return inside;
 }
 
 } // namespace lumisort::library

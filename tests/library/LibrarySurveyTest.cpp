@@ -1,5 +1,6 @@
+#include "library/LibrarySurvey.h"
+
 #include "library/FolderMatcher.h"
-#include "library/LibraryAvailability.h"
 #include "platform/tasks/Cancellation.h"
 #include "support/MemoryFileSystem.h"
 
@@ -41,7 +42,7 @@ TEST(FolderMatcher, ComparesWholeComponentsAsText) {
         EXPECT_EQ(FolderMatcher(url(folder)).contains(url(item)), inside) << folder << " " << item;
 }
 
-TEST(LibraryAvailability, SaysWhatCanBeReachedNow) {
+TEST(LibrarySurvey, SaysWhatCanBeReachedNow) {
     test::MemoryFileSystem system;
     system.write("/on/a.jpg", "a");
     system.write("/on/locked.jpg", "b");
@@ -57,19 +58,18 @@ TEST(LibraryAvailability, SaysWhatCanBeReachedNow) {
     const std::vector photos{photo("/on/a.jpg"),     photo("/on/locked.jpg"),  photo("/on/folder.jpg"),
                              photo("/on/link.jpg"),  photo("/on/missing.jpg"), photo("/gone/x.jpg"),
                              photo("/secret/c.jpg"), photo("/elsewhere/d.jpg")};
-    const auto found = LibraryAvailability::inspect(system, folders, photos);
+    const auto found = survey(system, folders, photos);
 
     EXPECT_THAT(found.folders, UnorderedElementsAre(std::pair(url("/on/"), FolderState::online),
                                                     std::pair(url("/gone"), FolderState::offline),
                                                     std::pair(url("/file"), FolderState::unavailable),
                                                     std::pair(url("/secret"), FolderState::unavailable)));
-    EXPECT_THAT(found.readable, UnorderedElementsAre(url("/on/a.jpg")));
-    ASSERT_EQ(found.stamps.size(), 1u);
-    EXPECT_EQ(found.stamps.at(url("/on/a.jpg")), FingerprintStamp::read(system, url("/on/a.jpg")));
-    EXPECT_EQ(found, LibraryAvailability::inspect(system, folders, photos));
+    std::vector<std::optional<FingerprintStamp>> expected(photos.size());
+    expected[0] = FingerprintStamp::read(system, url("/on/a.jpg"));
+    EXPECT_EQ(found.stamps, expected);
 }
 
-TEST(LibraryAvailability, CostsOneStatusAndOneAccessCheckAPhoto) {
+TEST(LibrarySurvey, CostsOneStatusAndOneAccessCheckAPhoto) {
     test::MemoryFileSystem system;
     std::vector<Photo> photos;
     for (int i = 0; i < 50; ++i) {
@@ -78,19 +78,20 @@ TEST(LibraryAvailability, CostsOneStatusAndOneAccessCheckAPhoto) {
     }
     int operations = 0;
     system.before = [&](auto, const std::string& path) { operations += path != "/p"; };
-    EXPECT_EQ(LibraryAvailability::inspect(system, std::vector{url("/p")}, photos).readable.size(), 50u);
+    const auto stamps = survey(system, std::vector{url("/p")}, photos).stamps;
+    EXPECT_TRUE(std::ranges::all_of(stamps, [](const auto& stamp) { return stamp.has_value(); }));
     EXPECT_LE(operations, 100);
 
     std::stop_source stop;
     stop.request_stop();
-    EXPECT_THROW(LibraryAvailability::inspect(system, {}, photos, stop.get_token()), tasks::Cancelled);
+    EXPECT_THROW(survey(system, {}, photos, stop.get_token()), tasks::Cancelled);
 }
 
-TEST(LibraryAvailability, RetainsWhatStillLiesInAFolder) {
+TEST(LibrarySurvey, KeepsThePhotosThatStillLieInAFolder) {
     const std::vector photos{photo("/A/1.jpg"), photo("/A/B/2.jpg"), photo("/C/3.jpg")};
-    EXPECT_THAT(LibraryAvailability::retaining(photos, std::vector{url("/A/B"), url("/C/")}),
+    EXPECT_THAT(photosInside(photos, std::vector{url("/A/B"), url("/C/")}),
                 ElementsAre(photos[1], photos[2]));
-    EXPECT_THAT(LibraryAvailability::retaining(photos, {}), ElementsAre());
+    EXPECT_THAT(photosInside(photos, {}), ElementsAre());
 }
 
 } // namespace lumisort::library

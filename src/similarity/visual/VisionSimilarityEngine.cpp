@@ -1,37 +1,44 @@
-#include "similarity/visual/VisualScan.h"
+#include "similarity/visual/VisionSimilarityEngine.h"
 
 #include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "platform/tasks/OrderedWorkers.h"
 #include "platform/tasks/ProgressThrottle.h"
 #include "similarity/PathOrder.h"
-#include "similarity/ProgressText.h"
 #include "similarity/visual/MatchedGroups.h"
 #include "similarity/visual/PhotoDetail.h"
 #include "similarity/visual/PrintMatching.h"
-#include "similarity/visual/VisualScanError.h"
+#include "similarity/visual/VisionError.h"
 
 #include <array>
 #include <optional>
 #include <utility>
 
 namespace lumisort::similarity {
+namespace {
+
+std::string counted(std::string_view verb, std::size_t done, std::size_t total) {
+    return std::string(verb) + " " + std::to_string(done) + " of " + std::to_string(total) + "…";
+}
+
+} // namespace
+
 float featureRadius(SimilarityLevel level) {
     constexpr std::array radii{0.64F, 0.75F, 0.855F};
     return radii[static_cast<std::size_t>(level)];
 }
 
 /// What became of one photo: a print, or the line that says why not.
-struct VisualScan::ExtractedFeature {
+struct VisionSimilarityEngine::ExtractedFeature {
     std::optional<CachedFeaturePrint> cached;
     std::string failure;
 };
 
-VisualScanResult VisualScan::scan(std::vector<library::Photo> photos, SimilarityLevel level,
-                                  const FeaturePrintCache& cache, int concurrency, const Progress& progress,
-                                  const std::stop_token& stop) const {
+VisionScanResult VisionSimilarityEngine::scan(std::vector<library::Photo> photos, SimilarityLevel level,
+                                              const FeaturePrintCache& cache, int concurrency,
+                                              const Progress& progress, const std::stop_token& stop) const {
     tasks::checkCancelled(stop);
-    if (deps_.identity->revision != FeaturePrintModel::revision)
+    if (service_.identity->revision != FeaturePrintModel::revision)
         throw FeaturePrintError(FeaturePrintFailure::unsupported,
                                 "This version of the image features is not supported.");
 
@@ -43,11 +50,11 @@ VisualScanResult VisualScan::scan(std::vector<library::Photo> photos, Similarity
         [&](std::size_t completed) {
             if (throttle.due(completed, photos.size()))
                 progress(0.75 * static_cast<double>(completed) / static_cast<double>(photos.size()),
-                         progressText("Analyzing", completed, photos.size()));
+                         counted("Analyzing", completed, photos.size()));
         },
         stop);
 
-    VisualScanResult result;
+    VisionScanResult result;
     std::vector<library::Photo> items;
     std::vector<std::shared_ptr<const FeaturePrint>> prints;
     for (std::size_t index = 0; index < photos.size(); ++index) {
@@ -62,8 +69,8 @@ VisualScanResult VisualScan::scan(std::vector<library::Photo> photos, Similarity
         }
     }
     if (items.empty() && !photos.empty())
-        throw VisualScanError(VisualScanFailure::nothingAnalyzed,
-                              "Visual analysis could not analyze any photos. " + result.failures.front());
+        throw VisionError(VisionFailure::nothingAnalyzed,
+                          "Vision could not analyze any photos. " + result.failures.front());
 
     progress(0.75, "Indexing visual features…");
     tasks::checkCancelled(stop);
@@ -74,30 +81,30 @@ VisualScanResult VisualScan::scan(std::vector<library::Photo> photos, Similarity
             const auto grouped = static_cast<std::size_t>(done);
             if (throttle.due(grouped, items.size()))
                 progress(0.8 + 0.2 * static_cast<double>(done) / static_cast<double>(items.size()),
-                         progressText("Grouping", grouped, items.size()));
+                         counted("Grouping", grouped, items.size()));
         },
         stop);
     result.groups = matchedGroups(items, matches, stop);
     return result;
 }
 
-FeaturePrint VisualScan::feature(const files::FileUrl& url, const std::stop_token& stop) const {
+FeaturePrint VisionSimilarityEngine::feature(const files::FileUrl& url, const std::stop_token& stop) const {
     images::Bitmap photo;
     try {
-        photo = deps_.picture(url, stop);
+        photo = service_.picture(url, stop);
     } catch (const images::ImageError& error) {
-        throw VisualScanError(VisualScanFailure::corruptFile, error.what());
+        throw VisionError(VisionFailure::corruptFile, error.what());
     }
     if (photoDetail(photo) < leastDetail)
-        throw VisualScanError(VisualScanFailure::tooLittleDetail,
-                              "Too little image detail; use Exact Copies.");
-    const FeaturePrint print = deps_.print(photo);
+        throw VisionError(VisionFailure::tooLittleDetail, "Too little image detail; use Exact Duplicates.");
+    const FeaturePrint print = service_.print(photo);
     tasks::checkCancelled(stop);
     return print;
 }
 
-VisualScan::ExtractedFeature VisualScan::extract(const library::Photo& photo, const FeaturePrintCache& cache,
-                                                 const std::stop_token& stop) const {
+VisionSimilarityEngine::ExtractedFeature VisionSimilarityEngine::extract(const library::Photo& photo,
+                                                                         const FeaturePrintCache& cache,
+                                                                         const std::stop_token& stop) const {
     const auto failed = [&](const std::string& reason) {
         return ExtractedFeature{.cached = {}, .failure = std::string(photo.url.name()) + ": " + reason};
     };
@@ -105,29 +112,29 @@ VisualScan::ExtractedFeature VisualScan::extract(const library::Photo& photo, co
         return {.cached = printed(photo.url, cache, stop), .failure = {}};
     } catch (const files::FileError& error) {
         return failed(error.description());
-    } catch (const VisualScanError& error) {
+    } catch (const VisionError& error) {
         return failed(error.what());
     } catch (const FeaturePrintError& error) {
         return failed(error.what());
     }
 }
 
-CachedFeaturePrint VisualScan::printed(const files::FileUrl& url, const FeaturePrintCache& cache,
-                                       const std::stop_token& stop) const {
+CachedFeaturePrint VisionSimilarityEngine::printed(const files::FileUrl& url, const FeaturePrintCache& cache,
+                                                   const std::stop_token& stop) const {
     tasks::checkCancelled(stop);
     CachedFeaturePrint result{.stamp = library::FingerprintStamp::read(system_, url),
                               .observation = {},
-                              .identity = deps_.identity};
+                              .identity = service_.identity};
     const auto cached = cache.find(url);
     if (cached != cache.end() && cached->second.stamp == result.stamp &&
-        *cached->second.identity == *deps_.identity)
+        *cached->second.identity == *service_.identity)
         result.observation = cached->second.observation;
     else
         result.observation = std::make_shared<const FeaturePrint>(feature(url, stop));
 
     tasks::checkCancelled(stop);
     if (library::FingerprintStamp::read(system_, url) != result.stamp)
-        throw VisualScanError(VisualScanFailure::fileChanged, "The file changed while it was analyzed.");
+        throw VisionError(VisionFailure::fileChanged, "The file changed while it was analyzed.");
     return result;
 }
 

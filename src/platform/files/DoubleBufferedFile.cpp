@@ -1,4 +1,4 @@
-#include "platform/files/TwinFile.h"
+#include "platform/files/DoubleBufferedFile.h"
 
 #include <algorithm>
 #include <span>
@@ -6,10 +6,10 @@
 
 namespace lumisort::files {
 
-TwinFile::TwinFile(FileSystem& system, std::string path, std::string hiddenPath)
+DoubleBufferedFile::DoubleBufferedFile(FileSystem& system, std::string path, std::string hiddenPath)
     : system_(system), path_(std::move(path)), hiddenPath_(std::move(hiddenPath)) {}
 
-TwinFile::~TwinFile() {
+DoubleBufferedFile::~DoubleBufferedFile() {
     if (!hidden_) return;
     try {
         system_.remove(hiddenPath_);
@@ -17,7 +17,7 @@ TwinFile::~TwinFile() {
     }
 }
 
-void TwinFile::save(std::string_view text, std::size_t unchanged) {
+void DoubleBufferedFile::save(std::string_view text, std::size_t unchanged) {
     if (!hidden_) {
         hidden_ = system_.create(hiddenPath_);
         hiddenMatches_ = 0;

@@ -1,9 +1,9 @@
-#include "similarity/visual/VisualScan.h"
+#include "similarity/visual/VisionSimilarityEngine.h"
 
 #include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "similarity/visual/PhotoDetail.h"
-#include "similarity/visual/VisualScanError.h"
+#include "similarity/visual/VisionError.h"
 #include "support/MemoryFileSystem.h"
 
 #include <gmock/gmock.h>
@@ -53,7 +53,7 @@ struct Darkroom {
             {.url = files::FileUrl::fromPath(path), .bytes = 1, .width = 2, .height = 3, .date = {}});
         return photos.back();
     }
-    VisualScan engine() {
+    VisionSimilarityEngine engine() {
         return {{.identity = std::make_shared<const FeaturePrintIdentity>(identity),
                  .picture =
                      [this](const files::FileUrl& url, const std::stop_token&) {
@@ -81,7 +81,7 @@ struct Darkroom {
                 system,
                 {.now = {}, .uptimeSeconds = [this] { return uptime += step; }}};
     }
-    VisualScanResult scan(SimilarityLevel level = SimilarityLevel::balanced,
+    VisionScanResult scan(SimilarityLevel level = SimilarityLevel::balanced,
                           const FeaturePrintCache& cache = {}, int concurrency = 4,
                           const std::stop_token& stop = {}) {
         return engine().scan(photos, level, cache, concurrency, [](double, std::string_view) {}, stop);
@@ -94,7 +94,7 @@ std::vector<std::string> names(const SimilarityGroup& group) {
     return result;
 }
 
-TEST(VisualScan, GroupsWhatTheLevelLetsThrough) {
+TEST(VisionSimilarityEngine, GroupsWhatTheLevelLetsThrough) {
     // Chords of 0.6, 0.7, 0.8 and 0.9 on the circle.
     for (const auto& [angle, strict, balanced, loose] : {std::tuple{61, true, true, true},
                                                          {72, false, true, true},
@@ -109,7 +109,7 @@ TEST(VisualScan, GroupsWhatTheLevelLetsThrough) {
     }
 }
 
-TEST(VisualScan, GroupsInPathOrderWithDistances) {
+TEST(VisionSimilarityEngine, GroupsInPathOrderWithDistances) {
     Darkroom room;
     room.add("/p/z.jpg", "10");
     room.add("/p/é.jpg", "150");        // composed
@@ -132,7 +132,7 @@ TEST(VisualScan, GroupsInPathOrderWithDistances) {
     EXPECT_THAT(result.failures, IsEmpty());
 }
 
-TEST(VisualScan, SaysOfEachPhotoWhyItHasNoPrint) {
+TEST(VisionSimilarityEngine, SaysOfEachPhotoWhyItHasNoPrint) {
     Darkroom room;
     room.add("/p/1.jpg", "printless");
     room.add("/p/2.jpg", "broken");
@@ -146,7 +146,7 @@ TEST(VisualScan, SaysOfEachPhotoWhyItHasNoPrint) {
     };
     const auto result = room.scan();
     EXPECT_THAT(result.failures, ElementsAre("1.jpg: No features.", "2.jpg: The file is no photo.",
-                                             "3.jpg: Too little image detail; use Exact Copies.",
+                                             "3.jpg: Too little image detail; use Exact Duplicates.",
                                              "6.jpg: The file changed while it was analyzed.",
                                              testing::StartsWith("7.jpg: Could not ")));
     EXPECT_THAT(result.failures.back(), testing::Not(testing::HasSubstr("/p/")));
@@ -155,7 +155,7 @@ TEST(VisualScan, SaysOfEachPhotoWhyItHasNoPrint) {
     EXPECT_EQ(room.prints, 4); // the flat and the broken photo never got as far
 }
 
-TEST(VisualScan, SmallLibraries) {
+TEST(VisionSimilarityEngine, SmallLibraries) {
     Darkroom room;
     EXPECT_THAT(room.scan().groups, IsEmpty());
     room.add("/p/b.jpg", "flat");
@@ -163,10 +163,9 @@ TEST(VisualScan, SmallLibraries) {
     try {
         room.scan();
         ADD_FAILURE() << "no photo had a print";
-    } catch (const VisualScanError& error) {
-        EXPECT_EQ(error.failure(), VisualScanFailure::nothingAnalyzed);
-        EXPECT_STREQ(error.what(),
-                     "Visual analysis could not analyze any photos. a.jpg: The file is no photo.");
+    } catch (const VisionError& error) {
+        EXPECT_EQ(error.failure(), VisionFailure::nothingAnalyzed);
+        EXPECT_STREQ(error.what(), "Vision could not analyze any photos. a.jpg: The file is no photo.");
     }
     room.photos.clear();
     room.add("/p/c.jpg", "1");
@@ -176,7 +175,7 @@ TEST(VisualScan, SmallLibraries) {
     EXPECT_THAT(one.cache, SizeIs(1));
 }
 
-TEST(VisualScan, PrintsAgainOnlyWhatChanged) {
+TEST(VisionSimilarityEngine, PrintsAgainOnlyWhatChanged) {
     Darkroom room;
     room.add("/p/a.jpg", "1");
     room.add("/p/b.jpg", "2");
@@ -200,7 +199,7 @@ TEST(VisualScan, PrintsAgainOnlyWhatChanged) {
     EXPECT_EQ(newPrints(first.cache), 2);
 }
 
-TEST(VisualScan, AnotherRevisionFailsBeforeAnyWork) {
+TEST(VisionSimilarityEngine, AnotherRevisionFailsBeforeAnyWork) {
     Darkroom room;
     room.add("/p/a.jpg", "1");
     room.identity.revision = 1;
@@ -213,19 +212,19 @@ TEST(VisualScan, AnotherRevisionFailsBeforeAnyWork) {
     }
 }
 
-TEST(VisualScan, PrintsWithoutADistanceFailTheRun) {
+TEST(VisionSimilarityEngine, PrintsWithoutADistanceFailTheRun) {
     Darkroom room;
     room.add("/p/a.jpg", "1");
     room.add("/p/b.jpg", "nan");
     try {
         room.scan();
         ADD_FAILURE() << "grouped prints without a distance";
-    } catch (const VisualScanError& error) {
-        EXPECT_EQ(error.failure(), VisualScanFailure::corruptFile);
+    } catch (const VisionError& error) {
+        EXPECT_EQ(error.failure(), VisionFailure::corruptFile);
     }
 }
 
-TEST(VisualScan, ReportsProgressTenTimesASecond) {
+TEST(VisionSimilarityEngine, ReportsProgressTenTimesASecond) {
     Darkroom room;
     room.step = 0.06;
     for (const auto* name : {"a", "b", "c", "d", "e"}) room.add(std::string("/p/") + name, "7");
@@ -243,7 +242,7 @@ TEST(VisualScan, ReportsProgressTenTimesASecond) {
                             report(0.96, "Grouping 4 of 5…"), report(1.0, "Grouping 5 of 5…")));
 }
 
-TEST(VisualScan, FindsTheSameWhateverTheConcurrency) {
+TEST(VisionSimilarityEngine, FindsTheSameWhateverTheConcurrency) {
     Darkroom room;
     for (int i = 0; i < 700; ++i)
         room.add("/p/" + std::to_string(i * 7919 % 1000) + ".jpg",
@@ -255,7 +254,7 @@ TEST(VisualScan, FindsTheSameWhateverTheConcurrency) {
     EXPECT_EQ(alone.failures, together.failures);
 }
 
-TEST(VisualScan, StopsAtAnyMoment) {
+TEST(VisionSimilarityEngine, StopsAtAnyMoment) {
     const auto stopped = [](auto&& arm) {
         Darkroom room;
         for (int i = 0; i < 40; ++i) room.add("/p/" + std::to_string(i), std::to_string(i));
@@ -266,7 +265,7 @@ TEST(VisualScan, StopsAtAnyMoment) {
             tasks::Cancelled);
         return room.prints.load();
     };
-    using Progress = VisualScan::Progress;
+    using Progress = VisionSimilarityEngine::Progress;
     const Progress silent = [](double, std::string_view) {};
     EXPECT_EQ(stopped([&](Darkroom&, std::stop_source& source) {
                   source.request_stop();
