@@ -19,9 +19,9 @@ namespace {
 /// Folders by floor. The rooms inside one of them share its floor and may use each other in the order in
 /// which they are built.
 const std::map<std::string, int, std::less<>> floors = {
-    {"app", 6},     {"review", 5},      {"organize/sheet", 5}, {"film/edits", 3},  {"model", 4},
-    {"ui", 4},      {"similarity", 3},  {"organize", 3},       {"film/render", 3}, {"film/inspect", 3},
-    {"library", 2}, {"film/optics", 2}, {"platform", 1},
+    {"app", 6},          {"review", 5},  {"organize/sheet", 5}, {"film/edits", 3}, {"film/editor", 5},
+    {"model", 4},        {"ui", 4},      {"similarity", 3},     {"organize", 3},   {"film/render", 3},
+    {"film/inspect", 3}, {"library", 2}, {"film/optics", 2},    {"platform", 1},
 };
 
 std::vector<std::string> linesOf(const std::filesystem::path& file) {
