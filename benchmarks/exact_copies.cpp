@@ -144,6 +144,7 @@ void measureDifferent(const fs::path& folder, std::size_t same) {
         other = std::min(other, processTime([&] {
                              const int none = open("/dev/null", O_WRONLY | O_CLOEXEC);
                              dup2(none, STDOUT_FILENO);
+                             dup2(none, STDERR_FILENO);
                              execlp("jdupes", "jdupes", "-q", "-r", folder.c_str(), nullptr);
                              _exit(1);
                          }));
