@@ -11,6 +11,7 @@
 #include "model/LibraryModel.h"
 #include "platform/images/Decoder.h"
 #include "platform/json/Document.h"
+#include "review/WindowState.h"
 
 #include <fcntl.h>
 #include <malloc.h>
@@ -141,19 +142,16 @@ void measureScan(const fs::path& folder, const fs::path& corpus, std::size_t cou
     model::LibraryModel model(
         files::FileUrl::fromPath((folder / "library.json").string()),
         library::LibraryContents{photos, {files::FileUrl::fromPath(folder.string())}, {}});
-    wait(model.refreshing());
-    model.setSimilarityMethod(model::SimilarityMethod::nearDuplicates);
+    wait(model.availability().refreshing());
+    model.matches().setMethod(model::SimilarityMethod::nearDuplicates);
     std::size_t reports = 0;
-    QObject::connect(&model, &model::LibraryModel::similarityProgressChanged, [&] { ++reports; });
+    QObject::connect(&model.matches(), &model::MatchSearch::progressChanged, [&] { ++reports; });
     double took = 0;
     const auto ours = measured(folder / "performance.json", [&] {
-        took = Cost::of([&] {
-                   model.findSimilar();
-                   wait(model.working());
-               }).wall;
+        took = Cost::of([&] { wait(QFuture<void>(model.matches().find())); }).wall;
     });
-    std::printf("%zu photos in %.1f s: %s (%zu reports)\n", count, took / 1e3, qPrintable(model.status()),
-                reports);
+    std::printf("%zu photos in %.1f s: %d groups (%zu reports)\n", count, took / 1e3,
+                model.matches().groupCount(), reports);
 
     const auto end = Clock::now() + std::chrono::milliseconds(static_cast<int>(took));
     const auto bare = measured(folder / "bare.json", [&] {
@@ -203,20 +201,20 @@ void bareStatx(const std::vector<library::Photo>& photos) {
     }
 }
 
-void measureInspection(model::LibraryModel& model) {
+void measureInspection(model::LibraryModel& model, review::WindowState& window) {
     int signalled = 0;
     const auto count = [&signalled] { ++signalled; };
     std::vector<QMetaObject::Connection> connections{
-        QObject::connect(&model, &model::LibraryModel::countsChanged, count),
-        QObject::connect(&model, &model::LibraryModel::statusChanged, count),
-        QObject::connect(&model, &model::LibraryModel::thumbnailRevisionChanged, count),
-        QObject::connect(&model.visiblePhotos(), &QAbstractItemModel::dataChanged, count)};
+        QObject::connect(&model.library(), &model::Library::countsChanged, count),
+        QObject::connect(&model.reports(), &model::Reports::added, count),
+        QObject::connect(&model.library(), &model::Library::thumbnailRevisionChanged, count),
+        QObject::connect(&window.photos(), &QAbstractItemModel::dataChanged, count)};
     double ours = 1e9, bare = 1e9, main = 1e9;
     for (int turn = 0; turn < 5; ++turn) {
-        bare = std::min(bare, Cost::of([&] { bareStatx(model.photos()); }).wall);
+        bare = std::min(bare, Cost::of([&] { bareStatx(model.library().photos()); }).wall);
         const auto cost = Cost::of([&] {
-            model.refreshAvailability();
-            wait(model.refreshing());
+            model.availability().refresh();
+            wait(model.availability().refreshing());
         });
         ours = std::min(ours, cost.wall);
         main = std::min(main, cost.thread);
@@ -228,7 +226,7 @@ void measureInspection(model::LibraryModel& model) {
 }
 
 /// Milliseconds of the main thread from the call to the row's signal, for marks of photos all over the list.
-void measureMarks(model::LibraryModel& model, const fs::path& document) {
+void measureMarks(model::LibraryModel& model, review::WindowState& window, const fs::path& document) {
     std::vector<double> wall, thread;
     std::mt19937 random(1);
     const auto written = [&] {
@@ -236,32 +234,33 @@ void measureMarks(model::LibraryModel& model, const fs::path& document) {
     };
     const auto before = written();
     for (int i = 0; i < 200; ++i) {
-        const auto& photo = model.photos()[random() % model.photos().size()];
+        const auto& photo = model.library().photos()[random() % model.library().photos().size()];
         bool touched = false;
-        const auto connection = QObject::connect(&model.visiblePhotos(), &QAbstractItemModel::dataChanged,
-                                                 [&] { touched = true; });
+        const auto connection =
+            QObject::connect(&window.photos(), &QAbstractItemModel::dataChanged, [&] { touched = true; });
         const auto cost = Cost::of([&] {
-            model.mark({photo}, i % 2 ? std::nullopt : std::optional(library::ReviewDecision::cleanup));
+            model.marking().mark({photo},
+                                 i % 2 ? std::nullopt : std::optional(library::ReviewDecision::cleanup));
             waitUntil([&] { return touched; });
         });
         QObject::disconnect(connection);
-        wait(model.marking());
+        wait(model.marking().pending());
         wall.push_back(cost.wall);
         thread.push_back(cost.thread);
     }
     const Spread walls(wall), threads(thread);
     std::printf("| one mark until its row's signal, ms (median; most) | %.2f; %.2f | %.2f; %.2f | | 5 |\n",
                 walls.median, walls.most, threads.median, threads.most);
-    const auto save = Cost::of([&] { wait(model.flushSession()); });
+    const auto save = Cost::of([&] { wait(QFuture<void>(model.flush())); });
     std::printf("| the write that follows, ms | %.0f | %.1f | %s | |\n", save.wall, save.thread,
                 written() != before ? "written" : "NOT WRITTEN");
 }
 
-void measureSearch(model::LibraryModel& model) {
+void measureSearch(review::WindowState& window) {
     std::vector<double> wall;
     for (const char* text : {"i", "im", "img", "img_", "img_1", "img_10", "img_100", "img_1000", "img_100",
                              "img_10", "99", "999", "99", "9", "", "7", "77", "x", ""})
-        wall.push_back(Cost::of([&] { model.setQuery(QString::fromUtf8(text)); }).wall);
+        wall.push_back(Cost::of([&] { window.setQuery(QString::fromUtf8(text)); }).wall);
     const Spread spread(wall);
     std::printf("| one keystroke of a search, ms (median; most) | %.2f; %.2f | | | 16 |\n", spread.median,
                 spread.most);
@@ -282,13 +281,14 @@ void measureLibrary(const fs::path& folder, std::size_t count) {
         "| %zu photos, document of %.0f MB | wall | main thread | ratio | at most |\n|---|---|---|---|---|\n",
         count, static_cast<double>(fs::file_size(document)) / 1e6);
     model::LibraryModel model(url);
-    const auto restored = Cost::of([&] { wait(model.loading()); });
+    review::WindowState window(model);
+    const auto restored = Cost::of([&] { wait(QFuture<void>(model.loading())); });
     std::printf("| restore, ms | %.0f | %.0f | | |\n", restored.wall, restored.thread);
-    wait(model.refreshing());
-    if (model.availableCount() != static_cast<int>(count)) std::abort();
-    measureInspection(model);
-    measureSearch(model);
-    measureMarks(model, document);
+    wait(model.availability().refreshing());
+    if (model.library().availableCount() != static_cast<int>(count)) std::abort();
+    measureInspection(model, window);
+    measureSearch(window);
+    measureMarks(model, window, document);
     const double full = pssMiB();
     malloc_trim(0);
     std::ifstream self("/proc/self/status");

@@ -137,7 +137,7 @@ Figures measure(const fs::path& photo, int count) {
         int frames = 0;
         QObject::connect(window, &QQuickWindow::frameSwapped, window, [&] { ++frames; });
         window->show();
-        waitUntil([&] { return model.availableCount() == count && frames > 0; });
+        waitUntil([&] { return model.library().availableCount() == count && frames > 0; });
         const int seen = frames;
         waitUntil([&] { return frames > seen; });
         slices.end();
@@ -171,10 +171,10 @@ Figures measure(const fs::path& photo, int count) {
             QElapsedTimer timer;
             timer.start();
             bool marked = false;
-            const auto hearing =
-                QObject::connect(&model, &model::LibraryModel::countsChanged, window, [&] { marked = true; });
-            state.marks()->mark({model.photos()[0]}, i % 2 == 0 ? library::ReviewDecision::keep
-                                                                : library::ReviewDecision::cleanup);
+            const auto hearing = QObject::connect(&model.library(), &model::Library::countsChanged, window,
+                                                  [&] { marked = true; });
+            state.marks()->mark({model.library().photos()[0]}, i % 2 == 0 ? library::ReviewDecision::keep
+                                                                          : library::ReviewDecision::cleanup);
             waitUntil([&] { return marked; });
             const int before = frames;
             window->update();
@@ -183,7 +183,7 @@ Figures measure(const fs::path& photo, int count) {
             QObject::disconnect(hearing);
         }
         figures.mark = std::ranges::max(marks);
-        waitUntil([task = model.flushSession()] { return task.isFinished(); });
+        waitUntil([task = model.flush()] { return task.isFinished(); });
         window->close();
     }
     fs::remove_all(folder);

@@ -37,8 +37,24 @@ void ThumbnailStore::removeAll() {
     });
 }
 
+void ThumbnailStore::remove(const files::FileUrl& url) {
+    // Noted at once, for the same reason.
+    const std::scoped_lock lock(mutex_);
+    removed_.push_back(url);
+}
+
+void ThumbnailStore::dropRemoved() {
+    std::vector<files::FileUrl> removed;
+    {
+        const std::scoped_lock lock(mutex_);
+        removed.swap(removed_);
+    }
+    for (const auto& url : removed) cache_.erase(url);
+}
+
 void ThumbnailStore::serveNext() {
     auto request = takeNext();
+    dropRemoved();
     if (stale_.exchange(false)) cache_.clear();
     request.ready(make(request.url, request.stop));
 }

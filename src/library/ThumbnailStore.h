@@ -49,6 +49,8 @@ public:
 
     /// Forgets all previews. A request made after this is decoded anew.
     void removeAll();
+    /// The same for the preview of one photo.
+    void remove(const files::FileUrl& url);
 
 private:
     struct Request {
@@ -59,6 +61,7 @@ private:
 
     static images::Bitmap decodeFine(const files::FileUrl& url, int side, const std::stop_token& stop);
     void serveNext();
+    void dropRemoved();
     Request takeNext();
     Thumbnail make(const files::FileUrl& url, const std::stop_token& stop);
 
@@ -69,7 +72,8 @@ private:
     /// Costs are in bytes. The executor's thread alone.
     cache::CostedCache<files::FileUrl, Thumbnail> cache_;
 
-    std::mutex mutex_;                          // guards the next two
+    std::mutex mutex_;                          // guards the next three
+    std::vector<files::FileUrl> removed_{};     ///< still in the cache
     std::vector<std::deque<Request>> bursts_{}; ///< none of them empty, the latest last
     double lastRequest_ = 0;                    ///< seconds of uptime
 

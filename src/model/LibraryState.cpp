@@ -19,12 +19,14 @@ LibraryState::LibraryState(library::LibraryContents session)
 void LibraryState::setPhotos(std::vector<Photo> photos) {
     const auto oldRows = std::exchange(rows_, {});
     const auto oldReach = std::exchange(reach_, {});
+    const auto oldLooked = std::exchange(looked_, {});
     rows_.reserve(photos.size());
     std::erase_if(photos, [&](const Photo& photo) {
         const auto row = static_cast<PhotoRow>(rows_.size());
         if (!rows_.emplace(photo.url, row).second) return true;
         const auto known = oldRows.find(photo.url);
         reach_.push_back(known != oldRows.end() ? oldReach[known->second] : std::nullopt);
+        looked_.push_back(known != oldRows.end() && oldLooked[known->second]);
         return false;
     });
     photos_ = std::make_shared<const std::vector<Photo>>(std::move(photos));
@@ -65,19 +67,33 @@ std::vector<PhotoRow> LibraryState::readableRows() const {
     return rows;
 }
 
-bool LibraryState::agreesWith(const library::LibrarySurvey& survey) const {
-    return survey.folders == folderStates_ && survey.stamps == reach_;
+LibraryState::Difference LibraryState::compare(const library::LibrarySurvey& survey) const {
+    bool first = survey.folders != folderStates_;
+    for (PhotoRow row = 0; row < reach_.size(); ++row) {
+        if (!looked_[row])
+            first = true;
+        else if (survey.stamps[row] != reach_[row])
+            return Difference::change;
+    }
+    return first ? Difference::firstLook : Difference::none;
 }
 
 void LibraryState::apply(library::LibrarySurvey survey) {
     folderStates_ = std::move(survey.folders);
     reach_ = std::move(survey.stamps);
+    looked_.assign(reach_.size(), true);
     recount();
+}
+
+std::optional<library::ReviewMark> LibraryState::mark(PhotoRow row) const {
+    const auto mark = marks_.find(photos()[row].url.path());
+    return mark != marks_.end() ? std::optional(mark->second) : std::nullopt;
 }
 
 void LibraryState::mark(PhotoRow row, std::optional<ReviewDecision> decision, const FingerprintStamp& fresh) {
     count(row, -1);
     reach_[row] = fresh;
+    looked_[row] = true;
     const auto& path = photos()[row].url.path();
     if (decision)
         marks_.insert_or_assign(path, library::ReviewMark{*decision, fresh});
@@ -86,23 +102,41 @@ void LibraryState::mark(PhotoRow row, std::optional<ReviewDecision> decision, co
     count(row, +1);
 }
 
-void LibraryState::rename(PhotoRow row, const Photo& renamed) {
+void LibraryState::restoreMark(PhotoRow row, const std::optional<library::ReviewMark>& mark) {
+    count(row, -1);
+    const auto& path = photos()[row].url.path();
+    if (mark)
+        marks_.insert_or_assign(path, *mark);
+    else
+        marks_.erase(path);
+    count(row, +1);
+}
+
+PhotoRow LibraryState::rename(PhotoRow row, const Photo& renamed) {
     auto photos = *photos_;
     const auto before = std::exchange(photos[row], renamed);
-    photos_ = std::make_shared<const std::vector<Photo>>(std::move(photos));
     rows_.erase(before.url);
-    rows_[renamed.url] = row;
+    marks_.erase(renamed.url.path());
     if (auto mark = marks_.extract(before.url.path())) {
-        marks_.erase(renamed.url.path()); // left behind by a file that once had this name
         mark.key() = renamed.url.path();
         marks_.insert(std::move(mark));
     }
+    const auto leftBehind = find(renamed.url);
+    rows_[renamed.url] = row;
+    if (leftBehind) {
+        photos.erase(photos.begin() + *leftBehind);
+        setPhotos(std::move(photos));
+        return rows_.at(renamed.url);
+    }
+    photos_ = std::make_shared<const std::vector<Photo>>(std::move(photos));
     recount();
+    return row;
 }
 
 void LibraryState::count(PhotoRow row, int step) {
-    if (!reach_[row]) return;
     const auto by = static_cast<std::size_t>(step);
+    if (isUnavailable(row)) unavailableCount_ += by;
+    if (!reach_[row]) return;
     readableCount_ += by;
     if (library::isToOrganize(photos()[row], marks_)) eligibleCount_ += by;
     const auto current = decision(row);
@@ -111,7 +145,7 @@ void LibraryState::count(PhotoRow row, int step) {
 }
 
 void LibraryState::recount() {
-    readableCount_ = importCount_ = skipCount_ = eligibleCount_ = 0;
+    readableCount_ = unavailableCount_ = importCount_ = skipCount_ = eligibleCount_ = 0;
     for (PhotoRow row = 0; row < reach_.size(); ++row) count(row, +1);
 }
 

@@ -46,26 +46,41 @@ public:
     const std::optional<library::FingerprintStamp>& stamp(PhotoRow row) const { return reach_[row]; }
     /// The decision that holds now: of a readable photo whose file is as it was when it was marked.
     std::optional<library::ReviewDecision> decision(PhotoRow row) const;
+    /// Whether the latest look at the photo found it unreadable; false before the first look.
+    bool isUnavailable(PhotoRow row) const { return looked_[row] && !reach_[row]; }
+    /// The photo's mark as it is stored, whether or not it holds now.
+    std::optional<library::ReviewMark> mark(PhotoRow row) const;
     std::optional<library::FolderState> folderState(const files::FileUrl& folder) const;
 
     /// Rows in library order.
     std::vector<PhotoRow> readableRows() const;
     std::size_t readableCount() const { return readableCount_; }
+    std::size_t unavailableCount() const { return unavailableCount_; }
     std::size_t importCount() const { return importCount_; }
     std::size_t skipCount() const { return skipCount_; }
     /// Readable photos that organizing would copy.
     std::size_t eligibleCount() const { return eligibleCount_; }
 
-    /// Whether the survey, made of these photos and folders, says the same as the last one.
-    bool agreesWith(const library::LibrarySurvey& survey) const;
+    /// How a survey differs from what was known.
+    enum class Difference {
+        none,
+        firstLook, ///< only in photos and folders that no survey had reached before
+        change,    ///< also in photos that had been looked at
+    };
+    /// Compares a survey of these photos and folders with the last one.
+    Difference compare(const library::LibrarySurvey& survey) const;
     void apply(library::LibrarySurvey survey);
 
     /// Notes a fresh stamp and the decision with it, or without a decision removes the mark.
     void mark(PhotoRow row, std::optional<library::ReviewDecision> decision,
               const library::FingerprintStamp& fresh);
+    /// Stores a mark as it once was, or without one removes the mark. The known stamp stays.
+    void restoreMark(PhotoRow row, const std::optional<library::ReviewMark>& mark);
 
-    /// The photo lives under another URL now; mark, stamp and row go with it.
-    void rename(PhotoRow row, const library::Photo& renamed);
+    /// Gives the photo at `row` another URL; mark and stamp move with it. A record and a mark that a file
+    /// left behind under the new URL are dropped. Returns the photo's row, which is another one when a record
+    /// was dropped.
+    PhotoRow rename(PhotoRow row, const library::Photo& renamed);
 
     library::LibraryContents session() const { return {*photos_, folders_, marks_}; }
 
@@ -79,7 +94,9 @@ private:
     std::unordered_map<files::FileUrl, PhotoRow> rows_;
     std::unordered_map<files::FileUrl, library::FolderState> folderStates_;
     std::vector<std::optional<library::FingerprintStamp>> reach_; ///< by row
-    std::size_t readableCount_ = 0, importCount_ = 0, skipCount_ = 0, eligibleCount_ = 0;
+    std::vector<bool> looked_;                                    ///< by row: a survey has reached the photo
+    std::size_t readableCount_ = 0, unavailableCount_ = 0;
+    std::size_t importCount_ = 0, skipCount_ = 0, eligibleCount_ = 0;
 };
 
 } // namespace lumisort::model

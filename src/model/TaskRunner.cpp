@@ -7,7 +7,7 @@ namespace lumisort::model {
 
 namespace {
 
-/// Document load, import, inspection, marks, scan and organizing may run side by side.
+/// Document load, import, inspection, marks, scan and organizing may run at the same time.
 constexpr int mostJobsAtOnce = 8;
 
 } // namespace

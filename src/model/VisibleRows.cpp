@@ -1,39 +1,28 @@
 #include "model/VisibleRows.h"
 
 #include "library/FolderMatcher.h"
-#include "platform/text/Collation.h"
 
+#include <algorithm>
 #include <array>
-#include <utility>
 
 namespace lumisort::model {
 
+namespace {
+
+/// By section.
+constexpr std::array<std::string_view, 6> sectionNames{"library", "folder",  "offline",
+                                                       "keep",    "cleanup", "similar"};
+
+} // namespace
+
+std::string_view sectionName(Section section) {
+    return sectionNames[static_cast<std::size_t>(section)];
+}
+
 Section sectionNamed(std::string_view name) {
-    static constexpr std::array<std::pair<std::string_view, Section>, 5> named{
-        {{"folder", Section::folder},
-         {"offline", Section::offline},
-         {"keep", Section::keep},
-         {"cleanup", Section::cleanup},
-         {"similar", Section::similar}}};
-    for (const auto& [title, section] : named)
-        if (title == name) return section;
-    return Section::library;
-}
-
-std::string SearchNames::folded(std::string_view text) {
-    return text::lowerCase(text::canonicalForm(text));
-}
-
-void SearchNames::update(const LibraryState::Photos& photos) {
-    if (photos == photos_) return;
-    std::vector<std::string> names;
-    names.reserve(photos->size());
-    for (std::size_t row = 0; row < photos->size(); ++row) {
-        const bool known = photos_ && row < names_.size() && (*photos_)[row].url == (*photos)[row].url;
-        names.push_back(known ? std::move(names_[row]) : folded((*photos)[row].url.name()));
-    }
-    names_ = std::move(names);
-    photos_ = photos;
+    const auto found = std::ranges::find(sectionNames, name);
+    return found == sectionNames.end() ? Section::library
+                                       : static_cast<Section>(found - sectionNames.begin());
 }
 
 std::vector<PhotoRow> visibleRows(const LibraryState& state, const SearchNames& names,
@@ -41,12 +30,11 @@ std::vector<PhotoRow> visibleRows(const LibraryState& state, const SearchNames& 
     std::optional<library::FolderMatcher> folder;
     if (query.section == Section::folder && query.folder) folder.emplace(*query.folder);
     const std::string text = SearchNames::folded(query.text);
-    const bool offline = query.section == Section::offline;
 
     std::vector<PhotoRow> rows;
     const auto count = static_cast<PhotoRow>(state.photos().size());
     for (PhotoRow row = 0; row < count; ++row) {
-        if (state.isReadable(row) == offline) continue;
+        if (query.section == Section::offline ? !state.isUnavailable(row) : !state.isReadable(row)) continue;
         if (!text.empty() && !names.matches(row, text)) continue;
         if (folder && !folder->contains(state.photos()[row].url)) continue;
         if (query.section == Section::keep && state.decision(row) != library::ReviewDecision::keep) continue;
@@ -55,6 +43,18 @@ std::vector<PhotoRow> visibleRows(const LibraryState& state, const SearchNames& 
         rows.push_back(row);
     }
     return rows;
+}
+
+std::vector<std::size_t> visibleGroups(std::span<const similarity::SimilarityGroup> groups,
+                                       std::string_view text) {
+    const auto wanted = SearchNames::folded(text);
+    std::vector<std::size_t> visible;
+    for (std::size_t i = 0; i < groups.size(); ++i)
+        if (wanted.empty() || std::ranges::any_of(groups[i].photos, [&](const library::Photo& photo) {
+                return SearchNames::folded(photo.url.name()).find(wanted) != std::string::npos;
+            }))
+            visible.push_back(i);
+    return visible;
 }
 
 } // namespace lumisort::model

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "model/LibraryState.h"
+#include "model/SearchNames.h"
+#include "similarity/SimilarityGroup.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,7 +14,9 @@ namespace lumisort::model {
 /// What the grid shows.
 enum class Section { library, folder, offline, keep, cleanup, similar };
 
-/// The section of that name ("library", "folder", …); any other name acts like "library".
+/// "library", "folder", "offline", "keep", "cleanup", "similar".
+std::string_view sectionName(Section section);
+/// The section of that name; any other name acts like "library".
 Section sectionNamed(std::string_view name);
 
 struct VisibleQuery {
@@ -21,23 +25,12 @@ struct VisibleQuery {
     std::string text;                     ///< what a file's name must hold, letter case aside; empty for all
 };
 
-/// File names as searching compares them, folded once so that a keystroke costs no more than looking.
-class SearchNames {
-public:
-    /// Folds the names of the photos that are not among those it already has, by position.
-    void update(const LibraryState::Photos& photos);
-    bool matches(PhotoRow row, std::string_view foldedText) const {
-        return names_[row].find(foldedText) != std::string::npos;
-    }
-    static std::string folded(std::string_view text);
-
-private:
-    LibraryState::Photos photos_;
-    std::vector<std::string> names_;
-};
-
 /// Rows of the photos that pass, in library order. `names` must be up to date with the state's photos.
 std::vector<PhotoRow> visibleRows(const LibraryState& state, const SearchNames& names,
                                   const VisibleQuery& query);
+
+/// Indices of the groups that hold a photo whose name contains `text`, letter case aside; of all for "".
+std::vector<std::size_t> visibleGroups(std::span<const similarity::SimilarityGroup> groups,
+                                       std::string_view text);
 
 } // namespace lumisort::model

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
@@ -8,20 +9,19 @@ FocusScope {
     id: content
     required property LibraryWindow window
     property real tileSize: 210
-    readonly property QtObject model: window.model
-    readonly property WindowCommands commands: window.commands
+    readonly property ActionSet actions: window.actions
 
     Loader {
         anchors.fill: parent
         focus: true
         sourceComponent: {
             switch (content.window.page) {
-            case "welcome": return welcome;
-            case "photos": return photos;
-            case "groups": return groups;
-            case "scanning": return scanning;
-            case "findMatches": return findMatches;
-            case "noMatches": return noMatches;
+            case LibraryWindow.Welcome: return welcome;
+            case LibraryWindow.Photos: return photos;
+            case LibraryWindow.Groups: return groups;
+            case LibraryWindow.Scanning: return scanning;
+            case LibraryWindow.FindMatches: return findMatches;
+            case LibraryWindow.NoMatches: return noMatches;
             default: return empty;
             }
         }
@@ -47,16 +47,16 @@ FocusScope {
         id: welcome
         EmptyPanel {
             iconName: "photo"
-            headline: content.model.busy ? "" : "Add photos"
-            note: content.model.busy ? "" : "JPEG, HEIC, PNG, TIFF, RAW"
-            command: content.commands.addFolder
+            headline: content.window.task.busy ? "" : "Add photos"
+            note: content.window.task.busy ? "" : "JPEG, HEIC, PNG, TIFF, RAW"
+            command: content.actions.of(ActionSet.AddFolder)
             hint: "Or drop folders here"
         }
     }
     Component {
         id: empty
         EmptyPanel {
-            iconName: content.model.query !== "" ? "edit-find" : "photo"
+            iconName: content.window.state.query !== "" ? "edit-find" : "photo"
             headline: content.window.emptyText
         }
     }
@@ -65,7 +65,7 @@ FocusScope {
         EmptyPanel {
             iconName: "edit-duplicate"
             headline: "Find matching photos"
-            command: content.commands.findMatches
+            command: content.actions.of(ActionSet.FindMatches)
         }
     }
     Component {
@@ -80,8 +80,8 @@ FocusScope {
         EmptyPanel {
             iconName: "edit-duplicate"
             headline: "Analyzing photos…"
-            progress: content.model.similarityProgress
-            command: content.commands.stop
+            progress: content.window.matches.progress
+            command: content.actions.of(ActionSet.Stop)
             quiet: true
         }
     }

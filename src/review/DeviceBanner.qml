@@ -30,7 +30,7 @@ Rectangle {
         }
         PushButton {
             text: "Browse"
-            enabled: !banner.window.model.busy
+            enabled: !banner.window.task.busy
             reason: "Please wait for the current task to finish."
             onClicked: banner.window.browseDevice()
         }

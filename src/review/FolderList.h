@@ -1,12 +1,12 @@
 #pragma once
 
-#include "model/LibraryModel.h"
+#include "review/WindowState.h"
 
 #include <QAbstractListModel>
 
 namespace lumisort::review {
 
-/// The library's folders for the sidebar. Main thread; the model outlives it.
+/// The library's folders for the sidebar. Main thread; library and window outlive it.
 class FolderList : public QAbstractListModel {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
         CurrentRole, ///< whether the grid shows it
     };
 
-    explicit FolderList(const model::LibraryModel& model);
+    FolderList(const model::Library& library, const WindowState& window);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -28,7 +28,8 @@ public:
 private:
     void refill();
 
-    const model::LibraryModel& model_;
+    const model::Library& library_;
+    const WindowState& window_;
     std::vector<files::FileUrl> folders_;
 };
 

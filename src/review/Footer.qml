@@ -1,14 +1,16 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
-/// What the program does, how large the thumbnails are, how much is there.
+/// The footer: status line, progress, undo, thumbnail size and counts.
 Item {
     id: footer
     required property LibraryWindow window
     property real tileSize: 210
-    readonly property QtObject model: window.model
+    /// Gets the keyboard from parts that are hidden.
+    property Item successor: null
     signal tileSizeWanted(real size)
 
     implicitHeight: 34
@@ -26,27 +28,27 @@ Item {
         Item {
             implicitWidth: 16
             implicitHeight: 16
-            OnDemand {
-                wanted: footer.model.busy
-                sourceComponent: Spinner { running: footer.model.busy }
+            LazyLoader {
+                wanted: footer.window.task.busy
+                sourceComponent: Spinner { running: footer.window.task.busy }
             }
             Icon {
-                visible: !footer.model.busy
+                visible: !footer.window.task.busy
                 name: "security-high"
                 color: Theme.secondary
             }
         }
         StyledText {
-            text: Theme.line(footer.model.status)
+            text: Theme.line(footer.window.status.text)
             font.pixelSize: 12
             color: Theme.secondary
             Accessible.name: "Status: " + text
             Layout.fillWidth: true
         }
         Repeater {
-            // There once something was marked.
+            // Shown once something was marked.
             model: footer.window.marks.canUndo || footer.window.marks.canRedo
-                   ? [footer.window.commands.undo, footer.window.commands.redo] : []
+                   ? [footer.window.actions.of(ActionSet.Undo), footer.window.actions.of(ActionSet.Redo)] : []
             IconButton {
                 required property var modelData
                 command: modelData
@@ -54,20 +56,21 @@ Item {
                 implicitHeight: 24
             }
         }
-        OnDemand {
-            wanted: footer.model.similarityRunning
+        LazyLoader {
+            wanted: footer.window.matches.running
             sourceComponent: ProgressLine {
                 label: "Scan progress"
-                value: footer.model.similarityProgress
+                value: footer.window.matches.progress
             }
             Layout.preferredWidth: 120
         }
-        OnDemand {
-            wanted: footer.model.similarityRunning || footer.model.importRunning
+        LazyLoader {
+            wanted: footer.window.matches.running || footer.window.folderImport.running
             sourceComponent: PushButton {
-                command: footer.window.commands.stop
+                command: footer.window.actions.of(ActionSet.Stop)
                 implicitHeight: 24
             }
+            successor: footer.successor
         }
         Icon {
             name: "view-grid"
@@ -84,8 +87,8 @@ Item {
         }
         StyledText {
             font.pixelSize: 12
-            text: footer.model.availableCount.toLocaleString(Qt.locale("en"), "f", 0) + " available / "
-                  + footer.window.recordedCount.toLocaleString(Qt.locale("en"), "f", 0) + " recorded"
+            text: footer.window.library.availableCount.toLocaleString(Qt.locale("en"), "f", 0) + " available / "
+                  + footer.window.library.recordedCount.toLocaleString(Qt.locale("en"), "f", 0) + " recorded"
             color: Theme.secondary
         }
     }

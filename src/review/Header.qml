@@ -1,18 +1,20 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
-/// What to look at, what to do with it, and what was chosen.
+/// The header: title, search, the window's main actions, and the selection's.
 Item {
     id: header
     required property LibraryWindow window
-    readonly property QtObject model: window.model
-    readonly property WindowCommands commands: window.commands
-    readonly property bool similar: model.section === "similar"
+    readonly property ActionSet actions: window.actions
+    readonly property bool similar: window.state.section === "similar"
     /// Room for words instead of icons, and for keys beside the words.
     readonly property bool narrow: width < 960
     readonly property bool tight: width < (similar ? 1200 : 900)
+    /// Gets the keyboard from parts that are hidden.
+    property Item successor: null
     signal photosWanted
 
     implicitHeight: column.implicitHeight + Theme.l + Theme.m
@@ -43,27 +45,27 @@ Item {
             SearchField {
                 id: search
                 placeholderText: "Search filenames"
-                text: header.model.query
-                onTextEdited: header.model.query = text
-                onTextChanged: if (text === "" && header.model.query !== "") header.model.query = ""
+                text: header.window.state.query
+                onTextEdited: header.window.state.query = text
+                onTextChanged: if (text === "" && header.window.state.query !== "") header.window.state.query = ""
                 onAccepted: header.photosWanted()
                 Keys.onDownPressed: header.photosWanted()
                 Layout.minimumWidth: 110
                 Layout.maximumWidth: header.narrow ? 170 : 220
                 Layout.fillWidth: true
             }
-            IconButton { command: header.commands.details }
+            IconButton { command: header.actions.of(ActionSet.Details) }
             PushButton {
-                command: header.commands.compare
+                command: header.actions.of(ActionSet.Compare)
                 hint: ""
                 help: command.hint
             }
             PushButton {
-                command: header.commands.film
+                command: header.actions.of(ActionSet.Film)
                 help: "Select a RAW photo for Film"
             }
             PushButton {
-                command: header.commands.organize
+                command: header.actions.of(ActionSet.Organize)
                 hint: ""
                 help: command.hint
                 prominent: true
@@ -74,52 +76,53 @@ Item {
             spacing: Theme.s
             PushButton {
                 visible: !header.similar
-                command: header.commands.findMatches
+                command: header.actions.of(ActionSet.FindMatches)
                 hint: ""
                 help: command.hint
                 prominent: true
             }
-            OnDemand {
+            LazyLoader {
                 wanted: header.similar && !header.narrow
                 sourceComponent: Segmented {
                     label: "Find"
                     model: header.window.methods
                     currentIndex: header.window.method
-                    enabled: !header.model.busy
+                    enabled: !header.window.task.busy
                     reason: "Please wait for the current task to finish."
                     onActivated: index => header.window.method = index
                 }
             }
-            OnDemand {
+            LazyLoader {
                 wanted: header.similar && header.narrow
                 sourceComponent: Picker {
                     label: "Find"
                     model: header.window.methods
                     currentIndex: header.window.method
-                    enabled: !header.model.busy
+                    enabled: !header.window.task.busy
                     reason: "Please wait for the current task to finish."
                     onActivated: index => header.window.method = index
                 }
                 Layout.preferredWidth: 150
             }
-            OnDemand {
+            LazyLoader {
                 wanted: header.similar
                 sourceComponent: Picker {
                     label: "Matching"
                     model: header.window.levels
                     currentIndex: header.window.level
-                    enabled: !header.model.busy
+                    enabled: !header.window.task.busy
                     reason: "Please wait for the current task to finish."
                     onActivated: index => header.window.level = index
                 }
             }
             Item { Layout.fillWidth: true }
-            OnDemand {
-                wanted: header.window.selectedCount > 0
+            LazyLoader {
+                wanted: header.window.selection.count > 0
                 sourceComponent: SelectionBar {
                     window: header.window
                     tight: header.tight
                 }
+                successor: header.successor
                 // Its place stays, so that nothing moves when a selection begins.
                 visible: active
                 opacity: wanted ? 1 : 0
@@ -127,8 +130,8 @@ Item {
             }
         }
 
-        OnDemand {
-            wanted: header.model.unavailableCount > 0
+        LazyLoader {
+            wanted: header.window.library.unavailableCount > 0
             sourceComponent: RowLayout {
                 spacing: Theme.s
                 Icon {
@@ -136,7 +139,7 @@ Item {
                     color: Theme.skip
                 }
                 Caption {
-                    text: header.model.unavailableCount.toLocaleString(Qt.locale("en"), "f", 0)
+                    text: header.window.library.unavailableCount.toLocaleString(Qt.locale("en"), "f", 0)
                           + " saved records unavailable. Reconnect the drive or check the source folder."
                     Layout.fillWidth: true
                 }
@@ -144,14 +147,15 @@ Item {
             Layout.fillWidth: true
         }
 
-        OnDemand {
-            wanted: header.similar && header.model.similarityFailures.length > 0
+        LazyLoader {
+            wanted: header.similar && header.window.matches.failures.length > 0
             sourceComponent: Disclosure {
-                title: header.model.similarityFailures.length + " analysis failures"
+                title: header.window.matches.failures.length + (header.window.matches.failures.length === 1 ? " analysis failure" : " analysis failures")
                 SelectableText {
+                    label: "Analysis failures"
                     width: parent.width
                     height: Math.min(implicitHeight, 120)
-                    text: header.model.similarityFailures.join("\n")
+                    text: header.window.matches.failures.join("\n")
                 }
             }
             Layout.fillWidth: true

@@ -1,6 +1,6 @@
 #include "review/LibraryWindow.h"
 
-#include "model/Utf8.h"
+#include "review/StatusText.h"
 
 #include <algorithm>
 #include <utility>
@@ -9,7 +9,6 @@ namespace lumisort::review {
 
 using files::FileUrl;
 using library::Photo;
-using library::ReviewDecision;
 using model::LibraryModel;
 using model::Section;
 
@@ -19,50 +18,47 @@ std::optional<FileUrl> fileUrl(const QString& url) {
     return FileUrl::fromString(url.toStdString());
 }
 
-Section sectionOf(const LibraryModel& model) {
-    return model::sectionNamed(model.section().toStdString());
-}
-
 } // namespace
 
 LibraryWindow::LibraryWindow(LibraryModel& model, QObject* parent)
-    : QObject(parent), model_(model), marks_(model), folders_(model), groups_(model), cursor_(model, groups_),
-      commands_(model, marks_, nullptr) {
-    connect(&model, &LibraryModel::sectionChanged, this, [this] {
+    : QObject(parent), model_(model), state_(model), status_(model.task(), model.reports()), marks_(model),
+      folders_(model.library(), state_), groups_(model, state_), cursor_(model, state_, groups_),
+      actions_(model, state_, marks_), photoActions_(model, state_, marks_) {
+    connect(&state_, &WindowState::sectionChanged, this, [this] {
         Q_EMIT titleChanged();
         Q_EMIT pageChanged();
     });
-    connect(&model, &LibraryModel::countsChanged, this, [this] {
-        ++marksRevision_;
-        Q_EMIT marksChanged();
-        Q_EMIT pageChanged();
-    });
-    connect(&model, &LibraryModel::similarityChanged, this, [this] {
+    connect(&model.library(), &model::Library::countsChanged, this, &LibraryWindow::pageChanged);
+    connect(&model.matches(), &model::MatchSearch::changed, this, [this] {
         Q_EMIT similarityChanged();
         Q_EMIT pageChanged();
     });
-    connect(&model, &LibraryModel::queryChanged, this, &LibraryWindow::pageChanged);
-    connect(&model, &LibraryModel::busyChanged, this, &LibraryWindow::pageChanged);
-    connect(&model, &LibraryModel::selectionChanged, this, [this] {
+    connect(&state_, &WindowState::queryChanged, this, &LibraryWindow::pageChanged);
+    connect(&model.task(), &model::ExclusiveTask::busyChanged, this, &LibraryWindow::pageChanged);
+    connect(&model.selection(), &model::Selection::changed, this, [this] {
         ++selectionRevision_;
         Q_EMIT selectionChanged();
     });
-    connect(&model, &LibraryModel::devicesChanged, this, &LibraryWindow::deviceChanged);
-    connect(&model, &LibraryModel::folderWanted, this, [this](const std::optional<FileUrl>& startingAt) {
-        Q_EMIT folderWanted(startingAt ? model::fromUtf8(startingAt->string()) : QString());
+    connect(&model.drives(), &model::Drives::changed, this, &LibraryWindow::deviceChanged);
+    connect(&state_, &WindowState::folderWanted, this, [this](const std::optional<FileUrl>& startingAt) {
+        Q_EMIT folderWanted(startingAt ? QString::fromUtf8(startingAt->string()) : QString());
     });
-    connect(&model, &LibraryModel::foldersRefused, this, [this](const std::vector<FileUrl>& urls) {
-        QStringList names;
-        for (const auto& url : urls) names << model::fromUtf8(url.name());
-        refuse(names);
+    connect(&model.folderImport(), &model::FolderImport::refused, this,
+            [this](const std::vector<FileUrl>& urls) {
+                QStringList names;
+                for (const auto& url : urls) names << QString::fromUtf8(url.name());
+                refuse(names);
+            });
+    connect(&model.reports(), &model::Reports::added, this, [this](const model::Report& report) {
+        if (const auto notice = noticeText(report); !notice.isEmpty()) say(notice);
     });
 }
 
 QString LibraryWindow::title() const {
-    switch (sectionOf(model_)) {
+    switch (state_.section()) {
     case Section::folder: {
-        const auto& folder = model_.selectedFolder();
-        return folder ? model::fromUtf8(folder->name()) : QString();
+        const auto& folder = state_.folder();
+        return folder ? QString::fromUtf8(folder->name()) : QString();
     }
     case Section::offline:
         return QStringLiteral("Unavailable");
@@ -78,104 +74,77 @@ QString LibraryWindow::title() const {
     return QStringLiteral("All Photos");
 }
 
-QString LibraryWindow::page() const {
-    if (model_.photos().empty()) return QStringLiteral("welcome");
-    if (sectionOf(model_) != Section::similar)
-        return model_.visiblePhotos().rows().empty() ? QStringLiteral("empty") : QStringLiteral("photos");
-    if (model_.similarityRunning()) return QStringLiteral("scanning");
-    if (!model_.similarityComplete()) return QStringLiteral("findMatches");
-    if (model_.similarGroups().empty()) return QStringLiteral("noMatches");
-    return groups_.groupCount() == 0 ? QStringLiteral("empty") : QStringLiteral("groups");
+LibraryWindow::Page LibraryWindow::page() const {
+    if (model_.library().photos().empty()) return Welcome;
+    if (state_.section() != Section::similar) return state_.photos().rows().empty() ? Empty : Photos;
+    if (model_.matches().running()) return Scanning;
+    if (!model_.matches().complete()) return FindMatches;
+    if (model_.matches().groups().empty()) return NoMatches;
+    return groups_.groupCount() == 0 ? Empty : Groups;
 }
 
 QString LibraryWindow::emptyText() const {
     // Nothing counts as available before the first look at a folder, a moment after the start or an import.
-    if (!std::ranges::all_of(model_.folders(), [this](const FileUrl& folder) {
-            return model_.folderState(folder).has_value();
-        }))
-        return {};
-    const bool allAway = model_.availableCount() == 0 && model_.unavailableCount() > 0;
-    return allAway && sectionOf(model_) != Section::offline
+    if (!model_.library().isLookedAt()) return {};
+    const bool allAway = model_.library().availableCount() == 0 && model_.library().unavailableCount() > 0;
+    return allAway && state_.section() != Section::offline
                ? QStringLiteral("Reconnect a drive to view photos.")
                : QStringLiteral("No matching photos");
 }
 
-std::optional<Photo> LibraryWindow::photoOf(const QString& url) const {
-    const auto file = fileUrl(url);
-    return file ? model_.photo(*file) : std::nullopt;
-}
-
 bool LibraryWindow::isSelected(const QString& url) const {
     const auto file = fileUrl(url);
-    return file && model_.selected().contains(*file);
-}
-
-bool LibraryWindow::isReadable(const QString& url) const {
-    const auto photo = photoOf(url);
-    return photo && model_.isReadable(*photo);
-}
-
-QString LibraryWindow::decision(const QString& url) const {
-    const auto photo = photoOf(url);
-    const auto decision = photo ? model_.decision(*photo) : std::nullopt;
-    return decision ? model::fromUtf8(rawValue(*decision)) : QString();
+    return file && model_.selection().selected().contains(*file);
 }
 
 void LibraryWindow::showSection(const QString& section) {
-    model_.setSection(section);
-    model_.selectAll({}, std::nullopt);
+    state_.setSectionName(section);
+    model_.selection().clear();
 }
 
 void LibraryWindow::showFolder(const QString& url) {
-    if (const auto folder = fileUrl(url)) model_.showFolder(*folder);
+    if (const auto folder = fileUrl(url)) state_.showFolder(*folder);
     Q_EMIT titleChanged();
 }
 
-void LibraryWindow::showDetails(const QString& url) {
-    if (const auto photo = photoOf(url)) model_.showDetails(photo);
-}
-
-void LibraryWindow::mark(const QString& url, const QString& decision) {
-    if (const auto photo = photoOf(url))
-        marks_.mark({*photo}, library::reviewDecisionFromRawValue(decision.toStdString()));
-}
-
 void LibraryWindow::setMethod(int method) {
-    if (model_.busy() || method == this->method()) return;
-    model_.setSimilarityMethod(static_cast<model::SimilarityMethod>(method));
-    model_.findSimilar();
+    if (model_.task().busy() || method == this->method()) return;
+    model_.matches().setMethod(static_cast<model::SimilarityMethod>(method));
+    model_.matches().find();
 }
 
 void LibraryWindow::setLevel(int level) {
-    if (model_.busy() || level == this->level()) return;
-    model_.setSimilarityLevel(static_cast<similarity::SimilarityLevel>(level));
-    if (model_.similarityComplete()) model_.findSimilar();
+    if (model_.task().busy() || level == this->level()) return;
+    model_.matches().setLevel(static_cast<similarity::SimilarityLevel>(level));
+    if (model_.matches().complete()) model_.matches().find();
 }
 
 QStringList LibraryWindow::methods() {
     QStringList names;
-    for (const auto method : model::allSimilarityMethods) names << model::fromUtf8(rawValue(method));
+    for (const auto method : model::allSimilarityMethods) names << QString::fromUtf8(rawValue(method));
     return names;
 }
 
 QStringList LibraryWindow::levels() {
     QStringList names;
-    for (const auto level : similarity::allSimilarityLevels) names << model::fromUtf8(rawValue(level));
+    for (const auto level : similarity::allSimilarityLevels) names << QString::fromUtf8(rawValue(level));
     return names;
 }
 
 QString LibraryWindow::deviceName() const {
-    const auto& pending = model_.devices().pending;
-    return pending.empty() ? QString() : model::fromUtf8(pending.front().name());
+    const auto& pending = model_.drives().pending();
+    return pending.empty() ? QString() : QString::fromUtf8(pending.front().name());
 }
 
 void LibraryWindow::browseDevice() {
-    if (const auto pending = model_.devices().pending; !pending.empty()) model_.browseDevice(pending.front());
+    const auto pending = model_.drives().pending();
+    if (model_.task().busy() || pending.empty()) return;
+    if (model_.drives().accept(pending.front())) state_.chooseFolder(pending.front());
 }
 
 void LibraryWindow::dismissDevice() {
-    if (const auto pending = model_.devices().pending; !pending.empty())
-        model_.dismissDevice(pending.front());
+    if (const auto pending = model_.drives().pending(); !pending.empty())
+        model_.drives().dismiss(pending.front());
 }
 
 void LibraryWindow::askToRemove(const QString& url) {
@@ -199,7 +168,7 @@ void LibraryWindow::addFolders(const QList<QUrl>& urls) {
     }
     say({});
     refuse(others);
-    model_.importFolders(std::move(files));
+    model_.folderImport().importFolders(std::move(files));
 }
 
 void LibraryWindow::refuse(const QStringList& names) {
@@ -211,12 +180,6 @@ void LibraryWindow::refuse(const QStringList& names) {
 
 void LibraryWindow::say(const QString& notice) {
     if (std::exchange(notice_, notice) != notice) Q_EMIT noticeChanged();
-}
-
-std::vector<Photo> LibraryWindow::comparedGroup() const {
-    const auto picked = model_.picked();
-    return picked.size() == 2 && sectionOf(model_) == Section::similar ? groups_.groupOf(picked[0], picked[1])
-                                                                       : std::vector<Photo>{};
 }
 
 } // namespace lumisort::review

@@ -1,89 +1,101 @@
 #pragma once
 
 #include "review/FolderList.h"
+#include "review/PhotoActions.h"
 #include "review/PhotoCursor.h"
 #include "review/SimilarRows.h"
-#include "review/WindowCommands.h"
+#include "review/WindowActions.h"
+#include "review/StatusLine.h"
+#include "review/WindowState.h"
 #include "review/marks/MarkHistory.h"
+
+#include <QtQml/qqmlregistration.h>
 
 #include <QObject>
 #include <QUrl>
-#include <QtQml/qqmlregistration.h>
 
 namespace lumisort::review {
 
-/// The state behind the library's window: what QML cannot ask the model for itself. It holds nothing of the
-/// library. Main thread; the model outlives it.
+/// The state behind the library's window: the objects that its views show, and what they cannot ask these
+/// for. Holds nothing of the library. Main thread; the model outlives it.
 class LibraryWindow : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(QObject* model READ modelObject CONSTANT)
+    Q_PROPERTY(lumisort::review::WindowState* state READ state CONSTANT)
+    Q_PROPERTY(QObject* status READ status CONSTANT)
+    Q_PROPERTY(QObject* library READ library CONSTANT)
+    Q_PROPERTY(QObject* task READ task CONSTANT)
+    Q_PROPERTY(QObject* folderImport READ folderImport CONSTANT)
+    Q_PROPERTY(QObject* matches READ matches CONSTANT)
+    Q_PROPERTY(QObject* selection READ selection CONSTANT)
     Q_PROPERTY(QAbstractItemModel* photos READ photos CONSTANT)
     Q_PROPERTY(QAbstractItemModel* folders READ folders CONSTANT)
     Q_PROPERTY(lumisort::review::SimilarRows* groups READ groups CONSTANT)
     Q_PROPERTY(lumisort::review::PhotoCursor* cursor READ cursor CONSTANT)
-    Q_PROPERTY(lumisort::review::WindowCommands* commands READ commands CONSTANT)
+    Q_PROPERTY(lumisort::review::ActionSet* actions READ actions CONSTANT)
+    Q_PROPERTY(lumisort::review::PhotoActions* photoActions READ photoActions CONSTANT)
     Q_PROPERTY(lumisort::review::MarkHistory* marks READ marks CONSTANT)
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
-    Q_PROPERTY(QString page READ page NOTIFY pageChanged)
+    Q_PROPERTY(Page page READ page NOTIFY pageChanged)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY pageChanged)
-    Q_PROPERTY(int recordedCount READ recordedCount NOTIFY pageChanged)
-    Q_PROPERTY(int selectedCount READ selectedCount NOTIFY selectionChanged)
     Q_PROPERTY(int selectionRevision READ selectionRevision NOTIFY selectionChanged)
-    Q_PROPERTY(int marksRevision READ marksRevision NOTIFY marksChanged)
     Q_PROPERTY(int method READ method WRITE setMethod NOTIFY similarityChanged)
     Q_PROPERTY(int level READ level WRITE setLevel NOTIFY similarityChanged)
     Q_PROPERTY(QStringList methods READ methods CONSTANT)
     Q_PROPERTY(QStringList levels READ levels CONSTANT)
-    Q_PROPERTY(int groupCount READ groupCount NOTIFY similarityChanged)
     Q_PROPERTY(QString deviceName READ deviceName NOTIFY deviceChanged)
     Q_PROPERTY(QString folderToRemove READ folderToRemove NOTIFY folderToRemoveChanged)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
 public:
+    /// What fills the window.
+    enum Page {
+        Welcome, ///< the library has no photos
+        Photos,
+        Empty, ///< no photo to show; `emptyText` says why
+        Groups,
+        Scanning,
+        FindMatches, ///< no scan yet
+        NoMatches,
+    };
+    Q_ENUM(Page)
+
     explicit LibraryWindow(model::LibraryModel& model, QObject* parent = nullptr);
 
-    QObject* modelObject() const { return &model_; }
-    QAbstractItemModel* photos() const { return &model_.visiblePhotos(); }
+    WindowState* state() { return &state_; }
+    StatusLine* status() { return &status_; }
+    model::Library* library() { return &model_.library(); }
+    model::ExclusiveTask* task() { return &model_.task(); }
+    model::FolderImport* folderImport() { return &model_.folderImport(); }
+    model::MatchSearch* matches() { return &model_.matches(); }
+    model::Selection* selection() { return &model_.selection(); }
+    QAbstractItemModel* photos() { return &state_.photos(); }
     QAbstractItemModel* folders() { return &folders_; }
     SimilarRows* groups() { return &groups_; }
     PhotoCursor* cursor() { return &cursor_; }
-    WindowCommands* commands() { return &commands_; }
+    ActionSet* actions() { return &actions_; }
+    PhotoActions* photoActions() { return &photoActions_; }
     MarkHistory* marks() { return &marks_; }
 
     /// The heading over the photos.
     QString title() const;
-    /// What fills the window: "welcome", "photos", "empty" (no photo to show; `emptyText` says why),
-    /// "groups", "scanning", "findMatches" (no scan yet), "noMatches".
-    QString page() const;
+    Page page() const;
     QString emptyText() const;
-    int recordedCount() const { return static_cast<int>(model_.photos().size()); }
 
-    int selectedCount() const { return static_cast<int>(model_.selected().size()); }
-    /// Goes up with every change, so that cards on show ask isSelected or decision again.
+    /// Goes up with every change, so that cards on show ask isSelected again.
     int selectionRevision() const { return selectionRevision_; }
-    int marksRevision() const { return marksRevision_; }
     Q_INVOKABLE bool isSelected(const QString& url) const;
-    Q_INVOKABLE bool isReadable(const QString& url) const;
-    /// "Keep", "For Cleanup" or "".
-    Q_INVOKABLE QString decision(const QString& url) const;
 
     Q_INVOKABLE void showSection(const QString& section);
     Q_INVOKABLE void showFolder(const QString& url);
-    /// What the context menu of one photo asks for.
-    Q_INVOKABLE void showDetails(const QString& url);
-    /// `decision` as in decision().
-    Q_INVOKABLE void mark(const QString& url, const QString& decision);
-
     /// The picker's choices: another method scans anew; another level scans anew where a scan had finished.
-    int method() const { return static_cast<int>(model_.similarityMethod()); }
+    int method() const { return static_cast<int>(model_.matches().method()); }
     void setMethod(int method);
-    int level() const { return static_cast<int>(model_.similarityLevel()); }
+    int level() const { return static_cast<int>(model_.matches().level()); }
     void setLevel(int level);
     static QStringList methods();
     static QStringList levels();
-    int groupCount() const { return static_cast<int>(model_.similarGroups().size()); }
 
     /// The first drive that waits for an answer, "" for none.
     QString deviceName() const;
@@ -100,14 +112,10 @@ public:
     QString notice() const { return notice_; }
     Q_INVOKABLE void dismissNotice() { say({}); }
 
-    /// The photos to compare, and the group of similar photos that holds them, if one on show does.
-    std::vector<library::Photo> comparedGroup() const;
-
 Q_SIGNALS:
     void titleChanged();
     void pageChanged();
     void selectionChanged();
-    void marksChanged();
     void similarityChanged();
     void deviceChanged();
     void folderToRemoveChanged();
@@ -116,17 +124,19 @@ Q_SIGNALS:
     void folderWanted(const QString& startingAt);
 
 private:
-    std::optional<library::Photo> photoOf(const QString& url) const;
     void say(const QString& notice);
     void refuse(const QStringList& names);
 
     model::LibraryModel& model_;
+    WindowState state_;
+    StatusLine status_;
     MarkHistory marks_;
     FolderList folders_;
     SimilarRows groups_;
     PhotoCursor cursor_;
-    WindowCommands commands_;
-    int selectionRevision_ = 0, marksRevision_ = 0;
+    WindowActions actions_;
+    PhotoActions photoActions_;
+    int selectionRevision_ = 0;
     QString folderToRemove_, notice_;
 };
 

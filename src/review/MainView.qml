@@ -1,16 +1,17 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
-/// The library's window: sidebar, header, photos, footer.
+/// The content of the library's window: sidebar, header, photos, footer.
 FocusScope {
     id: view
     required property LibraryWindow window
-    readonly property QtObject model: window.model
-    /// Something modal is open: keys are not for the photos.
-    property bool covered: false
     property real tileSize: 210
+    signal settingsWanted
+
+    Keys.onPressed: event => event.accepted = window.actions.press(event.key, event.modifiers, event.isAutoRepeat)
 
     Rectangle {
         anchors.fill: parent
@@ -32,15 +33,17 @@ FocusScope {
         }
         ColumnLayout {
             spacing: 0
-            OnDemand {
+            LazyLoader {
                 wanted: view.window.deviceName !== ""
                 sourceComponent: DeviceBanner { window: view.window }
+                successor: content
                 Layout.fillWidth: true
             }
             Header {
                 id: header
                 window: view.window
                 Layout.fillWidth: true
+                successor: content
                 onPhotosWanted: content.forceActiveFocus()
             }
             Content {
@@ -51,34 +54,33 @@ FocusScope {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
             }
-            OnDemand {
+            LazyLoader {
                 wanted: view.window.marks.warning !== "" || view.window.notice !== ""
                 sourceComponent: NoticeBar { window: view.window }
+                successor: content
                 Layout.fillWidth: true
             }
             Footer {
                 window: view.window
                 tileSize: view.tileSize
+                successor: content
                 onTileSizeWanted: size => view.tileSize = size
                 Layout.fillWidth: true
             }
         }
     }
 
-    OnDemand {
+    LazyLoader {
         wanted: view.window.folderToRemove !== ""
         sourceComponent: RemoveFolderSheet {
             window: view.window
         }
     }
 
-    Shortcuts {
-        commands: view.window.commands
-        enabled: !view.covered && !chooser.opened && view.window.folderToRemove === ""
-    }
     FolderChooser {
         id: chooser
         title: "Add Folder"
+        acceptLabel: "Add Folder"
         onChosen: folder => view.window.addFolders([folder])
     }
     Connections {
@@ -86,8 +88,12 @@ FocusScope {
         function onFolderWanted(startingAt) { chooser.choose(startingAt); }
     }
     Connections {
-        target: view.window.commands.search
+        target: view.window.actions.of(ActionSet.Search)
         function onTriggered() { header.focusSearch(); }
+    }
+    Connections {
+        target: view.window.actions.of(ActionSet.Settings)
+        function onTriggered() { view.settingsWanted(); }
     }
     DropArea {
         id: drop

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
@@ -36,7 +37,7 @@ Rectangle {
         }
         PushButton {
             visible: bar.warns
-            command: bar.window.commands.undo
+            command: bar.window.actions.of(ActionSet.Undo)
         }
         IconButton {
             flat: true

@@ -1,10 +1,11 @@
 import QtQuick
 import QtQuick.Window
+import Lumisort.Marks
 import Lumisort.Review
 import Lumisort.Ui
 
-/// One photo among others: its preview, its name, whether it is selected, what was decided. A screen holds
-/// dozens, which show other photos while one scrolls: what few photos have is made for those alone.
+/// The card of one photo: preview, name, selection and decision. A screen holds dozens, which are reused while one
+/// scrolls: parts that few photos need are loaded only for those.
 Item {
     id: card
     required property LibraryWindow window
@@ -14,17 +15,16 @@ Item {
     property string note
     property int position: -1
     property bool readable: true
-    property string decision
+    property bool selected: false
+    property int decision: Decision.None
     property real pictureHeight: 150
-    // Asked again with every revision.
-    readonly property bool selected: window.selectionRevision >= 0 && window.isSelected(url)
     readonly property bool current: window.cursor.position === position
-    /// Whether the keyboard is among the photos.
+    /// Whether the list of photos has the keyboard.
     property bool keyboardHere: false
     signal menuWanted(real x, real y)
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: name + (decision === "Keep" ? ", Import" : decision !== "" ? ", Skip" : "")
+    Accessible.name: name + (decision === Decision.Keep ? ", Import" : decision === Decision.Skip ? ", Skip" : "")
                      + (readable ? "" : ", Unavailable")
     Accessible.selectable: readable
     Accessible.selected: selected
@@ -53,8 +53,8 @@ Item {
             cache: false
             fillMode: Image.PreserveAspectFit
             mipmap: true
-            opacity: card.decision === "For Cleanup" ? 0.4 : 1
-            source: card.readable && card.url !== "" ? Thumbnails.source(card.url, card.window.model.thumbnailRevision) : ""
+            opacity: card.decision === Decision.Skip ? 0.4 : 1
+            source: card.readable && card.url !== "" ? Thumbnails.source(card.url, card.window.library.thumbnailRevision) : ""
             // In steps, so that dragging the size slider does not ask for every size in between.
             readonly property int side: Math.min(900, Math.ceil(tile.width * Screen.devicePixelRatio / 150) * 150)
             sourceSize: Qt.size(side, side)
@@ -114,7 +114,7 @@ Item {
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             anchors.margins: Theme.s
-            active: card.decision !== ""
+            active: card.decision !== Decision.None
             sourceComponent: DecisionBadge {
                 decision: card.decision
                 brief: tile.width <= 110

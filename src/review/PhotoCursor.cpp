@@ -1,7 +1,5 @@
 #include "review/PhotoCursor.h"
 
-#include "model/Utf8.h"
-
 #include <algorithm>
 
 namespace lumisort::review {
@@ -9,34 +7,34 @@ namespace lumisort::review {
 using library::Photo;
 using model::LibraryModel;
 
-PhotoCursor::PhotoCursor(LibraryModel& model, const SimilarRows& groups, QObject* parent)
-    : QObject(parent), model_(model), groups_(groups) {
+PhotoCursor::PhotoCursor(LibraryModel& model, WindowState& window, const SimilarRows& groups)
+    : model_(model), window_(window), groups_(groups) {
     const auto start = [this] { place(-1); };
-    connect(&model, &LibraryModel::sectionChanged, this, start);
-    connect(&model.visiblePhotos(), &QAbstractItemModel::rowsInserted, this, &PhotoCursor::follow);
-    connect(&model.visiblePhotos(), &QAbstractItemModel::rowsRemoved, this, &PhotoCursor::follow);
-    connect(&model.visiblePhotos(), &QAbstractItemModel::modelReset, this, &PhotoCursor::follow);
+    connect(&window, &WindowState::sectionChanged, this, start);
+    connect(&window.photos(), &QAbstractItemModel::rowsInserted, this, &PhotoCursor::follow);
+    connect(&window.photos(), &QAbstractItemModel::rowsRemoved, this, &PhotoCursor::follow);
+    connect(&window.photos(), &QAbstractItemModel::modelReset, this, &PhotoCursor::follow);
     connect(&groups, &SimilarRows::changed, this, &PhotoCursor::follow);
 }
 
 bool PhotoCursor::inGroups() const {
-    return model::sectionNamed(model_.section().toStdString()) == model::Section::similar;
+    return window_.section() == model::Section::similar;
 }
 
 int PhotoCursor::count() const {
-    return static_cast<int>(inGroups() ? groups_.layout().size() : model_.visiblePhotos().rows().size());
+    return static_cast<int>(inGroups() ? groups_.layout().size() : window_.photos().rows().size());
 }
 
 std::optional<Photo> PhotoCursor::at(int position) const {
     if (position < 0 || position >= count()) return std::nullopt;
     const auto index = static_cast<std::size_t>(position);
-    return inGroups() ? groups_.photo(index) : model_.photos()[model_.visiblePhotos().rows()[index]];
+    return inGroups() ? groups_.photo(index) : model_.library().photos()[window_.photos().rows()[index]];
 }
 
 int PhotoCursor::find(const files::FileUrl& url) const {
     if (!inGroups()) {
-        const auto row = model_.row(url);
-        const auto& rows = model_.visiblePhotos().rows();
+        const auto row = model_.library().row(url);
+        const auto& rows = window_.photos().rows();
         const auto place = row ? std::ranges::lower_bound(rows, *row) : rows.end();
         return place != rows.end() && *place == *row ? static_cast<int>(place - rows.begin()) : -1;
     }
@@ -59,7 +57,9 @@ void PhotoCursor::follow() {
     place(found >= 0 ? found : std::min(position_, count() - 1));
 }
 
-void PhotoCursor::setColumns(int columns) { columns_ = static_cast<std::size_t>(std::max(columns, 1)); }
+void PhotoCursor::setColumns(int columns) {
+    columns_ = static_cast<std::size_t>(std::max(columns, 1));
+}
 
 void PhotoCursor::go(int position, bool extend) {
     const int from = anchor_;
@@ -87,24 +87,24 @@ void PhotoCursor::moveToEnd(bool first, bool extend) {
 }
 
 void PhotoCursor::selectRange(bool replace) {
-    auto selected = replace ? std::unordered_set<files::FileUrl>{} : model_.selected();
+    auto selected = replace ? std::unordered_set<files::FileUrl>{} : model_.selection().selected();
     const auto [first, last] = std::minmax(anchor_, position_);
     for (int position = std::max(first, 0); position <= last; ++position) selected.insert(at(position)->url);
-    model_.selectAll(std::move(selected), url_);
+    model_.selection().set(std::move(selected), url_);
 }
 
 void PhotoCursor::toggle() {
-    if (const auto photo = current()) model_.select(*photo);
+    if (const auto photo = current()) model_.selection().toggle(*photo);
 }
 
 void PhotoCursor::selectAll() {
     std::unordered_set<files::FileUrl> all;
     for (int position = 0; position < count(); ++position) all.insert(at(position)->url);
-    model_.selectAll(std::move(all), url_);
+    model_.selection().set(std::move(all), url_);
 }
 
 void PhotoCursor::open() {
-    if (const auto photo = current()) model_.openFullscreen(*photo);
+    if (const auto photo = current()) window_.openFullscreen(*photo);
 }
 
 void PhotoCursor::click(int position, bool extend) {
@@ -125,7 +125,7 @@ void PhotoCursor::seek(const QString& text) {
     const int total = count();
     for (int step = 0; step < total && !text.isEmpty(); ++step) {
         const int position = (std::max(position_, 0) + step) % total;
-        if (model::fromUtf8(at(position)->url.name()).startsWith(text, Qt::CaseInsensitive))
+        if (QString::fromUtf8(at(position)->url.name()).startsWith(text, Qt::CaseInsensitive))
             return place(position);
     }
 }

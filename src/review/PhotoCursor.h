@@ -1,10 +1,10 @@
 #pragma once
 
-#include "model/LibraryModel.h"
 #include "review/SimilarRows.h"
 
-#include <QObject>
 #include <QtQml/qqmlregistration.h>
+
+#include <QObject>
 #include <optional>
 
 namespace lumisort::review {
@@ -19,7 +19,7 @@ class PhotoCursor : public QObject {
     Q_PROPERTY(int position READ position NOTIFY positionChanged)
 
 public:
-    PhotoCursor(model::LibraryModel& model, const SimilarRows& groups, QObject* parent = nullptr);
+    PhotoCursor(model::LibraryModel& model, WindowState& window, const SimilarRows& groups);
 
     /// Among the photos on show; -1 before the first move.
     int position() const { return position_; }
@@ -58,6 +58,7 @@ private:
     void go(int position, bool extend);
 
     model::LibraryModel& model_;
+    WindowState& window_;
     const SimilarRows& groups_;
     std::size_t columns_ = 1;
     int position_ = -1;

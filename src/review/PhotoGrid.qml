@@ -2,44 +2,46 @@ import QtQuick
 import Lumisort.Review
 import Lumisort.Ui
 
-/// The photos of a section, as many as there may be: a screen of cards that stay, through which the photos scroll.
-/// The columns share the width.
+/// The photos of a section. There are only as many cards as fit on the screen; the photos scroll through them.
 Flickable {
     id: grid
     required property LibraryWindow window
     property real tileSize: 210
-    readonly property int columns: Math.max(1, Math.floor((width - 2 * Theme.l + Theme.l) / (tileSize + Theme.l)))
-    readonly property int cellWidth: Math.floor((width - Theme.l) / columns)
-    readonly property int cellHeight: Math.round((cellWidth - Theme.l) * 0.72) + 22 + Theme.l
+    readonly property GridMetrics metrics: GridMetrics {
+        width: grid.width
+        tileSize: grid.tileSize
+    }
     /// A photo of the row at the top, which stays there when the layout changes.
     property int topPhoto: 0
-    readonly property string layout: columns + " × " + cellHeight
+    readonly property size layout: Qt.size(metrics.columns, metrics.cellHeight)
     /// The layout that `contentY` was meant for.
-    property string scrolledLayout
+    property size scrolledLayout
 
     contentWidth: width
-    contentHeight: heightOf(places.total)
+    contentHeight: heightOf(shown.total)
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     pixelAligned: true
     activeFocusOnTab: true
     flickableDirection: Flickable.VerticalFlick
-    onColumnsChanged: window.cursor.setColumns(columns)
-    onLayoutChanged: showTop()
+    onLayoutChanged: {
+        window.cursor.setColumns(metrics.columns);
+        showTop();
+    }
     onContentHeightChanged: scrollTo(contentY)
-    onContentYChanged: if (scrolledLayout === layout) topPhoto = Math.max(0, Math.floor((contentY - Theme.l) / cellHeight)) * columns
-    Component.onCompleted: window.cursor.setColumns(columns)
+    onContentYChanged: if (scrolledLayout === layout) topPhoto = Math.max(0, Math.floor((contentY - Theme.l) / metrics.cellHeight)) * metrics.columns
+    Component.onCompleted: window.cursor.setColumns(metrics.columns)
     Accessible.role: Accessible.List
     Accessible.name: window.title
 
     function heightOf(photos: int): int {
-        return Theme.l + Math.ceil(photos / columns) * cellHeight;
+        return Theme.l + Math.ceil(photos / metrics.columns) * metrics.cellHeight;
     }
     function yOf(position: int): int {
-        return Theme.l + Math.floor(position / columns) * cellHeight;
+        return Theme.l + Math.floor(position / metrics.columns) * metrics.cellHeight;
     }
     function scrollTo(y: real) {
-        contentY = Math.max(0, Math.min(y, heightOf(places.total) - height));
+        contentY = Math.max(0, Math.min(y, heightOf(shown.total) - height));
     }
     function showTop() {
         scrollTo(topPhoto > 0 ? yOf(topPhoto) : contentY);
@@ -49,16 +51,16 @@ Flickable {
     function reveal(position: int) {
         const y = yOf(position);
         if (y - Theme.l < contentY) scrollTo(y - Theme.l);
-        else if (y + cellHeight > contentY + height) scrollTo(y + cellHeight - height);
+        else if (y + metrics.cellHeight > contentY + height) scrollTo(y + metrics.cellHeight - height);
     }
 
     Keys.onPressed: event => keys.press(event)
     PhotoKeys {
         id: keys
         cursor: grid.window.cursor
-        pageRows: Math.max(1, Math.floor(grid.height / grid.cellHeight))
+        pageRows: Math.max(1, Math.floor(grid.height / grid.metrics.cellHeight))
         onMenuWanted: {
-            const card = cards.itemAt(places.placeOf(grid.window.cursor.position));
+            const card = cards.itemAt(shown.rowOf(grid.window.cursor.position));
             if (card) menu.show(card, Theme.xl, Theme.xl, card.url);
         }
     }
@@ -69,26 +71,27 @@ Flickable {
         }
     }
 
-    PhotoSlots {
-        id: places
+    VisibleWindowModel {
+        id: shown
         source: grid.window.photos
-        first: Math.floor(grid.topPhoto / grid.columns) * grid.columns
-        limit: grid.columns * (Math.ceil(grid.height / grid.cellHeight) + 1)
+        first: Math.floor(grid.topPhoto / grid.metrics.columns) * grid.metrics.columns
+        limit: grid.metrics.columns * (Math.ceil(grid.height / grid.metrics.cellHeight) + 1)
     }
     Repeater {
         id: cards
-        model: places
+        model: shown
         PhotoCard {
             required position
             required url
             required name
             required readable
             required decision
-            x: Theme.l + position % grid.columns * grid.cellWidth
+            selected: grid.window.selectionRevision >= 0 && grid.window.isSelected(url)
+            x: Theme.l + position % grid.metrics.columns * grid.metrics.cellWidth
             y: grid.yOf(position)
-            width: grid.cellWidth - Theme.l
-            height: grid.cellHeight - Theme.l
-            pictureHeight: height - 22
+            width: grid.metrics.cardWidth
+            height: grid.metrics.cardHeight
+            pictureHeight: grid.metrics.pictureHeight
             window: grid.window
             keyboardHere: grid.activeFocus
             onMenuWanted: (x, y) => menu.show(this, x, y, url)

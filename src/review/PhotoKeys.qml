@@ -1,7 +1,7 @@
 import QtQuick
 import Lumisort.Review
 
-/// The keys that move among photos.
+/// The keys that move the cursor among photos, select, and seek names.
 QtObject {
     id: keys
     required property PhotoCursor cursor
@@ -34,7 +34,9 @@ QtObject {
         case Qt.Key_Home: return cursor.moveToEnd(true, extend);
         case Qt.Key_End: return cursor.moveToEnd(false, extend);
         case Qt.Key_Return:
-        case Qt.Key_Enter: return cursor.open();
+        case Qt.Key_Enter:
+            if (!event.isAutoRepeat) cursor.open();
+            return;
         }
         if (event.key === Qt.Key_Space && typed === "") return cursor.toggle();
         // A letter begins or goes on with a name.

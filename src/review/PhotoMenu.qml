@@ -1,62 +1,33 @@
 import QtQuick
+import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
-/// What one photo offers.
+/// The context menu of one photo, made when it is first opened.
 Loader {
     id: loader
     required property LibraryWindow window
-    property string url
-    readonly property bool readable: window.marksRevision >= 0 && window.isReadable(url)
-    readonly property string unreadable: "This photo is unavailable."
+    readonly property ActionSet actions: window.photoActions
 
-    function show(parent, x, y, photo) {
-        url = photo;
+    function show(parent: Item, x: real, y: real, photo: string) {
+        window.photoActions.setTarget(photo);
         active = true;
         item.popup(parent, x, y);
     }
 
+    // Keys apply to the selection, not to the menu's photo.
+    component Entry: ContextMenuItem { hint: "" }
+
     active: false
     sourceComponent: ContextMenu {
-        ContextMenuItem {
-            text: "Show Details"
-            iconName: "documentinfo"
-            enabled: loader.readable
-            reason: loader.unreadable
-            onTriggered: loader.window.showDetails(loader.url)
+        Entry { command: loader.actions.of(ActionSet.Details) }
+        Entry {
+            command: loader.actions.of(ActionSet.Film)
+            text: command.text + "…"
         }
-        ContextMenuItem {
-            text: "Film…"
-            iconName: "view-filter"
-            enabled: false
-            reason: "The film editor is not part of this version."
-        }
-        ContextMenuItem {
-            text: "Import"
-            iconName: "checkmark"
-            enabled: loader.readable
-            reason: loader.unreadable
-            onTriggered: loader.window.mark(loader.url, "Keep")
-        }
-        ContextMenuItem {
-            text: "Skip"
-            iconName: "flag"
-            enabled: loader.readable
-            reason: loader.unreadable
-            onTriggered: loader.window.mark(loader.url, "For Cleanup")
-        }
-        ContextMenuItem {
-            text: "Clear Mark"
-            enabled: loader.readable
-            reason: loader.unreadable
-            onTriggered: loader.window.mark(loader.url, "")
-        }
-        ContextMenuItem {
-            text: "Show in Finder"
-            iconName: "document-open-folder"
-            enabled: loader.readable
-            reason: loader.unreadable
-            onTriggered: FileBrowser.reveal(loader.url)
-        }
+        Entry { command: loader.actions.of(ActionSet.Keep) }
+        Entry { command: loader.actions.of(ActionSet.Skip) }
+        Entry { command: loader.actions.of(ActionSet.ClearMark) }
+        Entry { command: loader.actions.of(ActionSet.ShowInFileManager) }
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
@@ -7,7 +8,6 @@ import Lumisort.Ui
 Rectangle {
     id: sidebar
     required property LibraryWindow window
-    readonly property QtObject model: window.model
 
     color: Theme.surface
     Accessible.role: Accessible.Grouping
@@ -33,43 +33,47 @@ Rectangle {
             Column {
                 Layout.fillWidth: true
                 Headline { text: "Lumisort" }
-                Caption { text: "Preview 0.10.2" }
+                Caption { text: "Preview " + Qt.application.version }
+            }
+            IconButton {
+                command: sidebar.window.actions.of(ActionSet.Settings)
+                flat: true
             }
         }
 
         SidebarRow {
             text: "All Photos"
             iconName: "view-grid"
-            count: sidebar.model.availableCount
-            current: sidebar.model.section === "library"
+            count: sidebar.window.library.availableCount
+            current: sidebar.window.state.section === "library"
             onClicked: sidebar.window.showSection("library")
         }
         SidebarRow {
             text: "Unavailable"
             iconName: "drive-removable-media"
-            count: sidebar.model.unavailableCount
-            current: sidebar.model.section === "offline"
+            count: sidebar.window.library.unavailableCount
+            current: sidebar.window.state.section === "offline"
             onClicked: sidebar.window.showSection("offline")
         }
         SidebarRow {
             text: "Similar Photos"
             iconName: "edit-duplicate"
-            count: sidebar.window.groupCount
-            current: sidebar.model.section === "similar"
+            count: sidebar.window.matches.groupCount
+            current: sidebar.window.state.section === "similar"
             onClicked: sidebar.window.showSection("similar")
         }
         SidebarRow {
             text: "Import"
             iconName: "checkmark"
-            count: sidebar.model.importCount
-            current: sidebar.model.section === "keep"
+            count: sidebar.window.library.importCount
+            current: sidebar.window.state.section === "keep"
             onClicked: sidebar.window.showSection("keep")
         }
         SidebarRow {
             text: "Skip"
             iconName: "flag"
-            count: sidebar.model.skipCount
-            current: sidebar.model.section === "cleanup"
+            count: sidebar.window.library.skipCount
+            current: sidebar.window.state.section === "cleanup"
             onClicked: sidebar.window.showSection("cleanup")
         }
 
@@ -119,7 +123,7 @@ Rectangle {
         }
 
         PushButton {
-            command: sidebar.window.commands.addFolder
+            command: sidebar.window.actions.of(ActionSet.AddFolder)
             hint: ""
             help: command.hint
             Layout.fillWidth: true
@@ -134,7 +138,7 @@ Rectangle {
             ContextMenuItem {
                 text: "Remove from Library…"
                 iconName: "list-remove"
-                enabled: !sidebar.model.busy
+                enabled: !sidebar.window.task.busy
                 reason: "Please wait for the current task to finish."
                 onTriggered: sidebar.window.askToRemove(folderMenu.url)
             }

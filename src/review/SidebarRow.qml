@@ -73,7 +73,8 @@ T.Button {
         enabled: row.menuLabel !== ""
         onTapped: point => row.menuWanted({ item: row, x: point.position.x, y: point.position.y })
     }
-    Keys.onReturnPressed: clicked()
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) clicked(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) clicked(); }
     Keys.onMenuPressed: if (menuLabel !== "") menuWanted({ item: row, x: Theme.xl, y: row.height })
     Tip {
         text: row.help

@@ -1,17 +1,18 @@
 import QtQuick
+import Lumisort.Marks
 import Lumisort.Review
 import Lumisort.Ui
 
-/// Groups of matching photos, each under its heading.
+/// The groups of matching photos, each below its heading.
 ListView {
     id: list
     required property LibraryWindow window
     property real tileSize: 210
     readonly property SimilarRows rows: window.groups
-    readonly property int columns: Math.max(1, Math.floor((width - 2 * Theme.l + Theme.l) / (tileSize + Theme.l)))
-    readonly property int cellWidth: Math.floor((width - Theme.l) / columns)
-    readonly property int pictureHeight: Math.round((cellWidth - Theme.l) * 0.72)
-    readonly property int rowHeight: pictureHeight + 22 + Theme.l
+    readonly property GridMetrics metrics: GridMetrics {
+        width: list.width
+        tileSize: list.tileSize
+    }
     readonly property int headingHeight: 36
 
     model: rows
@@ -20,13 +21,12 @@ ListView {
     bottomMargin: Theme.l
     clip: true
     reuseItems: true
-    cacheBuffer: rowHeight
+    cacheBuffer: metrics.cellHeight
     boundsBehavior: Flickable.StopAtBounds
     keyNavigationEnabled: false
     pixelAligned: true
     activeFocusOnTab: true
-    onColumnsChanged: rows.setColumns(columns)
-    Component.onCompleted: rows.setColumns(columns)
+    Component.onCompleted: rows.setColumns(metrics.columns)
     Accessible.role: Accessible.List
     Accessible.name: "Similar Photos"
 
@@ -34,11 +34,21 @@ ListView {
     PhotoKeys {
         id: keys
         cursor: list.window.cursor
-        pageRows: Math.max(1, Math.floor(list.height / list.rowHeight))
+        pageRows: Math.max(1, Math.floor(list.height / list.metrics.cellHeight))
         onMenuWanted: {
             const position = list.window.cursor.position;
             const line = list.itemAtIndex(list.rows.rowOf(position));
-            if (line) menu.show(line, (position - line.first) * list.cellWidth + Theme.xl, Theme.xl, list.rows.card(position).url);
+            if (line) menu.show(line, (position - line.first) * list.metrics.cellWidth + Theme.xl, Theme.xl,
+                                line.photos[position - line.first].url);
+        }
+    }
+    Connections {
+        target: list.metrics
+        function onColumnsChanged() {
+            // The photos at the top stay there.
+            const top = list.rows.firstOf(list.indexAt(0, list.contentY + list.metrics.cellHeight / 2));
+            list.rows.setColumns(list.metrics.columns);
+            if (top > 0) list.positionViewAtIndex(list.rows.rowOf(top), ListView.Beginning);
         }
     }
     Connections {
@@ -59,9 +69,9 @@ ListView {
         required property int number
         required property int count
         required property int first
-        required property int length
-        width: list.width - Theme.l
-        height: heading ? list.headingHeight : list.rowHeight
+        required property var photos
+        width: list.width - list.metrics.gap
+        height: heading ? list.headingHeight : list.metrics.cellHeight
 
         Row {
             visible: line.heading
@@ -79,30 +89,27 @@ ListView {
                 color: Theme.secondary
             }
         }
-        Row {
+        Item {
             Repeater {
-                model: line.length
-                Item {
-                    id: cell
+                model: line.photos.length
+                PhotoCard {
                     required property int index
-                    readonly property int position: line.first + index
-                    readonly property var photo: list.rows.card(position)
-                    width: list.cellWidth
-                    height: list.rowHeight
-                    PhotoCard {
-                        width: parent.width - Theme.l
-                        height: parent.height - Theme.l
-                        pictureHeight: list.pictureHeight
-                        window: list.window
-                        position: cell.position
-                        url: cell.photo.url ?? ""
-                        name: cell.photo.name ?? ""
-                        note: cell.photo.note ?? ""
-                        readable: list.window.marksRevision >= 0 && list.window.isReadable(url)
-                        decision: list.window.marksRevision >= 0 ? list.window.decision(url) : ""
-                        keyboardHere: list.activeFocus
-                        onMenuWanted: (x, y) => menu.show(this, x, y, url)
-                    }
+                    // A row that gets fewer photos keeps its cells until the view has followed.
+                    readonly property var photo: line.photos[index] ?? {}
+                    x: index * list.metrics.cellWidth
+                    width: list.metrics.cardWidth
+                    height: list.metrics.cardHeight
+                    pictureHeight: list.metrics.pictureHeight
+                    window: list.window
+                    position: line.first + index
+                    url: photo.url ?? ""
+                    name: photo.name ?? ""
+                    note: photo.note ?? ""
+                    readable: photo.readable ?? false
+                    selected: photo.selected ?? false
+                    decision: photo.decision ?? Decision.None
+                    keyboardHere: list.activeFocus
+                    onMenuWanted: (x, y) => menu.show(this, x, y, url)
                 }
             }
         }

@@ -1,36 +1,42 @@
 #include "review/SimilarRows.h"
 
-#include "model/Utf8.h"
-#include "model/VisibleRows.h"
-
 #include <algorithm>
 
 namespace lumisort::review {
 
 using library::Photo;
 
-SimilarRows::SimilarRows(const model::LibraryModel& model) : model_(model) {
-    connect(&model, &model::LibraryModel::similarityChanged, this, &SimilarRows::refill);
-    connect(&model, &model::LibraryModel::queryChanged, this, &SimilarRows::refill);
+SimilarRows::SimilarRows(const model::LibraryModel& model, const WindowState& window)
+    : model_(model), window_(window), groups_(model.matches().sharedGroups()) {
+    connect(&model.matches(), &model::MatchSearch::changed, this, &SimilarRows::refill);
+    connect(&model.matches(), &model::MatchSearch::renamed, this, &SimilarRows::follow);
+    connect(&model.library(), &model::Library::countsChanged, this, &SimilarRows::updatePhotos);
+    connect(&model.selection(), &model::Selection::changed, this, &SimilarRows::updatePhotos);
+    connect(&window, &WindowState::queryChanged, this, &SimilarRows::refill);
     refill();
 }
 
 const similarity::SimilarityGroup& SimilarRows::group(std::size_t shown) const {
-    return model_.similarGroups()[shown_[shown]];
+    return (*groups_)[shown_[shown]];
 }
 
 void SimilarRows::refill() {
+    auto groups = model_.matches().sharedGroups();
+    auto shown = model::visibleGroups(*groups, window_.query().toStdString());
+    if (groups == groups_ && shown == shown_) return;
     beginResetModel();
-    shown_.clear();
-    const auto wanted = model::SearchNames::folded(model_.query().toStdString());
-    const auto& groups = model_.similarGroups();
-    for (std::size_t i = 0; i < groups.size(); ++i)
-        if (wanted.empty() || std::ranges::any_of(groups[i].photos, [&](const Photo& photo) {
-                return model::SearchNames::folded(photo.url.name()).find(wanted) != std::string::npos;
-            }))
-            shown_.push_back(i);
+    groups_ = std::move(groups);
+    shown_ = std::move(shown);
     arrange();
     endResetModel();
+    Q_EMIT changed();
+}
+
+void SimilarRows::follow() {
+    const auto visible = model::visibleGroups(model_.matches().groups(), window_.query().toStdString());
+    if (visible != shown_) return refill();
+    groups_ = model_.matches().sharedGroups(); // the same rows under other names
+    updatePhotos();
     Q_EMIT changed();
 }
 
@@ -62,6 +68,10 @@ void SimilarRows::arrange() {
     }
 }
 
+void SimilarRows::updatePhotos() {
+    if (!lines_.empty()) Q_EMIT dataChanged(index(0), index(rowCount() - 1), {PhotosRole});
+}
+
 int SimilarRows::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(lines_.size());
 }
@@ -72,18 +82,31 @@ QVariant SimilarRows::data(const QModelIndex& index, int role) const {
     const auto& row = layout_.rows()[lines_[line]];
     const bool heading = line + 1 < lines_.size() && lines_[line + 1] == lines_[line];
     switch (role) {
-    case HeadingRole: return heading;
-    case NumberRole: return static_cast<int>(shown_[row.group]) + 1;
-    case CountRole: return static_cast<int>(group(row.group).photos.size());
-    case FirstRole: return static_cast<int>(row.first);
-    case LengthRole: return heading ? 0 : static_cast<int>(row.length);
-    default: return {};
+    case HeadingRole:
+        return heading;
+    case NumberRole:
+        return static_cast<int>(shown_[row.group]) + 1;
+    case CountRole:
+        return static_cast<int>(group(row.group).photos.size());
+    case FirstRole:
+        return static_cast<int>(row.first);
+    case PhotosRole: {
+        QVariantList photos;
+        for (std::size_t i = 0; i < row.length && !heading; ++i)
+            photos << QVariant::fromValue(shownPhoto(row.first + i));
+        return photos;
+    }
+    default:
+        return {};
     }
 }
 
 QHash<int, QByteArray> SimilarRows::roleNames() const {
-    return {{HeadingRole, "heading"}, {NumberRole, "number"}, {CountRole, "count"},
-            {FirstRole, "first"},     {LengthRole, "length"}};
+    return {{HeadingRole, "heading"},
+            {NumberRole, "number"},
+            {CountRole, "count"},
+            {FirstRole, "first"},
+            {PhotosRole, "photos"}};
 }
 
 const Photo& SimilarRows::photo(std::size_t position) const {
@@ -91,19 +114,26 @@ const Photo& SimilarRows::photo(std::size_t position) const {
     return group(shown).photos[position - start_[shown]];
 }
 
-QVariantMap SimilarRows::card(int position) const {
-    const auto at = static_cast<std::size_t>(position);
-    if (position < 0 || at >= layout_.size()) return {};
-    const auto& all = group(layout_.rows()[layout_.rowOf(at)].group);
-    const auto& shown = photo(at);
+GroupPhoto SimilarRows::shownPhoto(std::size_t position) const {
+    const auto& all = group(layout_.rows()[layout_.rowOf(position)].group);
+    const auto& shown = photo(position);
     QString note;
     if (shown.url == all.anchor.url)
         note = QStringLiteral("anchor");
     else if (const auto distance = all.distances.find(shown.url); distance != all.distances.end())
         note = QString::number(static_cast<double>(distance->second), 'f', 2);
-    return {{QStringLiteral("url"), model::fromUtf8(shown.url.string())},
-            {QStringLiteral("name"), model::fromUtf8(shown.url.name())},
-            {QStringLiteral("note"), note}};
+    return {.url = QString::fromUtf8(shown.url.string()),
+            .name = QString::fromUtf8(shown.url.name()),
+            .note = note,
+            .readable = model_.library().isReadable(shown),
+            .selected = model_.selection().selected().contains(shown.url),
+            .decision = model::Decision::of(model_.library().decision(shown))};
+}
+
+int SimilarRows::firstOf(int row) const {
+    return row < 0 || row >= rowCount()
+               ? -1
+               : static_cast<int>(layout_.rows()[lines_[static_cast<std::size_t>(row)]].first);
 }
 
 int SimilarRows::rowOf(int position) const {
@@ -111,17 +141,6 @@ int SimilarRows::rowOf(int position) const {
     if (position < 0 || at >= layout_.size()) return -1;
     const auto row = layout_.rowOf(at);
     return static_cast<int>(std::ranges::upper_bound(lines_, row) - lines_.begin()) - 1;
-}
-
-std::vector<Photo> SimilarRows::groupOf(const Photo& a, const Photo& b) const {
-    for (std::size_t i = 0; i < shown_.size(); ++i) {
-        const auto& photos = group(i).photos;
-        const auto holds = [&](const Photo& photo) {
-            return std::ranges::find(photos, photo.url, &Photo::url) != photos.end();
-        };
-        if (holds(a) && holds(b)) return photos;
-    }
-    return {};
 }
 
 } // namespace lumisort::review

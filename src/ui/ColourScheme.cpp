@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 #include <QQmlEngine>
+#include <utility>
 
 namespace lumisort::ui {
 
@@ -19,7 +20,9 @@ const QString group = QStringLiteral("org.freedesktop.appearance");
 const QString key = QStringLiteral("color-scheme");
 constexpr uint preferDark = 1, preferLight = 2;
 
-bool paletteIsDark() { return QGuiApplication::palette().color(QPalette::Window).lightness() < 128; }
+bool paletteIsDark() {
+    return QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+}
 
 /// The portal's older call wraps the value twice.
 QVariant unwrapped(QVariant value) {
@@ -39,7 +42,9 @@ ColourScheme* ColourScheme::create(QQmlEngine*, QJSEngine*) {
     return &shared();
 }
 
-ColourScheme::ColourScheme() : dark_(paletteIsDark()) { ask(); }
+ColourScheme::ColourScheme() : dark_(paletteIsDark()), desktopIsDark_(dark_) {
+    ask();
+}
 
 void ColourScheme::ask() {
     auto bus = QDBusConnection::sessionBus();
@@ -62,20 +67,20 @@ void ColourScheme::settingChanged(const QString& changedGroup, const QString& ch
 }
 
 void ColourScheme::setPreference(const QVariant& colourScheme) {
-    if (pinned_) return;
     const uint preference = unwrapped(colourScheme).toUInt();
-    setDark(preference == preferDark || (preference != preferLight && paletteIsDark()));
+    desktopIsDark_ = preference == preferDark || (preference != preferLight && paletteIsDark());
+    update();
 }
 
-void ColourScheme::pin(bool dark) {
-    pinned_ = true;
-    setDark(dark);
+void ColourScheme::choose(Choice choice) {
+    if (std::exchange(choice_, choice) == choice) return;
+    Q_EMIT choiceChanged();
+    update();
 }
 
-void ColourScheme::setDark(bool dark) {
-    if (dark == dark_) return;
-    dark_ = dark;
-    Q_EMIT darkChanged();
+void ColourScheme::update() {
+    const bool dark = choice_ == Automatic ? desktopIsDark_ : choice_ == Dark;
+    if (std::exchange(dark_, dark) != dark) Q_EMIT darkChanged();
 }
 
 } // namespace lumisort::ui

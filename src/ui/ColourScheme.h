@@ -17,28 +17,37 @@ class ColourScheme : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(bool dark READ dark NOTIFY darkChanged)
+    Q_PROPERTY(Choice choice READ choice WRITE choose NOTIFY choiceChanged)
 
 public:
-    /// The only one. With `pinned` set it does not follow the desktop any more.
+    enum Choice { Automatic, Light, Dark };
+    Q_ENUM(Choice)
+
+    /// The only one.
     static ColourScheme& shared();
     /// The only one, for QML.
     static ColourScheme* create(QQmlEngine* engine, QJSEngine* script);
 
     bool dark() const { return dark_; }
-    void pin(bool dark);
+    Choice choice() const { return choice_; }
+    /// Automatic follows the desktop.
+    void choose(Choice choice);
 
 Q_SIGNALS:
+    void choiceChanged();
     void darkChanged();
 
 private:
     ColourScheme();
     void ask();
     void setPreference(const QVariant& colourScheme);
-    void setDark(bool dark);
+    void update();
 
     Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
-    bool dark_ = false, pinned_ = false;
+    bool dark_ = false;
+    bool desktopIsDark_ = false; ///< what Automatic shows
+    Choice choice_ = Automatic;
 };
 
 } // namespace lumisort::ui

@@ -4,21 +4,27 @@
 
 namespace lumisort::ui {
 
-Command::Command(QString text, QString iconName, const QString& shortcut, QObject* parent)
-    : QObject(parent), text_(std::move(text)), iconName_(std::move(iconName)), shortcut_(shortcut) {}
-
-QString Command::hint() const {
-    return QKeySequence::fromString(shortcut_, QKeySequence::PortableText).toString(QKeySequence::NativeText);
+Command::Command(const QString& text, const QString& iconName, const QStringList& keys, QObject* parent)
+    : QAction(text, parent), iconName_(iconName) {
+    QList<QKeySequence> sequences;
+    for (const auto& each : keys) sequences << QKeySequence::fromString(each, QKeySequence::PortableText);
+    setShortcuts(sequences);
 }
 
 void Command::setReason(const QString& reason) {
     if (reason == reason_) return;
     reason_ = reason;
-    Q_EMIT enabledChanged();
+    setEnabled(reason.isEmpty());
+    Q_EMIT reasonChanged();
 }
 
-void Command::trigger() {
-    if (isEnabled()) Q_EMIT triggered();
+bool Command::hasKey(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
+    modifiers &= ~Qt::KeypadModifier;
+    const auto has = [&](Qt::KeyboardModifiers with) {
+        return shortcuts().contains(QKeySequence(QKeyCombination(with, key)));
+    };
+    const bool isSymbol = key < Qt::Key_AsciiTilde && (key < Qt::Key_A || key > Qt::Key_Z);
+    return has(modifiers) || (isSymbol && has(modifiers & ~Qt::KeyboardModifiers(Qt::ShiftModifier)));
 }
 
 } // namespace lumisort::ui

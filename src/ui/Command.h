@@ -1,47 +1,50 @@
 #pragma once
 
-#include <QObject>
+#include <QtQml/qqml.h>
+
+#include <QAction>
 #include <QString>
-#include <QtQml/qqmlregistration.h>
+#include <QStringList>
 
 namespace lumisort::ui {
 
-/// One thing that the user can ask for, declared once and used by buttons, menus and keys. Belongs to the
-/// main thread.
-class Command : public QObject {
+struct ForeignAction {
+    Q_GADGET
+    QML_FOREIGN(QAction)
+    QML_ANONYMOUS
+};
+
+/// An action of a window with the reason why it is disabled. Buttons, menus and keys all use the same object.
+/// Belongs to the main thread.
+class Command : public QAction {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("commands come with the state of a window")
-    Q_PROPERTY(QString text READ text CONSTANT)
     Q_PROPERTY(QString iconName READ iconName CONSTANT)
-    Q_PROPERTY(QString shortcut READ shortcut CONSTANT)
     Q_PROPERTY(QString hint READ hint CONSTANT)
-    Q_PROPERTY(bool enabled READ isEnabled NOTIFY enabledChanged)
-    Q_PROPERTY(QString reason READ reason NOTIFY enabledChanged)
+    Q_PROPERTY(QString reason READ reason NOTIFY reasonChanged)
 
 public:
-    /// `shortcut` in QKeySequence's portable form, such as "Ctrl+K", or "" for none.
-    Command(QString text, QString iconName, const QString& shortcut, QObject* parent);
+    /// `keys` in QKeySequence's portable form, such as "Ctrl+K"; each of them triggers the command.
+    Command(const QString& text, const QString& iconName, const QStringList& keys, QObject* parent);
 
-    QString text() const { return text_; }
+    /// The name of an icon in ui/icons, "" for none.
     QString iconName() const { return iconName_; }
-    QString shortcut() const { return shortcut_; }
-    /// The keys as the desktop writes them.
-    QString hint() const;
-    bool isEnabled() const { return reason_.isEmpty(); }
-    /// Why it cannot be asked for now; "" when it can.
+    /// The first of the keys as the desktop writes them, "" without keys.
+    QString hint() const { return shortcut().toString(QKeySequence::NativeText); }
+    /// Why the command is disabled, "" while it is enabled.
     QString reason() const { return reason_; }
+    /// Disables the command with a reason, enables it with "".
     void setReason(const QString& reason);
-
-    /// Does nothing while it is not enabled.
-    Q_INVOKABLE void trigger();
+    /// Whether this key press is one of the command's keys. Symbols match whether Shift is needed to type
+    /// them or not.
+    bool hasKey(Qt::Key key, Qt::KeyboardModifiers modifiers) const;
 
 Q_SIGNALS:
-    void enabledChanged();
-    void triggered();
+    void reasonChanged();
 
 private:
-    QString text_, iconName_, shortcut_, reason_;
+    QString iconName_, reason_;
 };
 
 } // namespace lumisort::ui

@@ -18,6 +18,9 @@ T.TextField {
     selectedTextColor: Theme.accentText
     selectByMouse: true
     Accessible.name: label
+    // A key that is held must not accept twice, nor what the button before has opened.
+    Keys.onReturnPressed: event => event.accepted = event.isAutoRepeat
+    Keys.onEnterPressed: event => event.accepted = event.isAutoRepeat
 
     background: Rectangle {
         radius: Theme.controlRadius

@@ -29,8 +29,8 @@ ListView {
 
     Keys.onDownPressed: if (currentIndex + 1 < count) pick(currentIndex + 1)
     Keys.onUpPressed: if (currentIndex > 0) pick(currentIndex - 1)
-    Keys.onReturnPressed: if (currentIndex >= 0) entered(pathAt(currentIndex))
-    Keys.onEnterPressed: if (currentIndex >= 0) entered(pathAt(currentIndex))
+    Keys.onReturnPressed: event => { if (currentIndex >= 0 && !event.isAutoRepeat) entered(pathAt(currentIndex)); }
+    Keys.onEnterPressed: event => { if (currentIndex >= 0 && !event.isAutoRepeat) entered(pathAt(currentIndex)); }
     Keys.onRightPressed: if (currentIndex >= 0) entered(pathAt(currentIndex))
     Keys.onLeftPressed: entered(places.parentOf(folder))
 

@@ -2,47 +2,55 @@ import QtQuick
 import QtQuick.Layouts
 import Lumisort.Ui
 
-/// Chooses a folder: what its field says, which follows the list below it and can be typed in.
+/// The program's own folder chooser: a field for the path and a list of the folders there.
 Sheet {
     id: sheet
     property bool mayMake: false
+    /// Text of the button that chooses.
+    property string acceptLabel: "Choose"
     property url currentFolder
     property url selectedFolder
     readonly property string path: places.absolute(field.text)
-    /// Goes up when the disk is to be asked again.
-    property int look: 0
-    readonly property bool isThere: look >= 0 && places.isFolder(path)
-    readonly property bool canBeMade: mayMake && !isThere && path !== "" && places.isFolder(places.parentOf(path))
-    signal accepted
+    readonly property bool canBeMade: mayMake && places.canBeMade
+    onPathChanged: places.look(path)
 
     width: 560
     onAboutToShow: {
         error.text = "";
-        ++look;
-        show(places.pathOf(currentFolder) || list.folder || places.start());
+        const folder = places.pathOf(currentFolder) || list.folder;
+        folder ? show(folder) : places.findStart();
+        places.look(path);
         field.focus = true;
         field.selectAll();
     }
 
-    function show(folder) {
+    function show(folder: string) {
         list.folder = folder;
         list.currentIndex = -1;
         field.text = folder;
     }
-    function accept() {
-        if (!isThere && !canBeMade)
-            return;
-        error.text = isThere ? "" : places.make(path);
-        if (error.text !== "")
-            return;
-        selectedFolder = places.urlOf(path);
-        show(path);
-        currentFolder = selectedFolder;
-        close();
-        accepted();
+    function choose() {
+        error.text = "";
+        places.take(path, mayMake);
     }
 
-    FolderPlaces { id: places }
+    FolderPlaces {
+        id: places
+        onStartFound: path => {
+            if (field.text !== "") return;
+            sheet.show(path);
+            field.selectAll();
+        }
+        onLooked: if (isFolder && field.activeFocus && list.currentIndex < 0) list.folder = sheet.path
+        onTaken: (path, problem) => {
+            error.text = problem;
+            if (problem !== "" || !sheet.visible) return;
+            sheet.selectedFolder = places.urlOf(path);
+            sheet.show(path);
+            sheet.currentFolder = sheet.selectedFolder;
+            sheet.accept();
+        }
+    }
 
     contentItem: ColumnLayout {
         spacing: Theme.m
@@ -73,9 +81,8 @@ Sheet {
                 onTextEdited: {
                     error.text = "";
                     list.currentIndex = -1;
-                    if (sheet.isThere) list.folder = sheet.path;
                 }
-                onAccepted: sheet.accept()
+                onAccepted: sheet.choose()
                 Keys.onDownPressed: list.forceActiveFocus(Qt.TabFocusReason)
                 Layout.fillWidth: true
             }
@@ -121,11 +128,11 @@ Sheet {
                 onClicked: sheet.close()
             }
             PushButton {
-                text: sheet.canBeMade ? "Make and Choose" : "Choose"
+                text: sheet.canBeMade ? "Make and " + sheet.acceptLabel : sheet.acceptLabel
                 prominent: true
-                enabled: sheet.isThere || sheet.canBeMade
+                enabled: places.isFolder || sheet.canBeMade
                 reason: "There is no such folder."
-                onClicked: sheet.accept()
+                onClicked: sheet.choose()
             }
         }
     }

@@ -29,8 +29,9 @@ T.Button {
     rightPadding: Theme.m
     // A click leaves the keyboard where it is: among the photos.
     focusPolicy: Qt.TabFocus
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    // A key that is held must not press what gets the keyboard next.
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) clicked(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) clicked(); }
     Accessible.name: text
     Accessible.description: enabled ? help : reason
 

@@ -18,7 +18,7 @@ Field {
         name: "edit-find"
         color: Theme.secondary
     }
-    OnDemand {
+    LazyLoader {
         anchors.right: parent.right
         anchors.rightMargin: 3
         anchors.verticalCenter: parent.verticalCenter

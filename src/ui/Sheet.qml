@@ -1,10 +1,9 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A modal sheet over the window. `dismissable` says whether Escape closes it.
-T.Popup {
+/// A modal sheet over the window, a dialog named by its title. `dismissable` says whether Escape closes it.
+T.Dialog {
     id: sheet
-    property string title
     property bool dismissable: true
 
     parent: T.Overlay.overlay
@@ -23,8 +22,6 @@ T.Popup {
         radius: Theme.tileRadius
         color: Theme.window
         border.color: Theme.hairline
-        Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
     }
     T.Overlay.modal: Rectangle { color: Theme.scrim }
     enter: Transition {

@@ -1,5 +1,4 @@
 #include "ModelWorld.h"
-#include "library/RenamePhoto.h"
 
 namespace lumisort::model {
 
@@ -29,26 +28,26 @@ TEST_F(LibraryTest, ImportsWhatIsNewAndSaysWhatItFound) {
     auto changed = photo("/p/old.jpg");
     changed.width = 99;
     scanned_ = {{changed, photo("/q/new.jpg")}, 3};
-    model->importFolder(url("/q/"));
-    EXPECT_EQ(model->status(), "Scanning q…");
-    model->importFolder(url("/r/")); // busy: nothing
+    model->folderImport().importFolder(url("/q/"));
+    EXPECT_THAT(reported(), ElementsAre("available 1 0", "scanning q"));
+    model->folderImport().importFolder(url("/r/")); // busy: nothing
     model->removeFolder(url("/p/"));
-    model->beginOrganize();
+    EXPECT_TRUE(model->prepareToOrganize().isCanceled());
     EXPECT_EQ(jobs_.size(), 1u);
     runOneJob();
-    EXPECT_EQ(model->status(), "2 photos scanned · 3 unreadable");
-    EXPECT_THAT(names(model->photos()), ElementsAre("old.jpg", "new.jpg"));
-    EXPECT_EQ(model->photos()[0].width, 0); // a known photo keeps its record
+    EXPECT_THAT(reported(), ElementsAre("imported 2 3"));
+    EXPECT_THAT(names(model->library().photos()), ElementsAre("old.jpg", "new.jpg"));
+    EXPECT_EQ(model->library().photos()[0].width, 0); // a known photo keeps its record
     settle();
-    EXPECT_THAT(model->folders(), ElementsAre(url("/p/"), url("/q/")));
-    EXPECT_EQ(model->status(), "2 available · 0 unavailable");
+    EXPECT_THAT(model->library().folders(), ElementsAre(url("/p/"), url("/q/")));
+    EXPECT_THAT(reported(), ElementsAre("available 2 0"));
 
     scanned_ = {std::vector<Photo>(120, photo("/q/new.jpg")), 0};
-    model->importFolder(url("/q/"));
+    model->folderImport().importFolder(url("/q/"));
     runOneJob();
-    EXPECT_EQ(model->status(), "120 photos scanned");
-    EXPECT_EQ(model->photos().size(), 2u);
-    EXPECT_EQ(model->folders().size(), 2u);
+    EXPECT_THAT(reported(), ElementsAre("scanning q", "found 100", "imported 120 0"));
+    EXPECT_EQ(model->library().photos().size(), 2u);
+    EXPECT_EQ(model->library().folders().size(), 2u);
 }
 
 TEST_F(LibraryTest, AStoppedScanAddsWhatItFoundAndDropsFoldersThatWait) {
@@ -62,81 +61,73 @@ TEST_F(LibraryTest, AStoppedScanAddsWhatItFoundAndDropsFoldersThatWait) {
     };
     LibraryModel model(document_, library::LibraryContents{}, with);
     settle();
-    std::vector<QString> said;
-    QObject::connect(&model, &LibraryModel::statusChanged, [&] { said.push_back(model.status()); });
-    model.importFolders({url("/q"), url("/r")});
+    hear(model);
+    model.folderImport().importFolders({url("/q"), url("/r")});
     runOneJob(); // are they folders?
-    EXPECT_TRUE(model.importRunning());
-    model.stopImport();
+    EXPECT_TRUE(model.folderImport().running());
+    model.folderImport().stop();
     runOneJob();
-    EXPECT_FALSE(model.importRunning());
-    EXPECT_THAT(said, ElementsAre("Scanning q…", "Stopping…", "1 photos scanned · 2 unreadable · stopped"));
+    EXPECT_FALSE(model.folderImport().running());
+    EXPECT_THAT(reported(), ElementsAre("scanning q", "stopping", "imported 1 2 stopped"));
     settle();
-    EXPECT_THAT(model.folders(), ElementsAre(url("/q/")));
-    EXPECT_EQ(model.availableCount(), 1);
-    EXPECT_FALSE(model.busy());
+    EXPECT_THAT(model.library().folders(), ElementsAre(url("/q/")));
+    EXPECT_EQ(model.library().availableCount(), 1);
+    EXPECT_FALSE(model.task().busy());
 }
 
 TEST_F(LibraryTest, RemovingAFolderKeepsWhatAnotherHolds) {
     auto session = libraryOf({"a.jpg", "B/b.jpg"});
     session.folders.push_back(url("/p/B/"));
     const auto model = this->model(session);
-    model->mark(session.photos, ReviewDecision::keep);
+    model->marking().mark(session.photos, ReviewDecision::keep);
     settle();
-    model->select(session.photos[1]);
-    model->showFolder(url("/p/"));
+    model->selection().toggle(session.photos[1]);
     model->removeFolder(url("/p/"));
-    EXPECT_EQ(model->status(), "Removed from library · Files unchanged");
-    EXPECT_THAT(names(model->photos()), ElementsAre("b.jpg"));
-    EXPECT_EQ(model->reviewMarks().size(), 1u);
-    EXPECT_EQ(model->section(), "library");
-    EXPECT_THAT(model->selected(), IsEmpty());
-    EXPECT_FALSE(model->focusedPhotoURL());
+    EXPECT_EQ(reported().back(), "removed");
+    EXPECT_THAT(names(model->library().photos()), ElementsAre("b.jpg"));
+    EXPECT_EQ(model->library().reviewMarks().size(), 1u);
+    EXPECT_THAT(model->selection().selected(), IsEmpty());
+    EXPECT_FALSE(model->selection().focused());
     EXPECT_EQ(system_.contents("/p/a.jpg"), "a.jpg");
 }
 
 TEST_F(LibraryTest, FollowsADriveThatComesAndGoes) {
     const auto session = libraryOf({"a.jpg", "b.jpg"});
     const auto model = this->model(session);
-    model->mark({session.photos[0]}, ReviewDecision::keep);
+    model->marking().mark({session.photos[0]}, ReviewDecision::keep);
     settle();
-    model->select(session.photos[0]);
-    model->select(session.photos[1]);
-    model->setCompare(true);
-    const auto contents = *system_.contents("/p/a.jpg");
+    model->selection().toggle(session.photos[0]);
+    model->selection().toggle(session.photos[1]);
 
     system_.replace("/p", "/unplugged");
-    model->refreshAvailability();
+    model->availability().refresh();
     settle();
-    EXPECT_EQ(model->folderState(url("/p/")), FolderState::offline);
-    EXPECT_EQ(model->status(), "0 available · 2 unavailable");
-    EXPECT_THAT(model->selected(), IsEmpty());
-    EXPECT_FALSE(model->compare());
-    EXPECT_EQ(model->importCount(), 0);
-    model->setSection("offline");
-    EXPECT_EQ(model->visible().size(), 2u);
-    model->select(session.photos[0]); // not readable: ignored
-    EXPECT_THAT(model->selected(), IsEmpty());
+    EXPECT_EQ(model->library().folderState(url("/p/")), FolderState::offline);
+    EXPECT_EQ(reported().back(), "available 0 2");
+    EXPECT_THAT(model->selection().selected(), IsEmpty());
+    EXPECT_EQ(model->library().importCount(), 0);
+    model->selection().toggle(session.photos[0]); // not readable: ignored
+    EXPECT_THAT(model->selection().selected(), IsEmpty());
 
     system_.replace("/unplugged", "/p");
-    model->refreshAvailability();
+    model->availability().refresh();
     settle();
-    EXPECT_EQ(model->status(), "2 available · 0 unavailable");
-    EXPECT_EQ(model->importCount(), 1); // the mark's stamp still fits
+    EXPECT_THAT(reported(), ElementsAre("available 2 0"));
+    EXPECT_EQ(model->library().importCount(), 1); // the mark's stamp still fits
 }
 
 TEST_F(LibraryTest, RequestsDuringAnInspectionCostOneMore) {
     const auto model = this->model(libraryOf({"a.jpg"}));
-    model->refreshAvailability();
+    model->availability().refresh();
     ASSERT_EQ(jobs_.size(), 1u);
-    for (int i = 0; i < 10; ++i) model->refreshAvailability();
+    for (int i = 0; i < 10; ++i) model->availability().refresh();
     EXPECT_EQ(jobs_.size(), 1u);
     runOneJob();
     EXPECT_EQ(jobs_.size(), 1u);
     int changes = 0;
-    QObject::connect(model.get(), &LibraryModel::statusChanged, [&] { ++changes; });
-    QObject::connect(model.get(), &LibraryModel::countsChanged, [&] { ++changes; });
-    QObject::connect(&model->visiblePhotos(), &QAbstractItemModel::dataChanged, [&] { ++changes; });
+    QObject::connect(&model->reports(), &Reports::added, [&] { ++changes; });
+    QObject::connect(&model->library(), &Library::countsChanged, [&] { ++changes; });
+    QObject::connect(&model->library(), &Library::availabilityChanged, [&] { ++changes; });
     runOneJob();
     EXPECT_TRUE(jobs_.empty());
     EXPECT_EQ(changes, 0); // nothing is different: nobody hears of it
@@ -145,126 +136,207 @@ TEST_F(LibraryTest, RequestsDuringAnInspectionCostOneMore) {
 TEST_F(LibraryTest, AnInspectionOfALibraryThatIsNoMoreIsDropped) {
     const auto session = libraryOf({"a.jpg", "b.jpg"});
     const auto model = this->model(session);
-    model->refreshAvailability();
+    model->availability().refresh();
     model->removeFolder(url("/p/"));
     runOneJob(); // the old library's answer
-    EXPECT_EQ(model->availableCount(), 0);
+    EXPECT_EQ(model->library().availableCount(), 0);
     settle();
-    EXPECT_TRUE(model->refreshing().isFinished());
+    EXPECT_TRUE(model->availability().refreshing().isFinished());
 }
 
 TEST_F(LibraryTest, MarksInOrderAndOnlyWhatIsThere) {
     const auto session = libraryOf({"a.jpg", "b.jpg"});
     const auto model = this->model(session);
-    model->mark(session.photos, ReviewDecision::keep);
-    model->mark({session.photos[0]}, std::nullopt);
+    model->marking().mark(session.photos, ReviewDecision::keep);
+    model->marking().mark({session.photos[0]}, std::nullopt);
     settle();
-    EXPECT_EQ(model->status(), "1 marked");
-    EXPECT_FALSE(model->decision(session.photos[0]));
-    EXPECT_EQ(model->decision(session.photos[1]), ReviewDecision::keep);
+    EXPECT_EQ(reported().back(), "marked 1 0");
+    EXPECT_FALSE(model->library().decision(session.photos[0]));
+    EXPECT_EQ(model->library().decision(session.photos[1]), ReviewDecision::keep);
 
     system_.remove("/p/a.jpg");
-    model->mark({session.photos[0], session.photos[1], photo("/elsewhere.jpg")}, ReviewDecision::cleanup);
+    model->marking().mark({session.photos[0], session.photos[1], photo("/elsewhere.jpg")},
+                          ReviewDecision::cleanup);
     settle();
-    EXPECT_EQ(model->status(), "1 marked · 2 unavailable");
-    EXPECT_EQ(model->skipCount(), 1);
-    EXPECT_EQ(model->importCount(), 0);
+    EXPECT_EQ(reported().back(), "marked 1 2");
+    EXPECT_EQ(model->library().skipCount(), 1);
+    EXPECT_EQ(model->library().importCount(), 0);
 }
 
 TEST_F(LibraryTest, AMarkGoesStaleWithItsFile) {
     const auto session = libraryOf({"a.jpg"});
     const auto model = this->model(session);
-    model->setSection("keep");
-    model->mark(session.photos, ReviewDecision::keep);
+    model->marking().mark(session.photos, ReviewDecision::keep);
     settle();
-    EXPECT_EQ(model->visible().size(), 1u);
     system_.write("/p/a.jpg", "edited");
-    model->refreshAvailability();
+    model->availability().refresh();
     settle();
-    EXPECT_FALSE(model->decision(session.photos[0]));
-    EXPECT_EQ(model->importCount(), 0);
-    EXPECT_THAT(model->visible(), IsEmpty());
-    EXPECT_EQ(model->reviewMarks().size(), 1u); // kept, in case the file comes back
-    model->mark(session.photos, ReviewDecision::keep);
+    EXPECT_FALSE(model->library().decision(session.photos[0]));
+    EXPECT_EQ(model->library().importCount(), 0);
+    EXPECT_EQ(model->library().reviewMarks().size(), 1u); // kept, in case the file comes back
+    model->marking().mark(session.photos, ReviewDecision::keep);
     settle();
-    EXPECT_EQ(model->importCount(), 1);
+    EXPECT_EQ(model->library().importCount(), 1);
 }
 
 TEST_F(LibraryTest, PreparesToOrganizeWhatIsNotForCleanup) {
     const auto session = libraryOf({"a.jpg", "b.jpg"});
     const auto model = this->model(session);
-    model->mark({session.photos[0]}, ReviewDecision::cleanup); // still under way when the next begins
-    model->beginOrganize();
-    EXPECT_TRUE(model->busy());
+    model->marking().mark({session.photos[0]},
+                          ReviewDecision::cleanup); // still under way when the next begins
+    auto prepared = model->prepareToOrganize();
+    EXPECT_TRUE(model->task().busy());
     settle();
-    EXPECT_FALSE(model->busy());
-    EXPECT_TRUE(model->organize());
-    EXPECT_THAT(names(model->importPhotos()), ElementsAre("b.jpg"));
+    EXPECT_FALSE(model->task().busy());
+    EXPECT_THAT(names(prepared.result()), ElementsAre("b.jpg"));
 
-    model->setOrganize(false);
-    model->mark(session.photos, ReviewDecision::cleanup);
-    model->beginOrganize();
+    model->marking().mark(session.photos, ReviewDecision::cleanup);
+    prepared = model->prepareToOrganize();
     settle();
-    EXPECT_FALSE(model->organize());
+    EXPECT_THAT(prepared.result(), IsEmpty());
 }
 
 TEST_F(LibraryTest, ARenameTakesEverythingAlong) {
     const auto session = libraryOf({"a.jpg", "b.jpg"});
     const auto model = this->model(session);
-    model->mark({session.photos[0]}, ReviewDecision::keep);
+    model->marking().mark({session.photos[0]}, ReviewDecision::keep);
     settle();
-    model->select(session.photos[0]);
+    model->selection().toggle(session.photos[0]);
     model->rename(session.photos[0], " holiday ");
-    EXPECT_EQ(model->status(), "Renamed to holiday.jpg");
-    EXPECT_THAT(names(model->photos()), ElementsAre("holiday.jpg", "b.jpg"));
-    EXPECT_EQ(model->importCount(), 1);
-    EXPECT_EQ(model->decision(photo("/p/holiday.jpg")), ReviewDecision::keep);
-    EXPECT_THAT(model->selected(), UnorderedElementsAre(url("/p/holiday.jpg")));
-    EXPECT_EQ(model->focusedPhotoURL(), url("/p/holiday.jpg"));
+    EXPECT_EQ(reported().back(), "renamed holiday.jpg");
+    EXPECT_THAT(names(model->library().photos()), ElementsAre("holiday.jpg", "b.jpg"));
+    EXPECT_EQ(model->library().importCount(), 1);
+    EXPECT_EQ(model->library().decision(photo("/p/holiday.jpg")), ReviewDecision::keep);
+    EXPECT_THAT(model->selection().selected(), UnorderedElementsAre(url("/p/holiday.jpg")));
+    EXPECT_EQ(model->selection().focused(), url("/p/holiday.jpg"));
     settle();
-    EXPECT_EQ(model->importCount(), 1);
+    EXPECT_EQ(model->library().importCount(), 1);
 
-    EXPECT_THROW(model->rename(session.photos[0], "x"), library::RenameError); // that URL is no more
-    EXPECT_THROW(model->rename(session.photos[1], "holiday"), library::RenameError);
-    EXPECT_THAT(names(model->photos()), ElementsAre("holiday.jpg", "b.jpg"));
+    EXPECT_EQ(model->rename(session.photos[0], "x").error(), "Please wait for the current task to finish.");
+    EXPECT_EQ(model->rename(session.photos[1], "holiday").error(), "A file with this name already exists.");
+    EXPECT_THAT(names(model->library().photos()), ElementsAre("holiday.jpg", "b.jpg"));
 }
 
-TEST_F(LibraryTest, OffersADriveOnceAndOpensTheChooserThere) {
+TEST_F(LibraryTest, OffersADriveOnceWhileItIsThere) {
     const auto model = this->model(libraryOf({"a.jpg"}));
     const auto card = url("/media/card/");
     volumes_ = {{.url = card, .external = true}};
-    model->updateDevices();
-    EXPECT_THAT(model->devices().pending, ElementsAre(card));
-    std::vector<std::optional<files::FileUrl>> asked;
-    QObject::connect(model.get(), &LibraryModel::folderWanted, [&](const auto& at) { asked.push_back(at); });
-    model->browseDevice(card);
-    EXPECT_THAT(asked, ElementsAre(card));
-    EXPECT_THAT(model->devices().pending, IsEmpty());
+    model->drives().update();
+    EXPECT_THAT(model->drives().pending(), ElementsAre(card));
+    EXPECT_TRUE(model->drives().accept(card));
+    EXPECT_THAT(model->drives().pending(), IsEmpty());
     volumes_.clear();
-    model->browseDevice(card); // ejected meanwhile
-    EXPECT_EQ(asked.size(), 1u);
-    EXPECT_THAT(model->devices().connected, IsEmpty());
+    EXPECT_FALSE(model->drives().accept(card)) << "ejected meanwhile";
+    EXPECT_THAT(model->drives().connected(), IsEmpty());
 }
 
-TEST_F(LibraryTest, SelectionFocusAndDetails) {
+TEST_F(LibraryTest, SelectionAndFocus) {
     const auto session = libraryOf({"a.jpg", "b.jpg"});
     const auto model = this->model(session);
-    int wanted = 0;
-    QObject::connect(model.get(), &LibraryModel::detailsWanted, [&] { ++wanted; });
-    model->showDetails();
-    EXPECT_EQ(wanted, 0);
-    model->select(session.photos[1]);
-    model->select(session.photos[0]);
-    EXPECT_EQ(model->detailPhoto(), session.photos[0]);
-    model->select(session.photos[0]); // away again, but focused
-    EXPECT_EQ(model->focusedPhotoURL(), session.photos[0].url);
-    model->showDetails(photo("/p/missing.jpg"));
-    EXPECT_EQ(wanted, 0);
-    model->showDetails();
-    EXPECT_EQ(wanted, 1);
-    model->select(session.photos[1]);
-    EXPECT_FALSE(model->focusedPhotoURL());
-    EXPECT_FALSE(model->detailPhoto());
+    auto& selection = model->selection();
+    selection.toggle(session.photos[1]);
+    selection.toggle(session.photos[0]);
+    EXPECT_EQ(selection.detailPhoto(), session.photos[0]);
+    selection.toggle(session.photos[0]); // away again, but focused
+    EXPECT_EQ(selection.focused(), session.photos[0].url);
+    ASSERT_TRUE(model->rename(session.photos[0], "z"));
+    EXPECT_EQ(selection.detailPhoto(), photo("/p/z.jpg")) << "the focus follows a photo that is not selected";
+    EXPECT_FALSE(selection.add(photo("/p/missing.jpg")));
+    selection.toggle(session.photos[1]);
+    EXPECT_FALSE(selection.focused());
+    EXPECT_FALSE(selection.detailPhoto());
+}
+
+TEST_F(LibraryTest, ARenameReplacesWhatAFileLeftBehindUnderTheNewName) {
+    const auto session = libraryOf({"a.jpg", "b.jpg", "c.jpg"});
+    const auto model = this->model(session);
+    model->marking().mark({session.photos[0], session.photos[1]}, ReviewDecision::cleanup);
+    settle();
+    system_.remove("/p/a.jpg"); // its record and its mark stay
+    model->availability().refresh();
+    settle();
+    ASSERT_TRUE(model->rename(session.photos[2], "a"));
+    settle();
+    EXPECT_THAT(names(model->library().photos()), ElementsAre("b.jpg", "a.jpg"));
+    EXPECT_EQ(model->library().availableCount(), 2);
+    EXPECT_EQ(model->library().reviewMarks().count("/p/a.jpg"), 0u) << "the mark of the file that is gone";
+    const auto prepared = model->prepareToOrganize();
+    settle();
+    EXPECT_THAT(names(prepared.result()), ElementsAre("a.jpg"));
+}
+
+TEST_F(LibraryTest, MarksFollowAPhotoThatIsRenamedMeanwhile) {
+    const auto session = libraryOf({"a.jpg"});
+    const auto model = this->model(session);
+    const auto before = std::make_shared<StoredMarks>();
+    model->marking().mark(session.photos, ReviewDecision::keep, before);
+    ASSERT_TRUE(model->rename(session.photos[0], "z"));
+    settle();
+    EXPECT_EQ(model->library().importCount(), 1);
+    ASSERT_EQ(before->size(), 1u);
+    EXPECT_EQ(before->front().photo, url("/p/z.jpg"));
+}
+
+TEST_F(LibraryTest, RestoresMarksAsTheyWereStaleOnesToo) {
+    const auto session = libraryOf({"a.jpg", "b.jpg"});
+    const auto model = this->model(session);
+    model->marking().mark({session.photos[0]}, ReviewDecision::cleanup);
+    settle();
+    system_.write("/p/a.jpg", "edited");
+    model->availability().refresh();
+    settle();
+    const auto marks = model->library().reviewMarks();
+    const auto before = std::make_shared<StoredMarks>();
+    model->marking().mark({session.photos[0], session.photos[1], session.photos[0]}, ReviewDecision::keep,
+                          before);
+    model->marking().restore(before); // asked for before the marks are set
+    settle();
+    EXPECT_EQ(model->library().reviewMarks(), marks);
+    EXPECT_EQ(model->library().importCount(), 0);
+}
+
+TEST_F(LibraryTest, MarkingNothingChangesNothing) {
+    const auto model = this->model(libraryOf({"a.jpg"}));
+    reported();
+    EXPECT_TRUE(model->marking().mark({}, ReviewDecision::keep).isFinished());
+    model->matches().stop();
+    model->folderImport().stop();
+    EXPECT_THAT(reported(), IsEmpty());
+    EXPECT_TRUE(timers_.empty()) << "a save was asked for";
+}
+
+TEST_F(LibraryTest, OrganizingWaitsForTheFirstLookThatBeginsAfterwards) {
+    const auto session = libraryOf({"a.jpg", "b.jpg"});
+    const auto model = this->model(session);
+    model->availability().refresh(); // a look that began before
+    system_.remove("/p/a.jpg");
+    const auto prepared = model->prepareToOrganize();
+    runOneJob();
+    EXPECT_FALSE(prepared.isFinished());
+    const auto tick = model->availability().refresh(); // as happens every 30 seconds
+    runOneJob();
+    ASSERT_TRUE(prepared.isFinished()) << "waits for every look that anyone asks for";
+    EXPECT_THAT(names(prepared.result()), ElementsAre("b.jpg"));
+    EXPECT_FALSE(tick.isFinished());
+    settle();
+    EXPECT_TRUE(tick.isFinished());
+}
+
+TEST_F(LibraryTest, NothingIsUnavailableBeforeItWasLookedAt) {
+    LibraryModel model(document_, libraryOf({"a.jpg"}), surroundings());
+    EXPECT_EQ(model.library().unavailableCount(), 0);
+    EXPECT_FALSE(model.library().isLookedAt());
+    system_.remove("/p/a.jpg");
+    settle();
+    EXPECT_EQ(model.library().unavailableCount(), 1);
+    EXPECT_TRUE(model.library().isLookedAt());
+    system_.write("/q/new.jpg", "x");
+    scanned_ = {{photo("/q/new.jpg")}, 0};
+    model.folderImport().importFolder(url("/q/"));
+    runOneJob();
+    EXPECT_EQ(model.library().unavailableCount(), 1) << "the new photo is being looked at";
+    settle();
+    EXPECT_EQ(model.library().unavailableCount(), 1);
 }
 
 } // namespace lumisort::model

@@ -2,6 +2,7 @@
 
 #include "library/LibraryStorage.h"
 #include "model/LibraryModel.h"
+#include "model/ReportWords.h"
 #include "support/MemoryFileSystem.h"
 
 #include <gmock/gmock.h>
@@ -43,6 +44,7 @@ protected:
     /// A model with the document in place, read and looked at.
     std::unique_ptr<LibraryModel> model(const library::LibraryContents& session = {}) {
         auto made = std::make_unique<LibraryModel>(document_, session, surroundings());
+        hear(*made);
         settle();
         return made;
     }
@@ -57,16 +59,22 @@ protected:
         return session;
     }
 
+    /// Delivers answers and what follows from them: the event loop delivers in one turn only what was posted
+    /// before it.
+    static void turnLoop() {
+        for (int turn = 0; turn < 8; ++turn) QCoreApplication::processEvents();
+    }
+
     void runOneJob() {
         auto job = std::move(jobs_.front());
         jobs_.pop_front();
         job();
-        QCoreApplication::processEvents();
+        turnLoop();
     }
 
     /// Runs background jobs and their answers until nothing is under way. Timers keep waiting.
     void settle() {
-        QCoreApplication::processEvents();
+        turnLoop();
         while (!jobs_.empty()) runOneJob();
     }
 
@@ -76,7 +84,8 @@ protected:
         settle();
     }
 
-    void finish(const QFuture<void>& task) {
+    template <class Result>
+    void finish(const QFuture<Result>& task) {
         const QDeadlineTimer deadline(60'000);
         while (!task.isFinished() && !deadline.hasExpired()) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
@@ -84,6 +93,15 @@ protected:
         }
         ASSERT_TRUE(task.isFinished());
     }
+
+    /// Notes what the model reports.
+    void hear(LibraryModel& model) {
+        reports_.clear();
+        QObject::connect(&model.reports(), &Reports::added,
+                         [this](const Report& report) { reports_.push_back(words(report)); });
+    }
+    /// What the model has reported since the last call, as the test words it.
+    std::vector<std::string> reported() { return std::exchange(reports_, {}); }
 
     library::LibraryContents onDisk() { return library::readLibrary(system_, document_); }
 
@@ -94,6 +112,9 @@ protected:
     std::vector<std::function<void()>> timers_;
     library::FolderScan scanned_;
     SimilarityEngines engines_ = SimilarityEngines::real();
+
+private:
+    std::vector<std::string> reports_;
 };
 
 } // namespace lumisort::model

@@ -46,50 +46,39 @@ TEST_F(ResponsivenessTest, TheEventLoopTurnsWhateverGoesOn) {
     LibraryModel model(document_, std::nullopt, with);
     finish(model.loading());
     waitForAll(model);
-    ASSERT_EQ(model.availableCount(), static_cast<int>(photosPerFolder));
-    model.setSimilarityMethod(SimilarityMethod::nearDuplicates);
+    ASSERT_EQ(model.library().availableCount(), static_cast<int>(photosPerFolder));
+    model.matches().setMethod(SimilarityMethod::nearDuplicates);
 
     struct Operation {
         const char* name;
         std::function<QFuture<void>()> begin;
         std::function<bool()> isDone;
     };
+    QFuture<std::vector<library::Photo>> prepared;
     const Operation operations[] = {
-        {"import",
-         [&] {
-             model.importFolder(other);
-             return model.working();
-         },
-         [&] { return model.photos().size() == 2 * photosPerFolder; }},
+        {"import", [&] { return QFuture<void>(model.folderImport().importFolder(other)); },
+         [&] { return model.library().photos().size() == 2 * photosPerFolder; }},
         {"availability",
          [&] {
              asTest([&] { system_.replace("/q", "/unplugged"); });
-             model.refreshAvailability();
-             return model.refreshing();
+             return model.availability().refresh();
          },
-         [&] { return model.unavailableCount() == static_cast<int>(photosPerFolder); }},
+         [&] { return model.library().unavailableCount() == static_cast<int>(photosPerFolder); }},
         {"marks",
-         [&] {
-             model.mark(model.photos(), ReviewDecision::keep);
-             return model.marking();
-         },
-         [&] { return model.importCount() == static_cast<int>(photosPerFolder); }},
-        {"similarity",
-         [&] {
-             model.findSimilar();
-             return model.working();
-         },
-         [&] { return model.similarityComplete(); }},
+         [&] { return QFuture<void>(model.marking().mark(model.library().photos(), ReviewDecision::keep)); },
+         [&] { return model.library().importCount() == static_cast<int>(photosPerFolder); }},
+        {"similarity", [&] { return QFuture<void>(model.matches().find()); },
+         [&] { return model.matches().complete(); }},
         {"organize",
          [&] {
-             model.beginOrganize();
-             return model.working();
+             prepared = model.prepareToOrganize();
+             return QFuture<void>(prepared);
          },
-         [&] { return model.importPhotos().size() == photosPerFolder; }},
+         [&] { return prepared.result().size() == photosPerFolder; }},
         {"flush",
          [&] {
              model.removeFolder(other);
-             return model.flushSession();
+             return QFuture<void>(model.flush());
          },
          [&] { return asTest([&] { return onDisk(); }).folders.size() == 1; }},
     };

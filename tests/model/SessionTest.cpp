@@ -17,9 +17,10 @@ class SessionTest : public ModelWorld {
 protected:
     std::unique_ptr<LibraryModel> started() {
         auto made = std::make_unique<LibraryModel>(document_, std::nullopt, surroundings());
-        EXPECT_TRUE(made->busy());
+        hear(*made);
+        EXPECT_TRUE(made->task().busy());
         settle();
-        EXPECT_FALSE(made->busy());
+        EXPECT_FALSE(made->task().busy());
         return made;
     }
 };
@@ -27,19 +28,20 @@ protected:
 } // namespace
 
 TEST_F(SessionTest, StartsWithWhatTheDocumentHolds) {
-    EXPECT_EQ(started()->status(), "Ready"); // no document yet
+    EXPECT_EQ(started()->loading().result(), Loaded::nothing); // no document yet
+    EXPECT_THAT(reported(), ElementsAre("nothing to restore"));
 
     const auto session = libraryOf({"a.jpg", "b.jpg"});
     library::writeLibrary(system_, session, document_);
     const auto model = started();
-    EXPECT_EQ(model->photos(), session.photos);
-    EXPECT_EQ(model->folders(), session.folders);
-    EXPECT_EQ(model->availableCount(), 2);
+    EXPECT_EQ(model->library().photos(), session.photos);
+    EXPECT_EQ(model->library().folders(), session.folders);
+    EXPECT_EQ(model->library().availableCount(), 2);
 
     system_.write(document_.path(), R"({"by":"another","folders":["file:///p/"],"photos":[
         {"url":"file:///p/a.jpg","bytes":1,"width":1,"height":1,"stars":5},
         {"url":"file:///p/a.jpg","bytes":2,"width":2,"height":2}]})");
-    EXPECT_THAT(started()->photos(), SizeIs(1));
+    EXPECT_THAT(started()->library().photos(), SizeIs(1));
 }
 
 TEST_F(SessionTest, KeepsADocumentThatAnotherProgramWroteMeanwhileAndSaysSoOnce) {
@@ -48,17 +50,13 @@ TEST_F(SessionTest, KeepsADocumentThatAnotherProgramWroteMeanwhileAndSaysSoOnce)
     const auto model = started();
     const std::string theirs = R"({"photos":[],"folders":["file:///theirs/"]})";
     system_.write(document_.path(), theirs);
-    std::vector<std::string> said;
-    QObject::connect(model.get(), &LibraryModel::statusChanged,
-                     [&] { said.push_back(model->status().toStdString()); });
+    reported();
     for (int change = 0; change < 2; ++change) {
-        model->mark(session.photos, ReviewDecision::keep);
-        finish(model->flushSession());
+        model->marking().mark(session.photos, ReviewDecision::keep);
+        finish(model->flush());
     }
     const std::string kept = "library.json.changed-20010101T000000Z";
-    EXPECT_THAT(said,
-                ElementsAre("1 marked", "Library changed by another program · Its version kept as " + kept,
-                            "1 marked"));
+    EXPECT_THAT(reported(), ElementsAre("marked 1 0", "kept " + kept, "marked 1 0"));
     EXPECT_EQ(system_.contents("/data/Lumisort/" + kept), theirs);
     EXPECT_THAT(onDisk().reviewMarks, SizeIs(1));
 }
@@ -69,12 +67,13 @@ TEST_F(SessionTest, SetsAnUnreadableDocumentAsideBeforeItWrites) {
           R"({"photos":[],"folders":[],"reviewMarks":{"/a":{"decision":"Maybe"}}})"}) {
         system_.write(document_.path(), text);
         const auto model = started();
-        EXPECT_THAT(model->status().toStdString(), StartsWith("Could not restore library: "));
-        EXPECT_THAT(model->photos(), IsEmpty());
+        EXPECT_FALSE(model->loading().result().has_value());
+        EXPECT_THAT(reported(), ElementsAre(StartsWith("restore failed: ")));
+        EXPECT_THAT(model->library().photos(), IsEmpty());
         EXPECT_EQ(system_.contents(document_.path()), text);
 
         model->removeFolder(url("/none")); // asks for a save
-        finish(model->flushSession());
+        finish(model->flush());
         EXPECT_THAT(onDisk().photos, IsEmpty());
         const auto kept = system_.filesBelow("/data/Lumisort");
         ASSERT_THAT(kept, SizeIs(2));
@@ -94,11 +93,11 @@ TEST_F(SessionTest, ABurstOfChangesCostsOneWriteOfTheLastState) {
             byThisThread |= self == std::this_thread::get_id();
         writes += operation == "replace";
     };
-    for (const auto& each : session.photos) model->mark({each}, ReviewDecision::keep);
+    for (const auto& each : session.photos) model->marking().mark({each}, ReviewDecision::keep);
     settle();
     EXPECT_EQ(writes, 0);
     letTimersFire();
-    finish(model->flushSession()); // behind the debounced write on the same thread
+    finish(model->flush()); // behind the debounced write on the same thread
     EXPECT_LE(writes, 2);
     EXPECT_FALSE(byThisThread);
     EXPECT_THAT(onDisk().reviewMarks, SizeIs(3));
@@ -108,12 +107,12 @@ TEST_F(SessionTest, AFlushWaitsForMarksAndWritesOnlyWhatChanged) {
     const auto session = libraryOf({"a.jpg"});
     {
         const auto model = this->model(session);
-        finish(model->flushSession());
+        finish(model->flush());
         EXPECT_FALSE(system_.contents(document_.path())); // nothing was changed
     }
     const auto model = this->model(session);
-    model->mark(session.photos, ReviewDecision::cleanup);
-    const auto flushed = model->flushSession(); // before the mark's stamp was read, before the timer
+    model->marking().mark(session.photos, ReviewDecision::cleanup);
+    const auto flushed = model->flush(); // before the mark's stamp was read, before the timer
     EXPECT_FALSE(flushed.isFinished());
     finish(flushed);
     EXPECT_EQ(onDisk().reviewMarks.at("/p/a.jpg").decision, ReviewDecision::cleanup);
@@ -123,26 +122,26 @@ TEST_F(SessionTest, AFailedSaveIsSaidAndTheNextOneTriesAgain) {
     const auto session = libraryOf({"a.jpg"});
     const auto model = this->model(session);
     system_.write("/data", "a file where the folder should be");
-    model->mark(session.photos, ReviewDecision::keep);
+    model->marking().mark(session.photos, ReviewDecision::keep);
     settle();
     letTimersFire();
-    const QDeadlineTimer deadline(10'000);
-    while (!model->status().startsWith(u"Could not save") && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    EXPECT_THAT(model->status().toStdString(), StartsWith("Could not save library: "));
-    EXPECT_EQ(model->importCount(), 1);
+    const auto flushed = model->flush();
+    finish(flushed);
+    EXPECT_FALSE(flushed.result().has_value());
+    EXPECT_THAT(reported().back(), StartsWith("save failed: "));
+    EXPECT_EQ(model->library().importCount(), 1);
 
     system_.remove("/data");
-    finish(model->flushSession());
+    finish(model->flush());
     EXPECT_THAT(onDisk().reviewMarks, SizeIs(1));
 }
 
 TEST_F(SessionTest, AnswersThatComeAfterTheModelAreDropped) {
     const auto session = libraryOf({"a.jpg"});
     auto model = this->model(session);
-    model->mark(session.photos, ReviewDecision::keep);
-    model->refreshAvailability();
-    model->findSimilar();
+    model->marking().mark(session.photos, ReviewDecision::keep);
+    model->availability().refresh();
+    model->matches().find();
     model.reset();
     settle(); // the sanitizers watch
 }

@@ -4,6 +4,7 @@
 namespace lumisort::model {
 
 using similarity::SimilarityLevel;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -34,77 +35,72 @@ protected:
 TEST_F(SimilarityTest, RunsAndShowsWhatWasFound) {
     const auto session = libraryOf({"a.jpg", "b.jpg", "c.jpg"});
     const auto model = this->model(session);
-    model->select(session.photos[0]);
-    model->setSimilarityMethod(SimilarityMethod::nearDuplicates);
-    std::vector<QString> said;
-    QObject::connect(model.get(), &LibraryModel::statusChanged, [&] { said.push_back(model->status()); });
-    model->findSimilar();
-    EXPECT_TRUE(model->busy());
-    EXPECT_TRUE(model->similarityRunning());
-    EXPECT_EQ(model->section(), "similar");
-    EXPECT_THAT(model->selected(), IsEmpty());
+    model->selection().toggle(session.photos[0]);
+    model->matches().setMethod(SimilarityMethod::nearDuplicates);
+    reported();
+    model->matches().find();
+    EXPECT_TRUE(model->task().busy());
+    EXPECT_TRUE(model->matches().running());
+    EXPECT_THAT(model->selection().selected(), IsEmpty());
     settle();
-    EXPECT_THAT(said, ElementsAre("Analyzing photos…", "Analyzing 1 of 3…", "Analyzing 2 of 3…",
-                                  "Grouping matches…",
-                                  "1 near-duplicate groups · 2 unreadable · 5 low-detail skipped"));
-    EXPECT_THAT(model->similarGroups(), SizeIs(1));
-    EXPECT_TRUE(model->similarityComplete());
-    EXPECT_FALSE(model->busy());
+    EXPECT_THAT(reported(), ElementsAre("analyzing", "Analyzing 1 of 3…", "Analyzing 2 of 3…",
+                                        "Grouping matches…", "Near Duplicates 1 2 5 0"));
+    EXPECT_THAT(model->matches().groups(), SizeIs(1));
+    EXPECT_TRUE(model->matches().complete());
+    EXPECT_FALSE(model->task().busy());
 
-    model->findSimilar();
+    model->matches().find();
     settle();
     EXPECT_EQ(cacheSeen_, 3u);
     model->removeFolder(url("/p/"));
-    EXPECT_THAT(model->similarGroups(), IsEmpty());
-    EXPECT_FALSE(model->similarityComplete());
+    EXPECT_THAT(model->matches().groups(), IsEmpty());
+    EXPECT_FALSE(model->matches().complete());
     settle();
-    model->findSimilar(); // no photo can be read: nothing happens
-    EXPECT_FALSE(model->busy());
+    model->matches().find(); // no photo can be read: nothing happens
+    EXPECT_FALSE(model->task().busy());
 }
 
 TEST_F(SimilarityTest, ProgressOfAStoppedScanIsNotShown) {
     const auto model = this->model(libraryOf({"a.jpg", "b.jpg"}));
-    model->setSimilarityMethod(SimilarityMethod::nearDuplicates);
+    model->matches().setMethod(SimilarityMethod::nearDuplicates);
     failure_ = std::make_exception_ptr(tasks::Cancelled());
-    model->findSimilar();
+    model->matches().find();
     runOneJob(); // the refresh that every scan asks for
     auto job = std::move(jobs_.front());
     jobs_.pop_front();
     job(); // its reports are on their way to the main thread …
-    model->stopSimilarity();
-    EXPECT_EQ(model->status(), "Stopping…");
-    std::vector<QString> said;
-    QObject::connect(model.get(), &LibraryModel::statusChanged, [&] { said.push_back(model->status()); });
+    model->matches().stop();
+    EXPECT_EQ(reported().back(), "stopping");
     settle(); // … and arrive after the stop
-    EXPECT_THAT(said, ElementsAre("Scan cancelled"));
-    EXPECT_EQ(model->similarityProgress(), 0);
-    EXPECT_FALSE(model->similarityComplete());
-    EXPECT_FALSE(model->similarityRunning());
+    EXPECT_THAT(reported(), ElementsAre("cancelled"));
+    EXPECT_EQ(model->matches().progress(), 0);
+    EXPECT_FALSE(model->matches().complete());
+    EXPECT_FALSE(model->matches().running());
 }
 
 TEST_F(SimilarityTest, ADriveThatGoesStopsTheScan) {
     const auto model = this->model(libraryOf({"a.jpg"}));
-    model->setSimilarityMethod(SimilarityMethod::nearDuplicates);
-    model->findSimilar();
+    model->matches().setMethod(SimilarityMethod::nearDuplicates);
+    model->matches().find();
     system_.replace("/p", "/gone");
-    model->refreshAvailability();
+    model->availability().refresh();
     runOneJob(); // the refresh that the scan asked for
-    EXPECT_EQ(model->status(), "Stopping…");
-    EXPECT_TRUE(model->busy());
+    EXPECT_THAT(reported(), Contains("stopping"));
+    EXPECT_TRUE(model->task().busy());
     failure_ = std::make_exception_ptr(tasks::Cancelled());
     settle();
-    EXPECT_EQ(model->status(), "Scan cancelled");
-    EXPECT_FALSE(model->busy());
+    EXPECT_EQ(reported().back(), "cancelled");
+    EXPECT_FALSE(model->task().busy());
 }
 
 TEST_F(SimilarityTest, AFailedScanSaysWhy) {
     const auto model = this->model(libraryOf({"a.jpg"}));
-    model->setSimilarityMethod(SimilarityMethod::nearDuplicates);
+    model->matches().setMethod(SimilarityMethod::nearDuplicates);
     failure_ = std::make_exception_ptr(std::runtime_error("no network weights"));
-    model->findSimilar();
+    model->matches().find();
     settle();
-    EXPECT_EQ(model->status(), "Similarity scan failed: no network weights");
-    EXPECT_THAT(model->similarGroups(), IsEmpty());
+    EXPECT_EQ(reported().back(), "failed: no network weights");
+    EXPECT_THAT(model->matches().groups(), IsEmpty());
 }
 
 TEST_F(SimilarityTest, ExactCopiesReportsNoProgressAndNoEmptyParts) {
@@ -113,11 +109,55 @@ TEST_F(SimilarityTest, ExactCopiesReportsNoProgressAndNoEmptyParts) {
     };
     const auto session = libraryOf({"a.jpg", "b.jpg"});
     const auto model = this->model(session);
-    model->setSimilarityMethod(SimilarityMethod::exact);
-    model->findSimilar();
+    model->matches().setMethod(SimilarityMethod::exact);
+    model->matches().find();
     settle();
-    EXPECT_EQ(model->status(), "1 exact-copy groups");
-    EXPECT_EQ(model->similarGroups()[0].anchor, session.photos[1]);
+    EXPECT_EQ(reported().back(), "Exact Copies 1 0 0 0");
+    EXPECT_EQ(model->matches().groups()[0].anchor, session.photos[1]);
+}
+
+TEST_F(SimilarityTest, GroupsOutliveFoldersThatAreAdded) {
+    const auto session = libraryOf({"a.jpg", "b.jpg"});
+    const auto model = this->model(session);
+    model->matches().setMethod(SimilarityMethod::nearDuplicates);
+    system_.write("/q/new.jpg", "x");
+    scanned_ = {{photo("/q/new.jpg")}, 0};
+    model->matches().find();
+    model->folderImport().importFolders({url("/q")}); // waits for the end of the scan
+    settle();
+    ASSERT_EQ(model->library().availableCount(), 3);
+    EXPECT_EQ(model->matches().groupCount(), 1);
+    EXPECT_TRUE(model->matches().complete());
+}
+
+TEST_F(SimilarityTest, AChangedFileEndsTheGroupsAndNoFingerprint) {
+    const auto model = this->model(libraryOf({"a.jpg", "b.jpg"}));
+    model->matches().setMethod(SimilarityMethod::nearDuplicates);
+    model->matches().find();
+    settle();
+    system_.write("/p/a.jpg", "edited");
+    model->availability().refresh();
+    settle();
+    EXPECT_EQ(model->matches().groupCount(), 0);
+    model->matches().find();
+    settle();
+    EXPECT_EQ(cacheSeen_, 2u);
+}
+
+TEST_F(SimilarityTest, NobodySeesGroupsThatAreGone) {
+    const auto session = libraryOf({"a.jpg", "b.jpg"});
+    const auto model = this->model(session);
+    model->matches().setMethod(SimilarityMethod::nearDuplicates);
+    model->matches().find();
+    settle();
+    const auto shown = model->matches().sharedGroups();
+    QObject::connect(&model->selection(), &Selection::changed, [&] {
+        EXPECT_EQ(shown->size(), 1u);
+        EXPECT_EQ(shown->front().photos.size(), 2u);
+    });
+    model->matches().setMethod(SimilarityMethod::exact);
+    model->selection().clear();
+    ASSERT_EQ(model->matches().groupCount(), 0);
 }
 
 } // namespace lumisort::model

@@ -66,7 +66,12 @@ protected:
     }
 
     void waitForAll(LibraryModel& model) {
-        for (const auto& task : {model.working(), model.marking(), model.refreshing()}) finish(task);
+        const QDeadlineTimer deadline(60'000);
+        while (model.task().busy() && !deadline.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        ASSERT_FALSE(model.task().busy());
+        finish(model.marking().pending());
+        finish(model.availability().refreshing());
     }
 
     LoopWatch watch_;

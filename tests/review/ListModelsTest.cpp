@@ -1,6 +1,6 @@
 #include "ReviewWorld.h"
-#include "model/Utf8.h"
-#include "review/PhotoSlots.h"
+#include "model/Decision.h"
+#include "review/VisibleWindowModel.h"
 
 #include <QtTest/qabstractitemmodeltester.h>
 
@@ -45,12 +45,12 @@ protected:
     }
 
     void step() {
-        const auto& photos = model_->photos();
+        const auto& photos = model_->library().photos();
         switch (below(11)) {
         case 0: {
             const auto folder = any(folders_);
             scanned_ = {photosIn(folder), 0};
-            model_->importFolder(folder);
+            model_->folderImport().importFolder(folder);
             break;
         }
         case 1:
@@ -59,92 +59,93 @@ protected:
         case 2: {
             const auto path = any(photosIn(any(folders_))).url.path();
             system_.contents(path) ? system_.remove(path) : system_.write(path, "again");
-            model_->refreshAvailability();
+            model_->availability().refresh();
             break;
         }
         case 3:
             system_.replace("/q", "/unplugged");
-            model_->refreshAvailability();
+            model_->availability().refresh();
             settle();
             system_.replace("/unplugged", "/q");
-            model_->refreshAvailability();
+            model_->availability().refresh();
             break;
         case 4:
             window_->showSection(QLatin1String(any(sections_)));
             break;
         case 5:
-            window_->showFolder(model::fromUtf8(any(folders_).string()));
+            window_->showFolder(QString::fromUtf8(any(folders_).string()));
             break;
         case 6:
-            model_->setQuery(below(3) ? QString::number(below(12)) : QString());
+            window_->state()->setQuery(below(3) ? QString::number(below(12)) : QString());
             break;
         case 7:
             groups_.clear();
-            for (const auto& photo : model_->availablePhotos()) {
+            for (const auto& photo : model_->library().availablePhotos()) {
                 if (groups_.empty() || below(3) == 0) groups_.push_back({.anchor = photo});
                 groups_.back().photos.push_back(photo);
             }
-            model_->findSimilar();
+            model_->matches().find();
             break;
         case 8:
             window_->groups()->setColumns(static_cast<int>(below(6)));
-            slots_.setLimit(static_cast<int>(slotsRandom_() % 12));
-            slots_.setFirst(static_cast<int>(slotsRandom_() % 40));
+            visibleWindow_.setLimit(static_cast<int>(windowRandom_() % 12));
+            visibleWindow_.setFirst(static_cast<int>(windowRandom_() % 40));
             break;
         case 9:
             if (!photos.empty()) model_->rename(any(photos), "renamed " + std::to_string(random_()));
             break;
         default:
             if (photos.empty()) break;
-            model_->mark({any(photos), any(photos)}, below(2)   ? std::optional(ReviewDecision::keep)
-                                                     : below(2) ? std::optional(ReviewDecision::cleanup)
-                                                                : std::nullopt);
+            model_->marking().pending().mark({any(photos), any(photos)}, below(2) ? std::optional(ReviewDecision::keep)
+                                                               : below(2)
+                                                                   ? std::optional(ReviewDecision::cleanup)
+                                                                   : std::nullopt);
         }
     }
 
-    /// A view that believes what it is told sees what the places hold.
-    void checkSlots() {
-        const auto& rows = model_->visiblePhotos().rows();
-        const int total = static_cast<int>(rows.size()), places = std::min(slots_.limit(), total);
-        ASSERT_EQ(slots_.rowCount(), places);
-        ASSERT_EQ(seen_.size(), places);
-        const int first = std::clamp(slots_.first(), 0, total - places);
-        for (int position = first; position < first + places; ++position) {
-            const auto& photo = model_->photos()[rows[static_cast<std::size_t>(position)]];
-            const int place = slots_.placeOf(position);
-            ASSERT_GE(place, 0);
-            EXPECT_EQ(seen_[place].first, position);
-            EXPECT_EQ(seen_[place].second, model::fromUtf8(photo.url.name()) +
-                                               window_->decision(model::fromUtf8(photo.url.string())));
+    /// A view that follows the signals alone shows what the rows hold.
+    void checkWindow() {
+        const auto& rows = window_->state()->photos().rows();
+        const int total = static_cast<int>(rows.size()), rowsShown = std::min(visibleWindow_.limit(), total);
+        ASSERT_EQ(visibleWindow_.rowCount(), rowsShown);
+        ASSERT_EQ(seen_.size(), rowsShown);
+        const int first = std::clamp(visibleWindow_.first(), 0, total - rowsShown);
+        for (int position = first; position < first + rowsShown; ++position) {
+            const auto& photo = model_->library().photos()[rows[static_cast<std::size_t>(position)]];
+            const int row = visibleWindow_.rowOf(position);
+            ASSERT_GE(row, 0);
+            EXPECT_EQ(seen_[row].first, position);
+            EXPECT_EQ(seen_[row].second, QString::fromUtf8(photo.url.name()) +
+                                             QString::number(model::Decision::of(model_->library().decision(photo))));
         }
     }
 
     void look(int from, int to) {
-        const auto text = [&](int place, int role) { return slots_.index(place).data(role).toString(); };
-        for (int place = from; place <= to; ++place)
-            seen_[place] = {slots_.index(place).data(review::PhotoSlots::PositionRole).toInt(),
-                            text(place, model::VisiblePhotos::NameRole) +
-                                text(place, model::VisiblePhotos::DecisionRole)};
+        const auto text = [&](int row, int role) { return visibleWindow_.index(row).data(role).toString(); };
+        for (int row = from; row <= to; ++row)
+            seen_[row] = {visibleWindow_.index(row).data(review::VisibleWindowModel::PositionRole).toInt(),
+                          text(row, VisiblePhotos::NameRole) +
+                              text(row, VisiblePhotos::DecisionRole)};
     }
 
-    void followSlots() {
-        QObject::connect(&slots_, &QAbstractItemModel::rowsInserted,
+    void followWindow() {
+        QObject::connect(&visibleWindow_, &QAbstractItemModel::rowsInserted,
                          [this](const auto&, int first, int last) {
                              seen_.insert(first, last - first + 1, {});
                              look(first, last);
                          });
-        QObject::connect(&slots_, &QAbstractItemModel::rowsRemoved,
+        QObject::connect(&visibleWindow_, &QAbstractItemModel::rowsRemoved,
                          [this](const auto&, int first, int last) { seen_.remove(first, last - first + 1); });
-        QObject::connect(&slots_, &QAbstractItemModel::dataChanged,
+        QObject::connect(&visibleWindow_, &QAbstractItemModel::dataChanged,
                          [this](const auto& from, const auto& to) { look(from.row(), to.row()); });
-        slots_.setSource(window_->photos());
+        visibleWindow_.setSource(window_->photos());
     }
 
-    PhotoSlots slots_;
-    QList<std::pair<int, QString>> seen_; ///< position and text of each place
+    VisibleWindowModel visibleWindow_;
+    QList<std::pair<int, QString>> seen_; ///< position and text of each row
     const std::vector<files::FileUrl> folders_{url("/p/"), url("/q/"), url("/q/inner/")};
     static constexpr const char* sections_[] = {"library", "offline", "keep", "cleanup", "similar"};
-    std::mt19937 random_{5}, slotsRandom_{7};
+    std::mt19937 random_{5}, windowRandom_{7};
 };
 
 } // namespace
@@ -156,9 +157,9 @@ TEST_F(ListModelsTest, KeepTheRulesOfListsThroughEverythingThatHappens) {
     const Complaints complaints;
     using Tester = QAbstractItemModelTester;
     for (QAbstractItemModel* list : std::initializer_list<QAbstractItemModel*>{
-             window_->photos(), window_->folders(), window_->groups(), &slots_})
+             window_->photos(), window_->folders(), window_->groups(), &visibleWindow_})
         new Tester(list, Tester::FailureReportingMode::Warning, list); // goes with the list
-    followSlots();
+    followWindow();
     std::size_t most = 0;
     for (int count = 0; count < 600 && !HasFailure(); ++count) {
         SCOPED_TRACE(count);
@@ -168,10 +169,10 @@ TEST_F(ListModelsTest, KeepTheRulesOfListsThroughEverythingThatHappens) {
         }
         settle();
         QCoreApplication::sendPostedEvents();
-        checkSlots();
-        EXPECT_EQ(window_->folders()->rowCount(), std::ssize(model_->folders()));
-        EXPECT_LT(window_->cursor()->position(), std::max<std::ptrdiff_t>(std::ssize(model_->photos()), 1));
-        most = std::max(most, model_->visible().size());
+        checkWindow();
+        EXPECT_EQ(window_->folders()->rowCount(), std::ssize(model_->library().folders()));
+        EXPECT_LT(window_->cursor()->position(), std::max<std::ptrdiff_t>(std::ssize(model_->library().photos()), 1));
+        most = std::max(most, window_->state()->photos().rows().size());
     }
     EXPECT_GT(most, 2U * photosPerFolder) << "the steps came to nothing";
 }

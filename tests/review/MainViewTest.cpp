@@ -6,6 +6,7 @@
 
 #include <QAccessible>
 
+void qml_register_types_Lumisort_Actions();
 void qml_register_types_Lumisort_Marks();
 void qml_register_types_Lumisort_Review();
 
@@ -33,6 +34,7 @@ Window {
 class MainViewTest : public ReviewWorld {
 protected:
     MainViewTest() {
+        qml_register_types_Lumisort_Actions();
         qml_register_types_Lumisort_Marks();
         qml_register_types_Lumisort_Review();
         stage_.engine().addImageProvider(QStringLiteral("thumbnail"), new ui::ThumbnailProvider(store_));
@@ -57,9 +59,9 @@ TEST_F(MainViewTest, IsUsedByKeyboardAlone) {
     EXPECT_EQ(window_->cursor()->position(), 3);
     stage_.key(Qt::Key_F, Qt::ControlModifier);
     stage_.type(QStringLiteral("a.j"));
-    EXPECT_EQ(model_->visible().size(), 1u);
+    EXPECT_EQ(window_->state()->photos().rows().size(), 1u);
     stage_.key(Qt::Key_Escape);
-    EXPECT_EQ(model_->visible().size(), 4u);
+    EXPECT_EQ(window_->state()->photos().rows().size(), 4u);
     stage_.key(Qt::Key_Return); // from the search to the photos
     stage_.key(Qt::Key_Home);
     stage_.key(Qt::Key_Space);
@@ -68,22 +70,23 @@ TEST_F(MainViewTest, IsUsedByKeyboardAlone) {
     EXPECT_TRUE(stage_.has(QStringLiteral("2 selected")));
     stage_.key(Qt::Key_K, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(model_->importCount(), 2);
+    EXPECT_EQ(model_->library().importCount(), 2);
     stage_.key(Qt::Key_Z, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(model_->importCount(), 0);
+    EXPECT_EQ(model_->library().importCount(), 0);
+    bool compared = false;
+    QObject::connect(window_->state(), &WindowState::compareWanted, [&] { compared = true; });
     stage_.key(Qt::Key_E, Qt::ControlModifier);
-    EXPECT_TRUE(model_->compare());
-    model_->setCompare(false);
+    EXPECT_TRUE(compared);
 
     int opened = -1;
-    QObject::connect(model_.get(), &model::LibraryModel::fullscreenWanted,
+    QObject::connect(window_->state(), &WindowState::fullscreenWanted,
                      [&](const auto&, int index) { opened = index; });
     stage_.type(QStringLiteral("d"));
     stage_.key(Qt::Key_Return);
     EXPECT_EQ(opened, 3);
     stage_.key(Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(window_->selectedCount(), 4);
+    EXPECT_EQ(model_->selection().count(), 4);
     const auto* face = QAccessible::queryAccessibleInterface(stage_.item(QStringLiteral("c.jpg")));
     EXPECT_TRUE(face->state().selected);
 }
@@ -92,12 +95,12 @@ TEST_F(MainViewTest, OpensThePhotosMenuByKeyAndGoesOnAmongThePhotos) {
     show({"a.jpg", "b.jpg"});
     stage_.key(Qt::Key_End);
     stage_.key(Qt::Key_Menu);
-    EXPECT_TRUE(stage_.has(QStringLiteral("Show in Finder")));
+    EXPECT_TRUE(stage_.has(QStringLiteral("Show in File Manager")));
     for (int down = 0; down < 3; ++down) stage_.key(Qt::Key_Down); // past Film…, which is disabled
     stage_.key(Qt::Key_Return);
     settle();
-    EXPECT_EQ(model_->skipCount(), 1);
-    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Show in Finder")); }));
+    EXPECT_EQ(model_->library().skipCount(), 1);
+    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Show in File Manager")); }));
     stage_.key(Qt::Key_Home);
     EXPECT_EQ(window_->cursor()->position(), 0);
 }
@@ -110,9 +113,9 @@ TEST_F(MainViewTest, AClickBesideAMenuOnlyPutsItAway) {
         stage_.settle();
     };
     click(Qt::RightButton, "a.jpg");
-    ASSERT_TRUE(stage_.has(QStringLiteral("Show in Finder")));
+    ASSERT_TRUE(stage_.has(QStringLiteral("Show in File Manager")));
     click(Qt::LeftButton, "b.jpg");
-    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Show in Finder")); }));
+    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Show in File Manager")); }));
     EXPECT_THAT(selectedNames(), IsEmpty());
     click(Qt::LeftButton, "b.jpg");
     EXPECT_THAT(selectedNames(), ElementsAre("b.jpg"));
@@ -134,22 +137,54 @@ TEST_F(MainViewTest, IsUsedByMouseAlone) {
     settle();
     stage_.click(QStringLiteral("Undo"));
     settle();
-    EXPECT_EQ(model_->skipCount(), 0);
+    EXPECT_EQ(model_->library().skipCount(), 0);
     stage_.click(QStringLiteral("Redo"));
     settle();
-    EXPECT_EQ(model_->skipCount(), 1);
+    EXPECT_EQ(model_->library().skipCount(), 1);
     stage_.click(QStringLiteral("Skip, 1"));
-    EXPECT_EQ(model_->section(), "cleanup");
+    EXPECT_EQ(window_->state()->sectionName(), "cleanup");
     EXPECT_THAT(selectedNames(), IsEmpty());
     EXPECT_TRUE(stage_.has(QStringLiteral("b.jpg, Skip")));
     stage_.click(QStringLiteral("p"));
-    EXPECT_EQ(model_->section(), "folder");
+    EXPECT_EQ(window_->state()->sectionName(), "folder");
 
     findGroups({{0, 2}});
     stage_.settle();
     EXPECT_THAT(stage_.names(), Contains("Group 1"));
     stage_.click(QStringLiteral("c.jpg"));
     EXPECT_THAT(selectedNames(), ElementsAre("c.jpg"));
+}
+
+TEST_F(MainViewTest, ShowsInTheGroupsWhatAClickSelectsAfterEverySearch) {
+    std::vector<std::string> names;
+    for (int group = 10; group < 60; ++group)
+        for (const char* word : {"odd", "even"})
+            names.push_back(std::string(word) + (group % 2 ? "x" : "y") + std::to_string(group) + ".jpg");
+    show(names);
+    std::vector<std::vector<std::size_t>> groups;
+    for (std::size_t i = 0; i + 1 < names.size(); i += 2) groups.push_back({i, i + 1});
+    findGroups(groups);
+    window_->showSection(QStringLiteral("similar"));
+    stage_.settle();
+    for (const char* query : {"", "x", "y", "y2", "", "x3", "y"}) {
+        SCOPED_TRACE(query);
+        window_->state()->setQuery(QString::fromLatin1(query));
+        stage_.settle();
+        for (int page = 0; page < 3; ++page) {
+            const auto cards = stage_.names().filter(QStringLiteral(".jpg"));
+            ASSERT_FALSE(cards.isEmpty());
+            const auto middle = cards.at(cards.size() / 2);
+            EXPECT_THAT(middle.toStdString(), testing::HasSubstr(query));
+            model_->selection().clear();
+            stage_.settle();
+            auto* card = stage_.item(middle);
+            ASSERT_TRUE(QMetaObject::invokeMethod(window_->cursor(), "click",
+                                                  Q_ARG(int, card->property("position").toInt()),
+                                                  Q_ARG(bool, false)));
+            EXPECT_THAT(selectedNames(), ElementsAre(middle.toStdString()));
+            stage_.key(Qt::Key_PageDown);
+        }
+    }
 }
 
 TEST_F(MainViewTest, KeepsItsPlaceInALongList) {
@@ -163,7 +198,7 @@ TEST_F(MainViewTest, KeepsItsPlaceInALongList) {
     };
     for (int page = 0; page < 10; ++page) stage_.key(Qt::Key_PageDown);
     ASSERT_TRUE(onShow("1100.jpg"));
-    window_->mark(QString::fromStdString(urlOf(99)), QStringLiteral("For Cleanup"));
+    model_->marking().mark({named(99)}, library::ReviewDecision::cleanup);
     settle();
     EXPECT_TRUE(onShow("1100.jpg"));
     for (const int width : {1000, 1800, 1250}) { // other numbers of columns
@@ -172,13 +207,13 @@ TEST_F(MainViewTest, KeepsItsPlaceInALongList) {
         stage_.settle();
         EXPECT_TRUE(onShow("1100.jpg"));
     }
-    model_->setQuery(QStringLiteral("7")); // hundreds of runs go, those on show among them
+    window_->state()->setQuery(QStringLiteral("7")); // hundreds of runs go, those on show among them
     stage_.settle();
-    EXPECT_EQ(model_->visible().size(), 813u);
+    EXPECT_EQ(window_->state()->photos().rows().size(), 813u);
     EXPECT_FALSE(stage_.names().filter(QStringLiteral("7.jpg")).isEmpty());
     stage_.key(Qt::Key_End);
     EXPECT_TRUE(onShow("3997.jpg"));
-    model_->setQuery(QStringLiteral("1007"));
+    window_->state()->setQuery(QStringLiteral("1007"));
     stage_.settle();
     EXPECT_TRUE(onShow("1007.jpg"));
 }
@@ -189,13 +224,13 @@ TEST_F(MainViewTest, RemovesAFolderOnlyWhenItIsConfirmed) {
     stage_.click(QStringLiteral("Remove from Library…"));
     EXPECT_TRUE(stage_.has(QStringLiteral("Remove folder from library?")));
     stage_.click(QStringLiteral("Cancel"));
-    EXPECT_THAT(model_->folders(), SizeIs(1));
+    EXPECT_THAT(model_->library().folders(), SizeIs(1));
     ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Cancel")); }));
     stage_.click(QStringLiteral("Folder actions for p"));
     stage_.click(QStringLiteral("Remove from Library…"));
     stage_.click(QStringLiteral("Remove from Library"));
     settle();
-    EXPECT_THAT(model_->folders(), IsEmpty());
+    EXPECT_THAT(model_->library().folders(), IsEmpty());
     EXPECT_TRUE(stage_.has(QStringLiteral("Add photos")));
 }
 

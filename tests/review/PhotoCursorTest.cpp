@@ -30,7 +30,7 @@ TEST_F(PhotoCursorTest, MovesTogglesAndExtends) {
     EXPECT_EQ(here(), "c.jpg");
     cursor().toggle();
     EXPECT_THAT(selectedNames(), ElementsAre("c.jpg"));
-    EXPECT_EQ(model_->focusedPhotoURL(), named(2).url);
+    EXPECT_EQ(model_->selection().focused(), named(2).url);
     cursor().move(1, 0, true);
     cursor().move(1, 0, true);
     EXPECT_THAT(selectedNames(), ElementsAre("c.jpg", "d.jpg", "e.jpg"));
@@ -41,13 +41,13 @@ TEST_F(PhotoCursorTest, MovesTogglesAndExtends) {
     cursor().move(100, 0, false);
     EXPECT_EQ(here(), "e.jpg");
     cursor().selectAll();
-    EXPECT_EQ(window_->selectedCount(), 5);
+    EXPECT_EQ(model_->selection().count(), 5);
 }
 
 TEST_F(PhotoCursorTest, ClicksToggleAndShiftAddsARange) {
     open({"a.jpg", "b.jpg", "c.jpg", "d.jpg", "e.jpg"});
     std::vector<int> opened;
-    QObject::connect(model_.get(), &model::LibraryModel::fullscreenWanted,
+    QObject::connect(window_->state(), &WindowState::fullscreenWanted,
                      [&](const auto&, int index) { opened.push_back(index); });
     cursor().click(4, false);
     cursor().click(0, false);
@@ -63,20 +63,20 @@ TEST_F(PhotoCursorTest, ClicksToggleAndShiftAddsARange) {
 
 TEST_F(PhotoCursorTest, StaysWithItsPhotoAndTakesTheNextOnesPlace) {
     open({"a.jpg", "b.jpg", "c.jpg", "d.jpg"});
-    for (const auto index : {1u, 2u, 3u}) window_->mark(QString::fromStdString(urlOf(index)), "Keep");
+    for (const auto index : {1u, 2u, 3u}) model_->marking().mark({named(index)}, library::ReviewDecision::keep);
     settle();
     window_->showSection("keep");
     cursor().move(0, 0, false);
     cursor().move(1, 0, false);
     EXPECT_EQ(here(), "c.jpg");
-    window_->mark(QString::fromStdString(urlOf(1)), "");
+    model_->marking().mark({named(1)}, std::nullopt);
     settle();
     EXPECT_EQ(here(), "c.jpg");
     EXPECT_EQ(cursor().position(), 0);
-    window_->mark(QString::fromStdString(urlOf(2)), "For Cleanup");
+    model_->marking().mark({named(2)}, library::ReviewDecision::cleanup);
     settle();
     EXPECT_EQ(here(), "d.jpg");
-    window_->mark(QString::fromStdString(urlOf(3)), "For Cleanup");
+    model_->marking().mark({named(3)}, library::ReviewDecision::cleanup);
     settle();
     EXPECT_EQ(cursor().position(), -1);
 }
@@ -93,14 +93,14 @@ TEST_F(PhotoCursorTest, SeeksNamesAndWalksThroughGroups) {
     EXPECT_EQ(here(), "boat.jpg");
 
     findGroups({{3, 0}, {1, 2}});
-    EXPECT_EQ(window_->page(), "groups");
+    EXPECT_EQ(window_->page(), LibraryWindow::Groups);
     window_->groups()->setColumns(3);
     cursor().move(1, 0, false);
     cursor().move(1, 0, false);
     EXPECT_EQ(here(), "Beach.jpg");
     cursor().move(0, 1, false);
     EXPECT_EQ(here(), "ALPS 10.jpg");
-    model_->setQuery("alps");
+    window_->state()->setQuery("alps");
     EXPECT_EQ(here(), "ALPS 10.jpg");
     EXPECT_EQ(cursor().position(), 1);
     cursor().toggle();
@@ -115,27 +115,40 @@ TEST_F(PhotoCursorTest, GroupsScrollAsHeadingsAndRows) {
     std::vector<std::string> lines;
     for (int row = 0; row < rows.rowCount(); ++row) {
         const auto value = [&](SimilarRows::Role role) { return rows.index(row).data(role).toInt(); };
+        std::string photos;
+        for (const auto& each : rows.index(row).data(SimilarRows::PhotosRole).toList()) {
+            const auto photo = each.value<GroupPhoto>();
+            photos += " " + photo.name.toStdString() + "=" + photo.note.toStdString();
+        }
         lines.push_back(std::to_string(value(SimilarRows::NumberRole)) +
                         (rows.index(row).data(SimilarRows::HeadingRole).toBool()
                              ? ": " + std::to_string(value(SimilarRows::CountRole))
-                             : " from " + std::to_string(value(SimilarRows::FirstRole)) + ", " +
-                                   std::to_string(value(SimilarRows::LengthRole))));
+                             : " from " + std::to_string(value(SimilarRows::FirstRole)) + photos));
     }
-    EXPECT_THAT(lines, ElementsAre("1: 3", "1 from 0, 2", "1 from 2, 1", "2: 2", "2 from 3, 2"));
+    EXPECT_THAT(lines, ElementsAre("1: 3", "1 from 0 a.jpg=anchor b.jpg=", "1 from 2 c.jpg=0.38", "2: 2",
+                                   "2 from 3 d.jpg=anchor e.jpg=0.38"));
     EXPECT_EQ(rows.rowOf(0), 1);
     EXPECT_EQ(rows.rowOf(2), 2);
     EXPECT_EQ(rows.rowOf(4), 4);
     EXPECT_EQ(rows.rowOf(5), -1);
-    EXPECT_EQ(rows.card(0)["note"], "anchor");
-    EXPECT_EQ(rows.card(2)["note"], "0.38");
-    EXPECT_EQ(rows.card(1)["note"], "");
-    EXPECT_EQ(rows.card(4)["name"], "e.jpg");
-    EXPECT_TRUE(rows.card(5).isEmpty());
-    model_->setQuery("d.");
+    const auto third = [&] {
+        return rows.index(2).data(SimilarRows::PhotosRole).toList().front().value<GroupPhoto>();
+    };
+    EXPECT_FALSE(third().selected);
+    int changes = 0;
+    QObject::connect(&rows, &QAbstractItemModel::dataChanged, [&] { ++changes; });
+    model_->selection().toggle(named(2));
+    EXPECT_TRUE(third().selected);
+    EXPECT_EQ(changes, 1);
+    model_->marking().mark({named(2)}, library::ReviewDecision::cleanup);
+    settle();
+    EXPECT_EQ(third().decision, model::Decision::Skip);
+    EXPECT_GT(changes, 1);
+    window_->state()->setQuery("d.");
     EXPECT_EQ(rows.groupCount(), 1);
     EXPECT_EQ(rows.index(0).data(SimilarRows::NumberRole), 2) << "a group keeps its number";
-    model_->setQuery("z");
-    EXPECT_EQ(window_->page(), "empty");
+    window_->state()->setQuery("z");
+    EXPECT_EQ(window_->page(), LibraryWindow::Empty);
 }
 
 } // namespace lumisort::review

@@ -32,13 +32,13 @@ protected:
             group.distances[group.photos.back().url] = 0.375F;
             groups_.push_back(group);
         }
-        model_->findSimilar();
+        model_->matches().find();
         settle();
     }
 
     std::vector<std::string> selectedNames() const {
         std::vector<std::string> names;
-        for (const auto& photo : model_->picked()) names.emplace_back(photo.url.name());
+        for (const auto& photo : model_->selection().picked()) names.emplace_back(photo.url.name());
         return names;
     }
 

@@ -1,6 +1,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/quick/QuickStage.h"
 
+#include <QtTest/qtestkeyboard.h>
 #include <QtTest/qtestmouse.h>
 #include <gmock/gmock.h>
 
@@ -51,6 +52,11 @@ protected:
         auto* face = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
         return face ? face->text(QAccessible::Name) : QString();
     }
+    void waitForChoose() {
+        EXPECT_TRUE(test::QuickStage::until([&] {
+            return stage_.has(QStringLiteral("Choose")) && stage_.item(QStringLiteral("Choose"))->isEnabled();
+        }));
+    }
     bool hasClosed() {
         return test::QuickStage::until([&] { return focused() == QLatin1String("Ask"); });
     }
@@ -75,6 +81,36 @@ TEST_F(FolderSheetTest, ChoosesWhatIsTypedAndGivesTheKeyboardBack) {
     EXPECT_EQ(chosen(), QStringLiteral("alps"));
 }
 
+TEST_F(FolderSheetTest, KeepsBlanksInNames) {
+    QDir(root_).mkdir(QStringLiteral("Backup"));
+    QDir(root_).mkdir(QStringLiteral("Backup "));
+    open();
+    stage_.type(root_ + QStringLiteral("/Backup "));
+    stage_.key(Qt::Key_Return);
+    EXPECT_TRUE(hasClosed());
+    EXPECT_EQ(chosen(), QStringLiteral("Backup "));
+}
+
+TEST_F(FolderSheetTest, IsADialogWithAName) {
+    open();
+    EXPECT_TRUE(stage_.has(QStringLiteral("Add Folder")));
+    auto* item = stage_.item(QStringLiteral("Add Folder"));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(item)->role(), QAccessible::Dialog);
+    stage_.key(Qt::Key_Escape);
+}
+
+TEST_F(FolderSheetTest, AHeldReturnKeyDoesNotRunOnIntoTheSheet) {
+    QTest::keyPress(&stage_.window(), Qt::Key_Return);
+    ASSERT_TRUE(test::QuickStage::until([&] { return focused() == QLatin1String("Folder"); }));
+    for (int i = 0; i < 5; ++i) {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, {}, QStringLiteral("\r"), true);
+        QCoreApplication::sendEvent(&stage_.window(), &held);
+        QTest::qWait(20);
+    }
+    EXPECT_EQ(focused(), QStringLiteral("Folder"));
+    EXPECT_EQ(chosen(), QString());
+}
+
 TEST_F(FolderSheetTest, WalksThroughTheFoldersByKeys) {
     open();
     stage_.key(Qt::Key_Down); // into the list
@@ -85,6 +121,7 @@ TEST_F(FolderSheetTest, WalksThroughTheFoldersByKeys) {
     ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("baltic sea")); }));
     stage_.key(Qt::Key_Down);
     stage_.key(Qt::Key_Down);
+    waitForChoose();
     stage_.click(QStringLiteral("Choose"));
     EXPECT_TRUE(hasClosed());
     EXPECT_EQ(chosen(), QStringLiteral("baltic sea"));
@@ -106,6 +143,7 @@ TEST_F(FolderSheetTest, WalksThroughTheFoldersByClicks) {
     open("glacier");
     ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("No folders in here")); }));
     stage_.click(QStringLiteral("No folders in here"));
+    waitForChoose();
     stage_.click(QStringLiteral("Choose"));
     EXPECT_TRUE(hasClosed());
     EXPECT_EQ(chosen(), QStringLiteral("alps/glacier"));

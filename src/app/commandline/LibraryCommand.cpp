@@ -1,10 +1,12 @@
 #include "app/commandline/Command.h"
 #include "app/commandline/Folders.h"
 #include "app/commandline/Json.h"
+#include "app/commandline/LibraryText.h"
 #include "app/commandline/OpenLibrary.h"
 #include "app/commandline/Text.h"
 #include "library/FolderMatcher.h"
 #include "library/RecordForms.h"
+#include "model/VisibleRows.h"
 
 #include <CLI/CLI.hpp>
 
@@ -24,10 +26,6 @@ struct LibraryOptions {
     bool json = false;
 };
 
-std::string statusLine(const OpenLibrary& library) {
-    return library.model().status().toStdString();
-}
-
 /// Folders stand in the document with a slash at their end, as folder choosers give them.
 files::FileUrl asFolder(const files::FileUrl& url) {
     return files::FileUrl::fromPath(url.path() == "/" ? url.path() : url.path() + "/");
@@ -38,12 +36,10 @@ ExitStatus add(const LibraryOptions& options, Surroundings& with) {
     OpenLibrary library(options.document, with);
     bool unreadable = false;
     for (const auto& folder : folders) {
-        library.model().importFolder(asFolder(folder));
-        library.wait(library.model().working());
-        const auto status = statusLine(library);
-        unreadable = unreadable || status.ends_with(" unreadable");
-        with.out << status << '\n';
-        library.wait(library.model().refreshing());
+        const auto summary = library.result(library.model().folderImport().importFolder(asFolder(folder)));
+        unreadable = unreadable || summary.unreadable > 0;
+        with.out << outcomeText(summary) << '\n';
+        library.wait(library.model().availability().refreshing());
     }
     library.close();
     return unreadable ? ExitStatus::doneWithFailures : ExitStatus::done;
@@ -55,69 +51,68 @@ ExitStatus remove(const LibraryOptions& options, Surroundings& with) {
     std::vector<files::FileUrl> folders;
     for (const auto& argument : options.paths) {
         const auto path = fileArgument(argument).path();
-        const auto found = std::ranges::find(model.folders(), path, [](const files::FileUrl& folder) {
+        const auto& present = model.library().folders();
+        const auto found = std::ranges::find(present, path, [](const files::FileUrl& folder) {
             return library::standardizedPath(folder.path());
         });
-        if (found == model.folders().end())
+        if (found == present.end())
             throw std::runtime_error("“" + printable(path) + "” is no folder of the library.");
         folders.push_back(*found);
     }
     for (const auto& folder : folders) {
         model.removeFolder(folder);
-        with.out << statusLine(library) << '\n';
-        library.wait(model.refreshing());
+        with.out << outcomeText(model::FolderRemoved()) << '\n';
+        library.wait(model.availability().refreshing());
     }
     library.close();
     return ExitStatus::done;
 }
 
-void writeListed(json::Writer& json, const model::LibraryModel& model, const library::Photo& photo) {
+void writeListed(json::Writer& json, const model::Library& library, const library::Photo& photo) {
     json.beginObject();
     library::writeFields(json, photo);
-    if (const auto decision = model.decision(photo)) json.key("decision").text(rawValue(*decision));
+    if (const auto decision = library.decision(photo)) json.key("decision").text(rawValue(*decision));
     json.endObject();
 }
 
 ExitStatus list(const LibraryOptions& options, Surroundings& with) {
-    OpenLibrary library(options.document, with);
-    auto& model = library.model();
-    model.setSection(QString::fromStdString(options.section));
-    model.setQuery(QString::fromStdString(options.search));
-    const auto photos = model.visible();
+    OpenLibrary open(options.document, with);
+    const auto& library = open.model().library();
+    std::vector<library::Photo> photos;
+    for (const auto row :
+         model::visibleRows(library.state(), library.searchNames(),
+                            {.section = model::sectionNamed(options.section), .text = options.search}))
+        photos.push_back(library.photos()[row]);
     if (options.json) {
         printJson(with.out, [&](json::Writer& json) {
             json.beginObject();
             json.key("photos").beginArray();
-            for (const auto& photo : photos) writeListed(json, model, photo);
+            for (const auto& photo : photos) writeListed(json, library, photo);
             json.endArray();
             json.endObject();
         });
     } else {
         for (const auto& photo : photos) {
             with.out << printable(photo.url.path());
-            if (const auto decision = model.decision(photo)) with.out << "  " << rawValue(*decision);
+            if (const auto decision = library.decision(photo)) with.out << "  " << rawValue(*decision);
             with.out << '\n';
         }
         with.out << counted(std::ssize(photos), "photo") << '\n';
     }
-    library.close();
+    open.close();
     return ExitStatus::done;
 }
 
 /// The library's photos at these paths; `missing` counts those that are not in it, each noted.
-std::vector<library::Photo> named(const std::vector<std::string>& arguments, const model::LibraryModel& model,
+std::vector<library::Photo> named(const std::vector<std::string>& arguments, const model::Library& library,
                                   Surroundings& with, std::size_t& missing) {
     std::vector<library::Photo> photos;
     for (const auto& argument : arguments) {
-        const auto path = fileArgument(argument).path();
-        const auto found =
-            std::ranges::find(model.photos(), path, [](const library::Photo& photo) -> const std::string& {
-                return photo.url.path();
-            });
-        if (found != model.photos().end()) {
+        const auto url = fileArgument(argument);
+        if (const auto found = library.photo(url)) {
             photos.push_back(*found);
         } else {
-            with.notes << printable(path) << ": not in the library\n";
+            with.notes << printable(url.path()) << ": not in the library\n";
             ++missing;
         }
     }
@@ -127,61 +122,63 @@ std::vector<library::Photo> named(const std::vector<std::string>& arguments, con
 ExitStatus mark(const LibraryOptions& options, Surroundings& with) {
     OpenLibrary library(options.document, with);
     std::size_t missing = 0;
-    const auto photos = named(options.paths, library.model(), with, missing);
-    library.model().mark(photos, options.keep      ? std::optional(library::ReviewDecision::keep)
-                                 : options.cleanup ? std::optional(library::ReviewDecision::cleanup)
-                                                   : std::nullopt);
-    library.wait(library.model().marking());
-    const auto status = statusLine(library);
-    with.out << status << '\n';
+    const auto photos = named(options.paths, library.model().library(), with, missing);
+    const auto decision = options.keep      ? std::optional(library::ReviewDecision::keep)
+                          : options.cleanup ? std::optional(library::ReviewDecision::cleanup)
+                                            : std::nullopt;
+    const auto summary = library.result(library.model().marking().mark(photos, decision));
+    with.out << outcomeText(summary) << '\n';
     library.close();
-    return missing || status.ends_with(" unavailable") ? ExitStatus::doneWithFailures : ExitStatus::done;
+    return missing || summary.unavailable > 0 ? ExitStatus::doneWithFailures : ExitStatus::done;
 }
 
 ExitStatus rename(const LibraryOptions& options, Surroundings& with) {
     OpenLibrary library(options.document, with);
     std::size_t missing = 0;
-    const auto photos = named({options.file}, library.model(), with, missing);
+    const auto photos = named({options.file}, library.model().library(), with, missing);
     if (missing) return ExitStatus::failed;
-    library.model().rename(photos.front(), options.stem);
-    with.out << statusLine(library) << '\n';
+    const auto renamed = library.model().rename(photos.front(), options.stem);
+    if (!renamed) throw std::runtime_error(renamed.error());
+    with.out << outcomeText(model::PhotoRenamed{*renamed}) << '\n';
     library.close();
     return ExitStatus::done;
 }
 
 ExitStatus status(const LibraryOptions& options, Surroundings& with) {
-    OpenLibrary library(options.document, with);
-    auto& model = library.model();
+    OpenLibrary open(options.document, with);
+    const auto& library = open.model().library();
+    const auto available = outcomeText(
+        model::AvailabilitySummary{library.state().readableCount(), library.state().unavailableCount()});
     const auto stateOf = [&](const files::FileUrl& folder) {
-        return title(model.folderState(folder).value_or(library::FolderState::unavailable));
+        return title(library.folderState(folder).value_or(library::FolderState::unavailable));
     };
     if (options.json) {
         printJson(with.out, [&](json::Writer& json) {
             json.beginObject();
             json.key("folders").beginArray();
-            for (const auto& folder : model.folders()) {
+            for (const auto& folder : library.folders()) {
                 json.beginObject();
                 json.key("url").url(folder);
                 json.key("state").text(stateOf(folder));
                 json.endObject();
             }
             json.endArray();
-            json.key("photos").integer(std::ssize(model.photos()));
-            json.key("available").integer(model.availableCount());
-            json.key("unavailable").integer(model.unavailableCount());
-            json.key("import").integer(model.importCount());
-            json.key("skip").integer(model.skipCount());
-            json.key("status").text(statusLine(library));
+            json.key("photos").integer(std::ssize(library.photos()));
+            json.key("available").integer(library.availableCount());
+            json.key("unavailable").integer(library.unavailableCount());
+            json.key("import").integer(library.importCount());
+            json.key("skip").integer(library.skipCount());
+            json.key("status").text(available);
             json.endObject();
         });
     } else {
-        for (const auto& folder : model.folders())
+        for (const auto& folder : library.folders())
             with.out << printable(folder.path()) << "  " << stateOf(folder) << '\n';
-        with.out << counted(std::ssize(model.photos()), "photo") << " · " << model.importCount()
-                 << " to import · " << model.skipCount() << " to skip\n"
-                 << statusLine(library) << '\n';
+        with.out << counted(std::ssize(library.photos()), "photo") << " · " << library.importCount()
+                 << " to import · " << library.skipCount() << " to skip\n"
+                 << available << '\n';
     }
-    library.close();
+    open.close();
     return ExitStatus::done;
 }
 

@@ -27,10 +27,9 @@ std::unique_ptr<QCoreApplication> application() {
 OpenLibrary::OpenLibrary(const std::string& document, const Surroundings& with)
     : stop_(with.stop), document_(documentAt(document)), lock_(lockDocument(document_)),
       application_(application()), model_(std::make_unique<model::LibraryModel>(document_)) {
-    wait(model_->loading());
-    if (model_->status().startsWith(QStringLiteral("Could not")))
-        throw std::runtime_error(model_->status().toStdString());
-    wait(model_->refreshing());
+    if (const auto loaded = result(model_->loading()); !loaded)
+        throw std::runtime_error("Could not restore library: " + loaded.error());
+    wait(model_->availability().refreshing());
 }
 
 void OpenLibrary::runUntil(const QFuture<void>& task, bool stoppable) {
@@ -51,22 +50,23 @@ void OpenLibrary::runUntil(const QFuture<void>& task, bool stoppable) {
 void OpenLibrary::wait(const QFuture<void>& task) {
     runUntil(task, true);
     if (!stop_.stop_requested()) return;
-    if (model_) runUntil(model_->flushSession(), false);
+    if (model_) runUntil(QFuture<void>(model_->flush()), false);
     throw tasks::Cancelled();
 }
 
 void OpenLibrary::close() {
-    wait(model_->working());
-    wait(model_->marking());
-    wait(model_->refreshing());
-    runUntil(model_->flushSession(), false);
-    if (model_->status().startsWith(QStringLiteral("Could not save")))
-        throw std::runtime_error(model_->status().toStdString());
+    wait(model_->marking().pending());
+    wait(model_->availability().refreshing());
+    const auto saved = model_->flush();
+    runUntil(QFuture<void>(saved), false);
+    if (const auto outcome = saved.result(); !outcome)
+        throw std::runtime_error("Could not save library: " + outcome.error());
 }
 
 LibraryContents libraryContents(const std::string& document, const Surroundings& with) {
     const OpenLibrary library(document, with);
-    return {library.model().availablePhotos(), library.model().reviewMarks()};
+    const auto& found = library.model().library();
+    return {found.availablePhotos(), found.reviewMarks()};
 }
 
 } // namespace lumisort::app

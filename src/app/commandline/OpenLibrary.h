@@ -24,7 +24,13 @@ public:
     /// Runs the event loop until `task` is finished. An interrupt writes what was changed, as a quit does,
     /// and throws tasks::Cancelled.
     void wait(const QFuture<void>& task);
-    /// Waits for everything under way and writes the document if something was changed. Throws
+    /// The same; returns what the task returned.
+    template <class Result>
+    Result result(const QFuture<Result>& task) {
+        wait(QFuture<void>(task));
+        return task.result();
+    }
+    /// Waits for marks and looks under way and writes the document if something was changed. Throws
     /// std::runtime_error when that fails.
     void close();
 

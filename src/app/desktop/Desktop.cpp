@@ -34,17 +34,24 @@ void startOverInSoftware() {
 } // namespace
 
 Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
-    : model_(document), library_(model_), compare_(model_, *library_.marks()), archive_(model_, nullptr),
-      lifecycle_(std::move(exit)),
-      devices_([this] { model_.updateDevices(); }, {.mountDescriptor = mounts_.number()}),
+    : document_(document), model_(document), library_(model_), compare_(model_, *library_.marks()), lifecycle_(std::move(exit)),
+      devices_([this] { model_.drives().update(); }, {.mountDescriptor = mounts_.number()}),
       fullscreen_(model_, *library_.marks(), engine_), details_(model_, engine_) {
-    connectCompare();
-    connect(&model_, &model::LibraryModel::fullscreenWanted, this,
+    auto* window = library_.state();
+    connect(window, &review::WindowState::compareWanted, &compare_, &review::CompareState::open);
+    connect(window, &review::WindowState::organizeWanted, &archive_, &organize::ArchiveState::open);
+    connect(window, &review::WindowState::detailsWanted, &details_, &review::PhotoDetailsController::show);
+    connect(window, &review::WindowState::fullscreenWanted, this,
             [this](const std::vector<library::Photo>& photos, int index) {
                 fullscreen_.show(photos[static_cast<std::size_t>(index)], photos);
             });
-    connect(&model_, &model::LibraryModel::thumbnailRevisionChanged, this,
+    connect(&model_.library(), &model::Library::thumbnailRevisionChanged, this,
             [this] { thumbnails_.removeAll(); });
+    connect(&model_.library(), &model::Library::renamed, this,
+            [this](const files::FileUrl& before, const library::Photo& after) {
+                thumbnails_.remove(before);
+                thumbnails_.remove(after.url);
+            });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) devices_.applicationActivated();
     });
@@ -55,17 +62,6 @@ Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
 
 Desktop::~Desktop() = default;
 
-void Desktop::connectCompare() {
-    connect(&model_, &model::LibraryModel::compareChanged, this, [this] {
-        if (model_.compare())
-            compare_.open(model_.picked(), library_.comparedGroup());
-        else
-            compare_.close();
-    });
-    connect(&compare_, &review::CompareState::openedChanged, this,
-            [this] { model_.setCompare(compare_.isOpened()); });
-}
-
 void Desktop::show() {
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine_.addImageProvider(QStringLiteral("icon"), new ui::IconProvider);
@@ -73,7 +69,8 @@ void Desktop::show() {
     engine_.setInitialProperties({{QStringLiteral("lifecycle"), QVariant::fromValue(&lifecycle_)},
                                   {QStringLiteral("library"), QVariant::fromValue(&library_)},
                                   {QStringLiteral("compare"), QVariant::fromValue(&compare_)},
-                                  {QStringLiteral("archive"), QVariant::fromValue(&archive_)}});
+                                  {QStringLiteral("archive"), QVariant::fromValue(&archive_)},
+                                  {QStringLiteral("libraryPath"), QString::fromStdString(document_.path())}});
     QString problems;
     const auto hearing = connect(&engine_, &QQmlEngine::warnings, this, [&](const QList<QQmlError>& found) {
         for (const auto& problem : found) problems += problem.toString() + QLatin1Char('\n');

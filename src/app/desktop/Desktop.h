@@ -44,8 +44,8 @@ public:
 
 private:
     void windowShown(bool shown);
-    void connectCompare();
 
+    const files::FileUrl document_;
     model::LibraryModel model_;
     library::ThumbnailStore thumbnails_;
     review::LibraryWindow library_;

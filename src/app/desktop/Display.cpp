@@ -50,6 +50,7 @@ std::unique_ptr<QGuiApplication> openDisplay(Screen screen) {
         setUnlessSet("QT_QPA_PLATFORMTHEME", "xdgdesktopportal");
     }
     QGuiApplication::setApplicationName(QStringLiteral("Lumisort"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(LUMISORT_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("lumisort"));
     QGuiApplication::setQuitOnLastWindowClosed(false); // the library is written first
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));

@@ -11,7 +11,7 @@ void Lifecycle::quit() {
         exit_();
         return;
     }
-    model::whenFinished(model_->flushSession(), this, [this] { exit_(); });
+    model::whenFinished(model_->flush(), this, [this] { exit_(); });
 }
 
 } // namespace lumisort::app

@@ -12,6 +12,7 @@ Window {
     required property LibraryWindow library
     required property CompareState compare
     required property ArchiveState archive
+    required property string libraryPath
 
     function showSettings(): Window {
         settings.active = true;
@@ -33,18 +34,11 @@ Window {
         context: Qt.ApplicationShortcut
         onActivated: root.lifecycle.quit()
     }
-    Shortcut {
-        // StandardKey.Preferences names no key on most desktops.
-        sequence: "Ctrl+,"
-        context: Qt.ApplicationShortcut
-        onActivated: root.showSettings()
-    }
-
     MainView {
         anchors.fill: parent
         window: root.library
-        covered: root.compare.opened || root.archive.open
         focus: true
+        onSettingsWanted: root.showSettings()
     }
     // Not before they are first wanted: they would cost every start.
     Loader {
@@ -59,6 +53,6 @@ Window {
     Loader {
         id: settings
         active: false
-        sourceComponent: SettingsWindow {}
+        sourceComponent: SettingsWindow { libraryPath: root.libraryPath }
     }
 }

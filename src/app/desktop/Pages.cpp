@@ -1,7 +1,5 @@
 #include "app/desktop/Pages.h"
 
-#include "model/Utf8.h"
-
 #include <QGuiApplication>
 #include <algorithm>
 
@@ -10,9 +8,9 @@ namespace lumisort::app {
 namespace {
 
 void pick(Desktop& desktop, std::size_t count) {
-    for (const auto& photo : desktop.model().availablePhotos()) {
-        if (desktop.model().selected().size() >= count) return;
-        desktop.model().select(photo);
+    for (const auto& photo : desktop.model().library().availablePhotos()) {
+        if (desktop.model().selection().selected().size() >= count) return;
+        desktop.model().selection().toggle(photo);
     }
 }
 
@@ -23,48 +21,51 @@ constexpr Page library[] = {
     {"selection", [](Desktop& desktop) { pick(desktop, 2); }},
     {"folder",
      [](Desktop& desktop) {
-         if (!desktop.model().folders().empty())
-             desktop.model().showFolder(desktop.model().folders().front());
+         if (!desktop.model().library().folders().empty())
+             desktop.library().state()->showFolder(desktop.model().library().folders().front());
      }},
-    {"unavailable", [](Desktop& desktop) { desktop.model().setSection(QStringLiteral("offline")); }},
-    {"import", [](Desktop& desktop) { desktop.model().setSection(QStringLiteral("keep")); }},
-    {"skip", [](Desktop& desktop) { desktop.model().setSection(QStringLiteral("cleanup")); }},
-    {"no-match", [](Desktop& desktop) { desktop.model().setQuery(QStringLiteral("no such name")); }},
-    {"similar-before", [](Desktop& desktop) { desktop.model().setSection(QStringLiteral("similar")); }},
+    {"unavailable", [](Desktop& desktop) { desktop.library().state()->setSection(model::Section::offline); }},
+    {"import", [](Desktop& desktop) { desktop.library().state()->setSection(model::Section::keep); }},
+    {"skip", [](Desktop& desktop) { desktop.library().state()->setSection(model::Section::cleanup); }},
+    {"no-match",
+     [](Desktop& desktop) { desktop.library().state()->setQuery(QStringLiteral("no such name")); }},
+    {"similar-before",
+     [](Desktop& desktop) { desktop.library().state()->setSection(model::Section::similar); }},
     {"similar",
      [](Desktop& desktop) {
-         desktop.model().setSection(QStringLiteral("similar"));
-         desktop.model().findSimilar();
+         desktop.library().state()->setSection(model::Section::similar);
+         desktop.model().matches().find();
      }},
     {"remove-folder",
      [](Desktop& desktop) {
-         if (!desktop.model().folders().empty())
-             desktop.library().askToRemove(model::fromUtf8(desktop.model().folders().front().string()));
+         if (!desktop.model().library().folders().empty())
+             desktop.library().askToRemove(
+                 QString::fromUtf8(desktop.model().library().folders().front().string()));
      }},
     {"notice",
      [](Desktop& desktop) { desktop.library().addFolders({QUrl(QStringLiteral("file:///proc/version"))}); }},
     {"details",
      [](Desktop& desktop) {
          pick(desktop, 1);
-         desktop.model().showDetails();
+         desktop.library().state()->showDetails();
      }},
     {"rename",
      [](Desktop& desktop) {
          pick(desktop, 1);
-         desktop.model().showDetails();
+         desktop.library().state()->showDetails();
          desktop.details().state().beginRename();
      }},
     {"compare",
      [](Desktop& desktop) {
          pick(desktop, 2);
-         desktop.library().commands()->compare->trigger();
+         desktop.library().actions()->trigger(review::ActionSet::Compare);
      }},
     {"full-screen",
      [](Desktop& desktop) {
-         if (const auto photos = desktop.model().availablePhotos(); !photos.empty())
-             desktop.model().openFullscreen(photos.front());
+         if (const auto photos = desktop.model().library().availablePhotos(); !photos.empty())
+             desktop.library().state()->openFullscreen(photos.front());
      }},
-    {"organize", [](Desktop& desktop) { desktop.model().beginOrganize(); }},
+    {"organize", [](Desktop& desktop) { desktop.library().state()->organize(); }},
     {"settings", [](Desktop& desktop) { QMetaObject::invokeMethod(&desktop.window(), "showSettings"); }},
 };
 
@@ -78,16 +79,15 @@ std::span<const Page> pages() {
 }
 
 void showFirstPage(Desktop& desktop) {
-    auto& model = desktop.model();
     desktop.details().state().renaming()->cancel();
     for (auto* window : QGuiApplication::topLevelWindows())
         if (window != &desktop.window()) window->close();
-    model.setCompare(false);
+    desktop.compare().close();
     desktop.fullscreen().close();
-    model.setOrganize(false);
+    desktop.archive().done();
     desktop.library().answerRemoval(false);
     desktop.library().dismissNotice();
-    model.setQuery({});
+    desktop.library().state()->setQuery({});
     desktop.library().showSection(QStringLiteral("library"));
 }
 

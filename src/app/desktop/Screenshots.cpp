@@ -29,7 +29,7 @@ ExitStatus takeScreenshots(const DesktopOptions& options, const std::stop_token&
     folder.mkpath(QStringLiteral("."));
     const SampleLibrary samples;
     for (const bool dark : {true, false}) {
-        ui::ColourScheme::shared().pin(dark);
+        ui::ColourScheme::shared().choose(dark ? ui::ColourScheme::Dark : ui::ColourScheme::Light);
         const auto write = [&](const Page& page, const QImage& picture) {
             save(picture, folder.filePath(QStringLiteral("%1-%2.png")
                                               .arg(QLatin1String(page.name),

@@ -1,8 +1,13 @@
 import QtQuick
+import QtQuick.Layouts
 import Lumisort.Ui
 
+/// The settings: what this program is, where the library lies, and the theme of this run.
 Window {
     id: window
+
+    /// Path of the library document.
+    required property string libraryPath
 
     readonly property int padding: 30
 
@@ -28,12 +33,34 @@ Window {
         spacing: Theme.s
 
         Title { text: "Lumisort" }
-        Body { text: "Preview 0.10.2" }
+        Body { text: "Preview " + Qt.application.version }
         Body {
             width: parent.width
             wrapMode: Text.Wrap
             color: Theme.secondary
             text: "Library saved locally. Organize copies files; originals stay in place."
+        }
+        Caption {
+            text: "Library"
+            topPadding: Theme.s
+        }
+        SelectableText {
+            label: "Library"
+            width: parent.width
+            text: window.libraryPath
+        }
+        RowLayout {
+            width: parent.width
+            Caption {
+                text: "Theme"
+                Layout.fillWidth: true
+            }
+            Segmented {
+                label: "Theme"
+                model: ["Automatic", "Light", "Dark"]
+                currentIndex: ColourScheme.choice
+                onActivated: index => ColourScheme.choice = index
+            }
         }
     }
 }

@@ -31,7 +31,8 @@ std::unique_ptr<PerformanceDiagnostics> wantedDiagnostics() {
 }
 
 void setTheme(const std::string& theme) {
-    if (theme != "auto") ui::ColourScheme::shared().pin(theme == "dark");
+    if (theme != "auto")
+        ui::ColourScheme::shared().choose(theme == "dark" ? ui::ColourScheme::Dark : ui::ColourScheme::Light);
 }
 
 /// Prints the processor time that was used, in milliseconds, once there is something to see.
@@ -65,13 +66,13 @@ ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& in
     QObject::connect(instance.get(), &SingleInstance::startedAgain, &desktop,
                      [&desktop](const StartRequest& request) {
                          desktop.comeForward(request.activationToken);
-                         desktop.model().importFolders(request.folders);
+                         desktop.model().folderImport().importFolders(request.folders);
                      });
     QObject::connect(&desktop.lifecycle(), &Lifecycle::quitting, instance.get(),
                      &SingleInstance::refuseRequests);
     QObject::connect(&desktop.engine(), &QQmlEngine::quit, &desktop.lifecycle(), &Lifecycle::quit);
     desktop.show();
-    desktop.model().importFolders(options.folders);
+    desktop.model().folderImport().importFolders(options.folders);
     if (options.firstFrame) leaveAtFirstFrame(desktop);
     const std::stop_callback onInterrupt(interrupted, [&desktop] {
         QMetaObject::invokeMethod(&desktop.lifecycle(), &Lifecycle::quit, Qt::QueuedConnection);

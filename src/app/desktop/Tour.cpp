@@ -25,9 +25,9 @@ void runEventLoopFor(std::chrono::milliseconds time) {
     loop.exec();
 }
 
-bool isAtWork(const model::LibraryModel& model) {
-    return model.busy() || !model.loading().isFinished() || !model.working().isFinished() ||
-           !model.marking().isFinished() || !model.refreshing().isFinished();
+bool isAtWork(model::LibraryModel& model) {
+    return model.task().busy() || !model.marking().pending().isFinished() ||
+           !model.availability().refreshing().isFinished();
 }
 
 bool isLoading(const QQuickItem& item) {

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Lumisort.OrganizeSheet
 import Lumisort.Ui
 
-/// Copies the photos that are to be kept into a new dated folder tree.
+/// The sheet that copies the photos to keep into a new dated folder tree.
 Sheet {
     id: sheet
     required property ArchiveState state
@@ -73,7 +73,7 @@ Sheet {
                 text: "Choose…"
                 enabled: !sheet.state.busy
                 reason: sheet.running
-                onClicked: chooser.choose(sheet.state.destinationUrl)
+                onClicked: chooser.choose(sheet.state.destinationUrl.toString())
             }
         }
         Toggle {
@@ -84,7 +84,7 @@ Sheet {
             onToggled: sheet.state.skipDuplicates = checked
         }
         Body {
-            text: sheet.state.photoCount + " photos · Import and unmarked · Originals unchanged"
+            text: sheet.state.photoCount + (sheet.state.photoCount === 1 ? " photo" : " photos") + " · Import and unmarked · Originals unchanged"
             color: Theme.secondary
             Layout.fillWidth: true
         }
@@ -102,6 +102,7 @@ Sheet {
             }
         }
         SelectableText {
+            label: "Error"
             visible: sheet.state.error !== ""
             text: sheet.state.error
             color: Theme.error
@@ -128,6 +129,7 @@ Sheet {
                 visible: sheet.state.failures !== ""
                 Layout.fillWidth: true
                 SelectableText {
+                    label: "Failures"
                     width: parent.width
                     height: Math.min(implicitHeight, 100)
                     text: sheet.state.failures
@@ -135,7 +137,7 @@ Sheet {
             }
             PushButton {
                 visible: sheet.state.log !== ""
-                text: "Show Results in Finder"
+                text: "Show Results in File Manager"
                 iconName: "document-open-folder"
                 onClicked: FileBrowser.reveal(sheet.state.log)
             }

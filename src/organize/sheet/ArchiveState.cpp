@@ -1,7 +1,5 @@
 #include "organize/sheet/ArchiveState.h"
 
-#include "model/Utf8.h"
-
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -15,22 +13,18 @@ constexpr std::chrono::milliseconds progressInterval(100);
 
 } // namespace
 
-ArchiveState::ArchiveState(model::LibraryModel& model, QObject* parent, model::ModelSurroundings with)
-    : QObject(parent), model_(model), with_(std::move(with)),
-      photos_(std::make_shared<const std::vector<library::Photo>>()), runner_(with_.background) {
-    connect(&model, &model::LibraryModel::organizeChanged, this, [this] {
-        if (isOpen()) open();
-        Q_EMIT openChanged();
-    });
-}
+ArchiveState::ArchiveState(model::ModelSurroundings with)
+    : with_(std::move(with)), photos_(std::make_shared<const std::vector<library::Photo>>()),
+      runner_(with_.background) {}
 
 ArchiveState::~ArchiveState() {
     stop_.request_stop();
 }
 
-void ArchiveState::open() {
+void ArchiveState::open(std::vector<library::Photo> photos) {
     if (busy_) return;
-    photos_ = std::make_shared<const std::vector<library::Photo>>(model_.importPhotos());
+    open_ = true;
+    photos_ = std::make_shared<const std::vector<library::Photo>>(std::move(photos));
     destination_.reset();
     skipDuplicates_ = true;
     report_.reset();
@@ -41,15 +35,18 @@ void ArchiveState::open() {
 }
 
 void ArchiveState::done() {
-    if (!busy_) model_.setOrganize(false);
+    if (!busy_ && std::exchange(open_, false)) Q_EMIT openChanged();
 }
 
 void ArchiveState::choose(const QUrl& folder) {
-    const auto url = files::FileUrl::fromString(folder.toEncoded().toStdString());
-    if (busy_ || !url) return;
-    destination_ = url;
+    if (busy_) return;
     report_.reset();
     error_.clear();
+    if (const auto url = files::FileUrl::fromString(folder.toEncoded().toStdString()))
+        destination_ = url;
+    else
+        error_ = QStringLiteral("“%1” is not on a drive of this system. Choose a folder that is.")
+                     .arg(folder.toDisplayString());
     Q_EMIT changed();
 }
 
@@ -70,21 +67,25 @@ void ArchiveState::run() {
     stop_ = {};
     underWay_ = std::make_shared<Progress>();
     underWay_->text = status_.toStdString();
-    runner_.start(
-        this,
-        [engine = ArchiveEngine(with_.system, with_.clock), photos = photos_, destination = *destination_,
-         skip = skipDuplicates_, underWay = underWay_, stop = stop_.get_token()] {
-            const auto note = [&underWay](double fraction, const std::string& text) {
-                const std::scoped_lock lock(underWay->mutex);
-                underWay->fraction = fraction;
-                underWay->text = text;
-            };
-            return engine.copy(*photos, destination, skip, note, stop);
-        },
-        [this](model::Outcome<ArchiveReport> outcome) { finish(std::move(outcome)); });
+    copy();
     Q_EMIT progressChanged();
     Q_EMIT changed();
     followProgress();
+}
+
+QCoro::Task<> ArchiveState::copy() {
+    auto job = [engine = ArchiveEngine(with_.system, with_.clock), photos = photos_,
+                destination = *destination_, skip = skipDuplicates_, underWay = underWay_,
+                stop = stop_.get_token()] {
+        const auto note = [&underWay](double fraction, const std::string& text) {
+            const std::scoped_lock lock(underWay->mutex);
+            underWay->fraction = fraction;
+            underWay->text = text;
+        };
+        return engine.copy(*photos, destination, skip, note, stop);
+    };
+    auto outcome = co_await runner_.run(std::move(job));
+    finish(std::move(outcome));
 }
 
 void ArchiveState::cancel() {
@@ -98,7 +99,7 @@ void ArchiveState::followProgress() {
         {
             const std::scoped_lock lock(run->mutex);
             progress_ = run->fraction;
-            status_ = model::fromUtf8(run->text);
+            status_ = QString::fromUtf8(run->text);
         }
         Q_EMIT progressChanged();
         followProgress();
@@ -111,12 +112,12 @@ void ArchiveState::finish(model::Outcome<ArchiveReport> outcome) {
     if (outcome)
         report_ = std::move(*outcome);
     else
-        error_ = model::fromUtf8(model::describe(outcome.error()));
+        error_ = QString::fromUtf8(model::describe(outcome.error()));
     Q_EMIT changed();
 }
 
 QString ArchiveState::destination() const {
-    return destination_ ? model::fromUtf8(destination_->path()) : QString();
+    return destination_ ? QString::fromUtf8(destination_->path()) : QString();
 }
 
 QUrl ArchiveState::destinationUrl() const {
@@ -154,7 +155,7 @@ QString ArchiveState::failures() const {
     QString text;
     for (std::size_t i = 0; i < shown; ++i) {
         if (i > 0) text += u'\n';
-        text += model::fromUtf8(lines[i]);
+        text += QString::fromUtf8(lines[i]);
     }
     if (shown < lines.size()) text += QStringLiteral("\n… and %1 more").arg(lines.size() - shown);
     return text;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/LibraryModel.h"
+#include "model/ModelSurroundings.h"
 #include "organize/ArchiveEngine.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -18,7 +18,7 @@
 namespace lumisort::organize {
 
 /// What stands behind the sheet that copies photos into a dated tree: ready, running, then done with a report
-/// or failed with an error. Main thread; the model outlives it.
+/// or failed with an error. Main thread.
 class ArchiveState : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -41,16 +41,16 @@ class ArchiveState : public QObject {
     Q_PROPERTY(QString status READ status NOTIFY progressChanged)
 
 public:
-    /// Opens and closes with the model's `organize`.
-    ArchiveState(model::LibraryModel& model, QObject* parent, model::ModelSurroundings with = {});
+    explicit ArchiveState(model::ModelSurroundings with = {});
     /// Stops a run.
     ~ArchiveState() override;
 
-    /// Starts anew with the photos that the model has prepared. Not during a run.
-    void open();
+    /// Opens the sheet for these photos, with nothing else chosen. Not during a run.
+    void open(std::vector<library::Photo> photos);
     /// Closes the sheet, which forgets everything. Not during a run.
     Q_INVOKABLE void done();
-    /// The folder that the user chose; what is no local folder is passed over. Not during a run.
+    /// Takes the folder that the user chose. One that is not local, as some desktops offer, becomes the error.
+    /// Not during a run.
     Q_INVOKABLE void choose(const QUrl& folder);
     void setSkipDuplicates(bool skip);
     /// Copies on another thread. Nothing happens while `canRun` is false.
@@ -58,7 +58,7 @@ public:
     /// Stops the run; the report says what was copied until then.
     Q_INVOKABLE void cancel();
 
-    bool isOpen() const { return model_.organize(); }
+    bool isOpen() const { return open_; }
     int photoCount() const { return static_cast<int>(photos_->size()); }
     /// The path, "" before one is chosen.
     QString destination() const;
@@ -102,14 +102,14 @@ private:
         std::string text;    ///< guarded by mutex
     };
 
+    QCoro::Task<> copy();
     void followProgress();
     void finish(model::Outcome<ArchiveReport> outcome);
 
-    model::LibraryModel& model_;
     model::ModelSurroundings with_;
     std::shared_ptr<const std::vector<library::Photo>> photos_;
     std::optional<files::FileUrl> destination_;
-    bool skipDuplicates_ = true, busy_ = false;
+    bool open_ = false, skipDuplicates_ = true, busy_ = false;
     std::optional<ArchiveReport> report_;
     QString error_, status_;
     double progress_ = 0;

@@ -1,9 +1,10 @@
 import QtQuick
 import QtQuick.Layouts
 import Lumisort.Details
+import Lumisort.Marks
 import Lumisort.Ui
 
-/// What is known of the photo that the library's window is at.
+/// The facts about the photo in focus.
 Rectangle {
     id: panel
     required property DetailsState details
@@ -49,21 +50,9 @@ Rectangle {
                     onClicked: panel.details.beginRename()
                 }
             }
-            Row {
-                id: decision
-                readonly property bool keeps: panel.details.decision === "Keep"
-                readonly property color shade: keeps ? Theme.keep : Theme.skip
-                visible: panel.details.decision !== ""
-                spacing: Theme.xs
-                Icon {
-                    anchors.verticalCenter: parent.verticalCenter
-                    name: decision.keeps ? "checkmark" : "flag"
-                    color: decision.shade
-                }
-                Body {
-                    text: decision.keeps ? "Import" : "Skip"
-                    color: decision.shade
-                }
+            DecisionLabel {
+                visible: decided
+                decision: panel.details.decision
             }
             GridLayout {
                 columns: 2
@@ -96,12 +85,13 @@ Rectangle {
                 spacing: Theme.xs
                 Caption { text: "Location" }
                 SelectableText {
+                    label: "Location"
                     text: panel.details.location
                     Layout.fillWidth: true
                 }
             }
             PushButton {
-                text: "Show in Finder"
+                text: "Show in File Manager"
                 iconName: "document-open-folder"
                 onClicked: FileBrowser.reveal(panel.details.url)
             }

@@ -18,7 +18,7 @@ class DetailsState : public QObject {
     Q_PROPERTY(bool hasPhoto READ hasPhoto NOTIFY changed)
     Q_PROPERTY(QString url READ url NOTIFY changed)
     Q_PROPERTY(QString name READ name NOTIFY changed)
-    Q_PROPERTY(QString decision READ decision NOTIFY changed)
+    Q_PROPERTY(int decision READ decision NOTIFY changed)
     Q_PROPERTY(QString dimensions READ dimensions NOTIFY changed)
     Q_PROPERTY(QString size READ size NOTIFY changed)
     Q_PROPERTY(QString format READ format NOTIFY changed)
@@ -35,13 +35,13 @@ public:
     bool hasPhoto() const { return !facts_.url.isEmpty(); }
     QString url() const { return facts_.url; }
     QString name() const { return facts_.name; }
-    QString decision() const { return facts_.decision; }
+    model::Decision::Value decision() const { return facts_.decision; }
     QString dimensions() const { return facts_.dimensions; }
     QString size() const { return facts_.size; }
     QString format() const { return facts_.format; }
     QString date() const { return facts_.date; }
     QString location() const { return facts_.location; }
-    int thumbnailRevision() const { return model_.thumbnailRevision(); }
+    int thumbnailRevision() const { return model_.library().thumbnailRevision(); }
 
     RenameState* renaming() { return &renaming_; }
     /// Opens the rename sheet for the photo on show.

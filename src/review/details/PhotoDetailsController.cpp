@@ -19,7 +19,6 @@ QPoint detailsPosition(const QRect& available, const QSize& panel) {
 PhotoDetailsController::PhotoDetailsController(model::LibraryModel& model, QQmlEngine& engine,
                                                QObject* parent)
     : QObject(parent), engine_(engine), state_(model) {
-    connect(&model, &model::LibraryModel::detailsWanted, this, &PhotoDetailsController::show);
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
             &PhotoDetailsController::followApplication);
 }

@@ -1,6 +1,5 @@
 #include "review/details/PhotoFacts.h"
 
-#include "model/Utf8.h"
 #include "platform/text/ByteCount.h"
 #include "platform/time/LocalTime.h"
 
@@ -30,13 +29,13 @@ QString dateOf(const library::Photo& photo) {
 
 PhotoFacts factsOf(const library::Photo& photo, std::optional<library::ReviewDecision> decision) {
     return {.url = QString::fromStdString(photo.url.string()),
-            .name = model::fromUtf8(photo.url.name()),
-            .decision = decision ? model::fromUtf8(library::rawValue(*decision)) : QString(),
+            .name = QString::fromUtf8(photo.url.name()),
+            .decision = model::Decision::of(decision),
             .dimensions = dimensionsOf(photo),
-            .size = model::fromUtf8(text::byteCount(photo.bytes)),
-            .format = model::fromUtf8(photo.url.extension()).toUpper(),
+            .size = QString::fromUtf8(text::byteCount(photo.bytes)),
+            .format = QString::fromUtf8(photo.url.extension()).toUpper(),
             .date = dateOf(photo),
-            .location = model::fromUtf8(photo.url.path())};
+            .location = QString::fromUtf8(photo.url.path())};
 }
 
 } // namespace lumisort::review

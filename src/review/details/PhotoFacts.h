@@ -2,6 +2,7 @@
 
 #include "library/Photo.h"
 #include "library/ReviewMark.h"
+#include "model/Decision.h"
 
 #include <QString>
 #include <optional>
@@ -12,7 +13,7 @@ namespace lumisort::review {
 struct PhotoFacts {
     QString url; ///< the text of its file URL, "" for no photo
     QString name;
-    QString decision;   ///< "Keep", "For Cleanup" or ""
+    model::Decision::Value decision = model::Decision::None;
     QString dimensions; ///< "6000 × 4000", stored pixels; "Unknown" where they are
     QString size;       ///< "12.4 MB"
     QString format;     ///< the extension in upper case

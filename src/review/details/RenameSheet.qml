@@ -84,8 +84,6 @@ Window {
             PushButton {
                 text: "Cancel"
                 onClicked: sheet.state.cancel()
-                Keys.onReturnPressed: sheet.state.cancel()
-                Keys.onEnterPressed: sheet.state.cancel()
             }
             PushButton {
                 text: "Rename"
@@ -93,8 +91,6 @@ Window {
                 enabled: sheet.state.canRename
                 reason: "Enter a filename first."
                 onClicked: sheet.state.rename()
-                Keys.onReturnPressed: sheet.state.rename()
-                Keys.onEnterPressed: sheet.state.rename()
             }
         }
     }

@@ -1,8 +1,5 @@
 #include "review/details/RenameState.h"
 
-#include "model/Utf8.h"
-
-#include <exception>
 #include <string>
 #include <utility>
 
@@ -10,7 +7,7 @@ namespace lumisort::review {
 
 void RenameState::begin(const library::Photo& photo) {
     photo_ = photo;
-    setStem(model::fromUtf8(photo.url.stem()));
+    setStem(QString::fromUtf8(photo.url.stem()));
     say({});
     Q_EMIT openChanged();
 }
@@ -23,13 +20,10 @@ void RenameState::cancel() {
 void RenameState::rename() {
     if (!photo_ || !canRename()) return;
     // A name that is no UTF-8 shows replacement characters; left alone, it is not to become them.
-    const bool untouched = stem_ == model::fromUtf8(photo_->url.stem());
-    try {
+    const bool untouched = stem_ == QString::fromUtf8(photo_->url.stem());
+    const auto renamed =
         model_.rename(*photo_, untouched ? std::string(photo_->url.stem()) : stem_.toStdString());
-    } catch (const std::exception& refused) {
-        return say(model::fromUtf8(refused.what()));
-    }
-    cancel();
+    renamed ? cancel() : say(QString::fromStdString(renamed.error()));
 }
 
 void RenameState::setStem(const QString& stem) {
@@ -38,7 +32,7 @@ void RenameState::setStem(const QString& stem) {
 
 QString RenameState::suffix() const {
     if (!photo_ || photo_->url.extension().empty()) return {};
-    return u'.' + model::fromUtf8(photo_->url.extension());
+    return u'.' + QString::fromUtf8(photo_->url.extension());
 }
 
 void RenameState::say(const QString& error) {

@@ -2,18 +2,20 @@
 
 #include "model/LibraryModel.h"
 
+#include <QtQml/qqmlregistration.h>
+
 #include <QObject>
 #include <QUndoStack>
-#include <QtQml/qqmlregistration.h>
+#include <memory>
 #include <optional>
 #include <unordered_map>
 #include <vector>
 
 namespace lumisort::review {
 
-/// Every mark that the user makes in a window goes through here, so that it can be taken back for as long as
-/// the program runs. Taking back is marking, too: the library sees nothing else. Main thread; the model
-/// outlives it.
+/// The undo stack of marks: every mark made in a window is a step that can be undone for as long as the
+/// program runs. Undo restores the marks that the step replaced, stale ones too, under the present names of
+/// their photos. Main thread; the model outlives it.
 class MarkHistory : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -44,16 +46,21 @@ Q_SIGNALS:
     void warningChanged();
 
 private:
+    struct Step;
     class MarkCommand;
 
     /// What the photo's decision will be once the marks under way are done.
     Decision expected(const library::Photo& photo) const;
-    void send(const std::vector<library::Photo>& photos, Decision decision);
+    void carryOut(Step& step);
+    void takeBack(const Step& step);
+    void forgetWhenDone(const QFuture<model::MarkSummary>& request);
+    void follow(const files::FileUrl& before, const library::Photo& after);
     void warn(const QString& warning);
     QString emptiedGroups(const std::vector<library::Photo>& photos) const;
 
     model::LibraryModel& model_;
     std::unordered_map<files::FileUrl, Decision> underWay_;
+    std::vector<std::weak_ptr<Step>> steps_; ///< of the commands on the stack
     QString warning_;
     QUndoStack stack_;
 };

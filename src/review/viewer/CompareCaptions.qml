@@ -1,9 +1,11 @@
 import QtQuick
 import QtQuick.Layouts
+import Lumisort.Actions
+import Lumisort.Marks
 import Lumisort.Ui
 import Lumisort.Viewer
 
-/// Under each compared photo: what it is, what was decided, and the buttons that decide.
+/// The captions of the compared photos: name, facts, decision, and buttons that decide.
 Item {
     id: captions
     property CompareState state
@@ -13,6 +15,18 @@ Item {
 
     implicitHeight: row.implicitHeight
     clip: row.width > width
+
+    /// An action on this column's photo, which becomes the active one.
+    component DecisionButton: PushButton {
+        required property int column
+        required property Command marking
+        text: marking.text
+        iconName: marking.iconName
+        onClicked: {
+            captions.state.active = column;
+            marking.trigger();
+        }
+    }
 
     Row {
         id: row
@@ -36,9 +50,7 @@ Item {
                         font.weight: captions.state.active === caption.index ? Font.DemiBold : Font.Normal
                         Layout.fillWidth: true
                     }
-                    DecisionLabel {
-                        decision: captions.state.decisions[caption.index] ?? "Unmarked"
-                    }
+                    DecisionLabel { decision: captions.state.decisions[caption.index] ?? Decision.None }
                 }
                 Caption {
                     width: parent.width
@@ -48,29 +60,24 @@ Item {
                 Flow {
                     width: parent.width
                     spacing: Theme.s
-                    PushButton {
-                        text: "Import"
-                        iconName: "checkmark"
+                    DecisionButton {
+                        column: caption.index
+                        marking: captions.state.actions.of(ActionSet.Keep)
                         tint: Theme.keep
-                        focusPolicy: Qt.TabFocus
-                        onClicked: captions.state.mark(caption.index, "Import")
                     }
-                    PushButton {
-                        text: "Skip"
-                        iconName: "flag"
+                    DecisionButton {
+                        column: caption.index
+                        marking: captions.state.actions.of(ActionSet.Skip)
                         tint: Theme.skip
-                        focusPolicy: Qt.TabFocus
-                        onClicked: captions.state.mark(caption.index, "Skip")
                     }
-                    PushButton {
+                    DecisionButton {
+                        column: caption.index
+                        marking: captions.state.actions.of(ActionSet.ClearMark)
                         text: "Clear"
-                        focusPolicy: Qt.TabFocus
-                        onClicked: captions.state.mark(caption.index, "Unmarked")
                     }
                     IconButton {
                         iconName: "document-open"
                         label: "Open Original"
-                        focusPolicy: Qt.TabFocus
                         onClicked: captions.state.openOriginal(caption.index)
                     }
                 }

@@ -1,20 +1,23 @@
 import QtQuick
+import Lumisort.Actions
 import Lumisort.Ui
 import Lumisort.Viewer
 
-/// The compared originals beside each other. Columns get narrower with their number down to a width at which they
-/// scroll with the active one.
+/// The compared originals beside each other, with one view for all. Columns get narrower with their number, down to a
+/// width at which they scroll with the active one.
 Flickable {
     id: panes
-    property CompareState state
-    readonly property int count: state ? state.photos.length : 0
+    required property CompareState state
+    /// Whether the photos are held; what is not held is not decoded either.
+    property bool holds: true
+    readonly property int count: state.photos.length
     readonly property real spacing: 18
     readonly property real columnWidth: Math.max(160, (width - (count - 1) * spacing) / Math.max(1, count))
 
     function focusActive() {
         const pane = repeater.itemAt(state.active);
         if (pane)
-            pane.forceActiveFocus();
+            pane.picture.forceActiveFocus();
     }
     function reveal() {
         const left = state.active * (columnWidth + spacing);
@@ -32,11 +35,20 @@ Flickable {
         function onPhotosChanged() { Qt.callLater(panes.focusActive); }
     }
 
+    Connections {
+        target: panes.state.actions.of(ActionSet.PreviousPhoto)
+        function onTriggered() { panes.focusActive(); }
+    }
+    Connections {
+        target: panes.state.actions.of(ActionSet.NextPhoto)
+        function onTriggered() { panes.focusActive(); }
+    }
+
     Row {
         spacing: panes.spacing
         Repeater {
             id: repeater
-            model: panes.state ? panes.state.photos : []
+            model: panes.holds ? panes.state.photos : []
             Item {
                 id: pane
                 required property int index
@@ -44,30 +56,24 @@ Flickable {
                 readonly property bool isActive: panes.state.active === index
                 readonly property int shown: isActive && panes.state.flipped ? panes.state.shownIn(index) : index
                 readonly property var photo: panes.state.photos[shown] ?? modelData
+                readonly property Item picture: original
 
                 width: panes.columnWidth
                 height: panes.height
-                activeFocusOnTab: true
-                onActiveFocusChanged: if (activeFocus) panes.state.active = index
 
                 Rectangle {
                     anchors.fill: parent
                     color: Qt.rgba(Theme.text.r, Theme.text.g, Theme.text.b, 0.06)
                 }
                 OriginalView {
+                    id: original
                     anchors.fill: parent
                     url: pane.photo.url
                     name: Theme.line(pane.photo.name)
-                    zoom: panes.state.zoom
-                    center: panes.state.center
-                    actualPixels: panes.state.actualPixels
-                    onPanned: center => panes.state.center = center
-                    onZoomWanted: (zoom, at) => {
-                        const within = Math.max(1, Math.min(panes.state.mostZoom, zoom));
-                        const center = centerFor(within, at);
-                        panes.state.zoom = within;
-                        panes.state.center = center;
-                    }
+                    view: panes.state.view
+                    leads: pane.isActive
+                    activeFocusOnTab: true
+                    onActiveFocusChanged: if (activeFocus) panes.state.active = pane.index
                 }
                 // Rounds the corners: the sheet's colour outside of them.
                 Rectangle {
@@ -106,7 +112,7 @@ Flickable {
                 ExclusiveTap {
                     onTapped: {
                         panes.state.active = pane.index;
-                        pane.forceActiveFocus();
+                        original.forceActiveFocus();
                     }
                 }
             }

@@ -2,16 +2,15 @@ import QtQuick
 import Lumisort.Ui
 import Lumisort.Viewer
 
-/// Originals side by side, zoomed and panned together, and decided on. Opens and closes with its state.
+/// The compare sheet: originals side by side, zoomed and panned together. Opens and closes with its state.
 Sheet {
     id: sheet
-    property CompareState state
-    readonly property int count: state ? state.photos.length : 0
+    required property CompareState state
 
     title: "Compare Originals"
     width: Math.min(parent.width - 2 * Theme.l, Math.max(980, Math.round(parent.width * 0.78)))
     onOpened: panes.focusActive()
-    onAboutToHide: if (state) state.close()
+    onAboutToHide: state.close()
 
     Connections {
         target: sheet.state
@@ -22,7 +21,6 @@ Sheet {
         id: content
         state: sheet.state
         focus: true
-        onFocusWanted: panes.focusActive()
         readonly property real paneHeight: Math.max(180, Math.min(sheet.parent.height - 2 * Theme.l - 2 * sheet.padding - chrome,
                                                                   Math.max(390, Math.round(sheet.parent.height * 0.8) - chrome)))
         readonly property real chrome: header.height + captions.height + footer.height + 3 * Theme.l
@@ -38,6 +36,7 @@ Sheet {
         ComparePanes {
             id: panes
             state: sheet.state
+            holds: sheet.visible
             anchors.top: header.bottom
             anchors.topMargin: Theme.l
             width: parent.width
@@ -58,9 +57,9 @@ Sheet {
             anchors.bottom: parent.bottom
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
-            text: (sheet.count > 2 ? "Drag to pan all photos" : "Drag to pan both photos")
-                  + " · Ctrl+K Import · Ctrl+D Skip · Ctrl+U Clear · Space Flip"
-                  + (sheet.state && sheet.state.pairCount > 1 ? " · Alt+Left/Right Pair" : "")
+            text: (sheet.state.photos.length > 2 ? "Drag to pan all photos" : "Drag to pan both photos")
+                  + " · Ctrl+K Import · Ctrl+D Skip · Ctrl+U Clear · Space Flip · Shift+Arrows Pan"
+                  + (sheet.state.pairCount > 1 ? " · Alt+Left/Right Pair" : "")
         }
     }
 }

@@ -1,9 +1,12 @@
 #include "review/viewer/CompareState.h"
 
+#include "model/Decision.h"
+#include "review/marks/MarkActions.h"
+#include "review/viewer/ViewActions.h"
+
 #include <QDesktopServices>
 #include <QUrl>
 #include <algorithm>
-#include <cmath>
 
 namespace lumisort::review {
 
@@ -11,13 +14,38 @@ using library::Photo;
 
 CompareState::CompareState(model::LibraryModel& model, MarkHistory& history, QObject* parent)
     : QObject(parent), model_(model), history_(history) {
-    connect(&model, &model::LibraryModel::countsChanged, this, &CompareState::updateDecisions);
+    connect(&model.library(), &model::Library::countsChanged, this, &CompareState::updateDecisions);
+    connect(&model.library(), &model::Library::renamed, this, &CompareState::follow);
+    connect(&model.library(), &model::Library::availabilityChanged, this, [this] {
+        if (model_.selection().count() != 2) close(); // a photo of the pair cannot be read any more
+    });
+    addActions();
+}
+
+void CompareState::addActions() {
+    addMarkActions(actions_, history_, [this] {
+        return opened_ ? std::vector{photos_[static_cast<std::size_t>(active_)]} : std::vector<Photo>();
+    });
+    addUndoActions(actions_, history_);
+    addViewActions(actions_, view_);
+    actions_.add(ActionSet::ActualPixels, [this] { view_.setActualPixels(true); });
+    actions_.add(ActionSet::PreviousPhoto, [this] { moveActive(-1); });
+    actions_.add(ActionSet::NextPhoto, [this] { moveActive(1); });
+    actions_.add(
+        ActionSet::PreviousPair, [this] { movePair(-1); },
+        [this] { return pair() > 1 ? QString() : QStringLiteral("This is the first pair of the group."); });
+    actions_.add(
+        ActionSet::NextPair, [this] { movePair(1); },
+        [this] {
+            return pair() < pairCount() ? QString() : QStringLiteral("This is the last pair of the group.");
+        });
+    connect(this, &CompareState::photosChanged, &actions_, &ActionSet::refresh);
 }
 
 void CompareState::open(std::vector<Photo> photos, std::vector<Photo> group) {
     if (photos.size() < 2) return;
     group_ = std::move(group);
-    show(false);
+    view_.setActualPixels(false);
     setPhotos(std::move(photos));
     if (!std::exchange(opened_, true)) Q_EMIT openedChanged();
 }
@@ -26,7 +54,6 @@ void CompareState::close() {
     if (!std::exchange(opened_, false)) return;
     setFlipped(false);
     Q_EMIT openedChanged();
-    model_.setCompare(false);
 }
 
 void CompareState::setPhotos(std::vector<Photo> photos) {
@@ -37,6 +64,12 @@ void CompareState::setPhotos(std::vector<Photo> photos) {
     Q_EMIT photosChanged();
     Q_EMIT activeChanged();
     updateDecisions();
+}
+
+void CompareState::follow(const files::FileUrl& before, const Photo& after) {
+    const bool shown = std::ranges::find(photos_, before, &Photo::url) != photos_.end();
+    for (auto* photos : {&photos_, &group_}) std::ranges::replace(*photos, before, after, &Photo::url);
+    if (shown) Q_EMIT photosChanged();
 }
 
 std::int64_t CompareState::pairOfGroup() const {
@@ -63,8 +96,8 @@ QVariantList CompareState::photos() const {
 }
 
 void CompareState::updateDecisions() {
-    QStringList decisions;
-    for (const auto& photo : photos_) decisions << decisionWord(model_.decision(photo));
+    QList<int> decisions;
+    for (const auto& photo : photos_) decisions << model::Decision::of(model_.library().decision(photo));
     if (std::exchange(decisions_, decisions) != decisions) Q_EMIT decisionsChanged();
 }
 
@@ -86,31 +119,6 @@ void CompareState::setFlipped(bool flipped) {
 
 int CompareState::shownIn(int index) const {
     return flipped_ && index == active_ ? (index + 1) % static_cast<int>(photos_.size()) : index;
-}
-
-void CompareState::setZoom(double zoom) {
-    if (!std::isfinite(zoom)) return;
-    const double corrected = std::clamp(zoom, 1.0, maxZoom);
-    if (std::exchange(zoom_, corrected) != corrected) Q_EMIT viewChanged();
-}
-
-void CompareState::setCenter(QPointF center) {
-    if (!std::isfinite(center.x()) || !std::isfinite(center.y())) return;
-    const QPointF corrected(std::clamp(center.x(), 0.0, 1.0), std::clamp(center.y(), 0.0, 1.0));
-    if (std::exchange(center_, corrected) != corrected) Q_EMIT viewChanged();
-}
-
-void CompareState::show(bool actualPixels) {
-    actualPixels_ = actualPixels;
-    zoom_ = 1;
-    center_ = {0.5, 0.5};
-    Q_EMIT viewChanged();
-}
-
-void CompareState::mark(int index, const QString& decision) {
-    if (index < 0 || index >= std::ssize(photos_)) return;
-    setActive(index);
-    history_.mark({photos_[static_cast<std::size_t>(index)]}, decisionFromWord(decision));
 }
 
 void CompareState::openOriginal(int index) const {

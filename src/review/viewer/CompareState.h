@@ -1,35 +1,34 @@
 #pragma once
 
+#include "review/actions/ActionSet.h"
 #include "review/marks/MarkHistory.h"
 #include "review/viewer/PhotoPairs.h"
 #include "review/viewer/ShownPhoto.h"
+#include "ui/PhotoView.h"
 
 #include <QtQml/qqmlregistration.h>
 
+#include <QList>
 #include <QObject>
-#include <QPointF>
-#include <QStringList>
 #include <QVariantList>
 #include <vector>
 
 namespace lumisort::review {
 
-/// Originals side by side: which, how they are zoomed and panned (all alike), and which one the keys speak
-/// to. Opened with two photos of a group, it steps through the group's pairs. Main thread; model and history
-/// outlive it.
+/// The compare sheet: which originals stand side by side, their linked view, and the active one, which
+/// actions apply to. Opened with two photos of a group, it steps through the group's pairs. Main thread;
+/// model and history outlive it.
 class CompareState : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("one belongs to the library's window")
     Q_PROPERTY(bool opened READ isOpened NOTIFY openedChanged)
     Q_PROPERTY(QVariantList photos READ photos NOTIFY photosChanged)
-    Q_PROPERTY(QStringList decisions READ decisions NOTIFY decisionsChanged)
+    Q_PROPERTY(QList<int> decisions READ decisions NOTIFY decisionsChanged)
     Q_PROPERTY(int active READ active WRITE setActive NOTIFY activeChanged)
     Q_PROPERTY(bool flipped READ isFlipped WRITE setFlipped NOTIFY flippedChanged)
-    Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY viewChanged)
-    Q_PROPERTY(bool actualPixels READ actualPixels NOTIFY viewChanged)
-    Q_PROPERTY(QPointF center READ center WRITE setCenter NOTIFY viewChanged)
-    Q_PROPERTY(double mostZoom READ mostZoom CONSTANT)
+    Q_PROPERTY(lumisort::ui::PhotoView* view READ view CONSTANT)
+    Q_PROPERTY(lumisort::review::ActionSet* actions READ actions CONSTANT)
     Q_PROPERTY(qint64 pair READ pair NOTIFY photosChanged)
     Q_PROPERTY(qint64 pairCount READ pairCount NOTIFY photosChanged)
 
@@ -44,8 +43,8 @@ public:
     Q_INVOKABLE void close();
     bool isOpened() const { return opened_; }
 
-    QVariantList photos() const;                         ///< of ShownPhoto
-    QStringList decisions() const { return decisions_; } ///< as decisionWord has them
+    QVariantList photos() const;                        ///< of ShownPhoto
+    QList<int> decisions() const { return decisions_; } ///< Decision::Value by position
     int active() const { return active_; }
     /// A position that does not exist changes nothing.
     void setActive(int index);
@@ -58,24 +57,10 @@ public:
     /// Which photo the pane at `index` shows.
     Q_INVOKABLE int shownIn(int index) const;
 
-    double zoom() const { return zoom_; }
-    double mostZoom() const { return maxZoom; }
-    /// Corrected to 1 … maxZoom; what is no number changes nothing.
-    void setZoom(double zoom);
-    QPointF center() const { return center_; }
-    /// Corrected to 0 … 1 each way.
-    void setCenter(QPointF center);
-    bool actualPixels() const { return actualPixels_; }
-    /// Whole photos, or one of their pixels on each pixel of the screen; unzoomed and centred in both cases.
-    Q_INVOKABLE void fit() { show(false); }
-    Q_INVOKABLE void showActualPixels() { show(true); }
-
-    /// Makes the photo active and marks it: "Import", "Skip", or anything else to clear.
-    Q_INVOKABLE void mark(int index, const QString& decision);
-    Q_INVOKABLE void markActive(const QString& decision) { mark(active_, decision); }
-    /// Takes the last mark back, or sets it again.
-    Q_INVOKABLE void undo() { history_.undo(); }
-    Q_INVOKABLE void redo() { history_.redo(); }
+    /// How all panes are zoomed and panned.
+    ui::PhotoView* view() { return &view_; }
+    /// What can be done to the active photo, and to the view.
+    ActionSet* actions() { return &actions_; }
     /// Opens the file in its default application.
     Q_INVOKABLE void openOriginal(int index) const;
 
@@ -91,23 +76,23 @@ Q_SIGNALS:
     void decisionsChanged();
     void activeChanged();
     void flippedChanged();
-    void viewChanged();
 
 private:
-    void show(bool actualPixels);
+    void addActions();
     void setPhotos(std::vector<library::Photo> photos);
     void updateDecisions();
+    void follow(const files::FileUrl& before, const library::Photo& after);
     std::int64_t pairOfGroup() const;
 
     model::LibraryModel& model_;
     MarkHistory& history_;
     std::vector<library::Photo> photos_, group_;
-    QStringList decisions_;
+    QList<int> decisions_;
     std::int64_t pair_ = -1; ///< -1: the photos are no pair of a group
     int active_ = 0;
-    double zoom_ = 1;
-    QPointF center_{0.5, 0.5};
-    bool opened_ = false, flipped_ = false, actualPixels_ = false;
+    bool opened_ = false, flipped_ = false;
+    ui::PhotoView view_{maxZoom};
+    ActionSet actions_{ActionSet::Scope::compare};
 };
 
 } // namespace lumisort::review

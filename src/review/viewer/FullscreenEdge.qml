@@ -4,9 +4,7 @@ import Lumisort.Ui
 /// An edge of the full-screen viewer that steps to the photo beyond it.
 Item {
     id: edge
-    property string iconName
-    property string label
-    signal tapped
+    required property Command command
 
     anchors.top: parent.top
     anchors.bottom: parent.bottom
@@ -14,8 +12,8 @@ Item {
     anchors.bottomMargin: 64
     width: 100
     Accessible.role: Accessible.Button
-    Accessible.name: label
-    Accessible.onPressAction: tapped()
+    Accessible.name: command.text
+    Accessible.onPressAction: command.trigger()
 
     Rectangle {
         anchors.centerIn: parent
@@ -23,15 +21,15 @@ Item {
         height: 60
         radius: 30
         color: Qt.rgba(0, 0, 0, 0.45)
-        opacity: hover.hovered ? 1 : 0
+        opacity: hover.hovered && edge.command.enabled ? 1 : 0
         Icon {
             anchors.centerIn: parent
-            name: edge.iconName
+            name: edge.command.iconName
             size: 28
             color: Theme.photoText
         }
         Behavior on opacity { NumberAnimation { duration: Theme.motion } }
     }
     HoverHandler { id: hover }
-    TapHandler { onTapped: edge.tapped() }
+    TapHandler { onTapped: edge.command.trigger() }
 }

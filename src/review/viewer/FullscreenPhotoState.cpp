@@ -1,21 +1,38 @@
 #include "review/viewer/FullscreenPhotoState.h"
 
-#include <algorithm>
-#include <cmath>
+#include "review/marks/MarkActions.h"
+#include "review/viewer/ViewActions.h"
+
+#include <utility>
 
 namespace lumisort::review {
 
 FullscreenPhotoState::FullscreenPhotoState(model::LibraryModel& model, MarkHistory& history,
                                            std::vector<library::Photo> photos, int index, QObject* parent)
     : QObject(parent), model_(model), history_(history), photos_(std::move(photos)), index_(index) {
-    connect(&model, &model::LibraryModel::countsChanged, this, &FullscreenPhotoState::updateDecision);
+    connect(&model.library(), &model::Library::countsChanged, this, &FullscreenPhotoState::updateDecision);
+    connect(&model.library(), &model::Library::renamed, this, &FullscreenPhotoState::follow);
     connect(this, &FullscreenPhotoState::indexChanged, this, &FullscreenPhotoState::updateDecision);
+    addActions();
     updateDecision();
     prefetch();
 }
 
-/// After the photo on show was asked for: what is being decoded ahead and is shown now must not be let go
-/// between.
+void FullscreenPhotoState::addActions() {
+    addMarkActions(actions_, history_, [this] { return std::vector{current()}; });
+    addUndoActions(actions_, history_);
+    addViewActions(actions_, view_);
+    actions_.add(
+        ActionSet::PreviousPhoto, [this] { move(-1); },
+        [this] { return index_ > 0 ? QString() : QStringLiteral("This is the first photo."); });
+    actions_.add(
+        ActionSet::NextPhoto, [this] { move(1); },
+        [this] { return index_ + 1 < count() ? QString() : QStringLiteral("This is the last photo."); });
+    actions_.add(ActionSet::Close, [this] { Q_EMIT closeWanted(); });
+    connect(this, &FullscreenPhotoState::indexChanged, &actions_, &ActionSet::refresh);
+}
+
+/// Called after the photo on show was requested: its own prefetch, which may be running, must not end before.
 void FullscreenPhotoState::prefetch() {
     std::vector<library::OriginalDecodeQueue::Ticket> ahead;
     for (const int step : {direction_, -direction_})
@@ -25,22 +42,15 @@ void FullscreenPhotoState::prefetch() {
     ahead_ = std::move(ahead);
 }
 
+void FullscreenPhotoState::follow(const files::FileUrl& before, const library::Photo& after) {
+    const bool shown = current().url == before;
+    std::ranges::replace(photos_, before, after, &library::Photo::url);
+    if (shown) Q_EMIT indexChanged();
+}
+
 void FullscreenPhotoState::updateDecision() {
-    const auto decision = decisionWord(model_.decision(current()));
+    const auto decision = model::Decision::of(model_.library().decision(current()));
     if (std::exchange(decision_, decision) != decision) Q_EMIT decisionChanged();
-}
-
-void FullscreenPhotoState::setZoom(double zoom) {
-    if (!std::isfinite(zoom)) return;
-    zoom_ = std::clamp(zoom, 1.0, maxZoom);
-    if (zoom_ == 1) center_ = {0.5, 0.5};
-    Q_EMIT viewChanged();
-}
-
-void FullscreenPhotoState::setCenter(QPointF center) {
-    if (!std::isfinite(center.x()) || !std::isfinite(center.y())) return;
-    center_ = {std::clamp(center.x(), 0.0, 1.0), std::clamp(center.y(), 0.0, 1.0)};
-    Q_EMIT viewChanged();
 }
 
 void FullscreenPhotoState::move(int delta) {
@@ -48,53 +58,9 @@ void FullscreenPhotoState::move(int delta) {
     if (delta == 0 || target < 0 || target >= count()) return;
     index_ = target;
     direction_ = delta > 0 ? 1 : -1;
-    zoom_ = 1;
-    center_ = {0.5, 0.5};
-    Q_EMIT viewChanged();
+    view_.reset();
     Q_EMIT indexChanged();
     prefetch();
-}
-
-void FullscreenPhotoState::mark(const QString& decision) {
-    history_.mark({current()}, decisionFromWord(decision));
-}
-
-bool FullscreenPhotoState::press(int key, int modifiers) {
-    if (modifiers & Qt::ControlModifier) {
-        if (key == Qt::Key_Z) {
-            modifiers & Qt::ShiftModifier ? history_.redo() : history_.undo();
-            return true;
-        }
-        const auto word = key == Qt::Key_K   ? decisionWord(library::ReviewDecision::keep)
-                          : key == Qt::Key_D ? decisionWord(library::ReviewDecision::cleanup)
-                          : key == Qt::Key_U ? decisionWord(std::nullopt)
-                                             : QString();
-        if (!word.isEmpty()) mark(word);
-        return !word.isEmpty();
-    }
-    switch (key) {
-    case Qt::Key_Equal:
-    case Qt::Key_Plus:
-        setZoom(zoom_ * zoomPerKey);
-        return true;
-    case Qt::Key_Minus:
-        setZoom(zoom_ / zoomPerKey);
-        return true;
-    case Qt::Key_0:
-        setZoom(1);
-        return true;
-    case Qt::Key_Left:
-        move(-1);
-        return true;
-    case Qt::Key_Right:
-        move(1);
-        return true;
-    case Qt::Key_Escape:
-        close();
-        return true;
-    default:
-        return false;
-    }
 }
 
 } // namespace lumisort::review

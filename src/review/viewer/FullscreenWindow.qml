@@ -1,5 +1,7 @@
 import QtQuick
 import QtQuick.Window
+import Lumisort.Actions
+import Lumisort.Marks
 import Lumisort.Ui
 import Lumisort.Viewer
 
@@ -8,7 +10,7 @@ Window {
     id: window
     required property FullscreenPhotoState state
     readonly property color backdrop: Qt.rgba(0, 0, 0, 0.45)
-    /// The pointer has moved of late: it shows, and with it what the photo is called.
+    /// Whether the pointer moved within the last seconds: then it and the photo's name are shown.
     property bool awake: true
 
     title: "Photo"
@@ -17,37 +19,24 @@ Window {
     Item {
         anchors.fill: parent
         focus: true
-        Keys.onPressed: event => event.accepted = window.state.press(event.key, event.modifiers)
+        Keys.onPressed: event => event.accepted = window.state.actions.press(event.key, event.modifiers, event.isAutoRepeat)
 
         OriginalView {
             anchors.fill: parent
             url: window.state.photo.url
             name: Theme.line(window.state.photo.name)
-            zoom: window.state.zoom
-            center: window.state.center
+            view: window.state.view
             text: Theme.photoText
             secondary: "#a8a8a8"
             warning: Theme.photoSkip
-            onPanned: center => window.state.center = center
-            onZoomWanted: (zoom, at) => {
-                const within = Math.max(1, Math.min(window.state.mostZoom, zoom));
-                const center = centerFor(within, at);
-                window.state.zoom = zoom;
-                if (window.state.zoom > 1)
-                    window.state.center = center;
-            }
         }
         FullscreenEdge {
             anchors.left: parent.left
-            iconName: "go-previous"
-            label: "Previous photo"
-            onTapped: window.state.move(-1)
+            command: window.state.actions.of(ActionSet.PreviousPhoto)
         }
         FullscreenEdge {
             anchors.right: parent.right
-            iconName: "go-next"
-            label: "Next photo"
-            onTapped: window.state.move(1)
+            command: window.state.actions.of(ActionSet.NextPhoto)
         }
         Item {
             id: close
@@ -56,9 +45,9 @@ Window {
             height: 80
             opacity: window.awake || closeHover.hovered ? 1 : 0
             Accessible.role: Accessible.Button
-            Accessible.name: "Close"
+            Accessible.name: window.state.actions.of(ActionSet.Close).text
             Accessible.description: tip.text
-            Accessible.onPressAction: window.state.close()
+            Accessible.onPressAction: window.state.actions.of(ActionSet.Close).trigger()
             Rectangle {
                 anchors.centerIn: parent
                 width: 40
@@ -73,7 +62,7 @@ Window {
                 }
             }
             HoverHandler { id: closeHover }
-            TapHandler { onTapped: window.state.close() }
+            TapHandler { onTapped: window.state.actions.of(ActionSet.Close).trigger() }
             Tip {
                 id: tip
                 text: "Close (Esc)"
@@ -114,8 +103,7 @@ Window {
                 id: badge
                 anchors.centerIn: parent
                 decision: window.state.decision
-                keep: Theme.photoKeep
-                skip: Theme.photoSkip
+                overPhoto: true
             }
         }
         HoverHandler {

@@ -1,6 +1,5 @@
 #include "review/viewer/OriginalPane.h"
 
-#include "model/Utf8.h"
 #include "review/viewer/TilesNode.h"
 
 #include <QGuiApplication>
@@ -40,15 +39,15 @@ void OriginalPane::setUrl(const QString& url) {
     ticket_ = std::move(next);
     Q_EMIT urlChanged();
     Q_EMIT statusChanged();
-    changeView();
+    redraw();
 }
 
 void OriginalPane::show(OriginalDecodeQueue::Answer answer) {
     if (answer && *answer == original_) return; // It was recalled, and its file has not changed.
     original_ = answer ? *std::move(answer) : nullptr;
-    error_ = answer ? QString() : model::fromUtf8(answer.error());
+    error_ = answer ? QString() : QString::fromUtf8(answer.error());
     Q_EMIT statusChanged();
-    changeView();
+    redraw();
 }
 
 OriginalPane::Status OriginalPane::status() const {
@@ -57,60 +56,62 @@ OriginalPane::Status OriginalPane::status() const {
     return url_.isEmpty() ? Empty : Loading;
 }
 
-void OriginalPane::setZoom(double zoom) {
-    if (std::exchange(zoom_, zoom) != zoom) changeView();
-}
-
-void OriginalPane::setCenter(QPointF center) {
-    if (std::exchange(center_, center) != center) changeView();
-}
-
-void OriginalPane::setActualPixels(bool actualPixels) {
-    if (std::exchange(actualPixels_, actualPixels) != actualPixels) changeView();
-}
-
-void OriginalPane::changeView() {
+void OriginalPane::setView(ui::PhotoView* view) {
+    if (view_ == view) return;
+    if (view_) view_->disconnect(this);
+    view_ = view;
+    if (view) {
+        connect(view, &ui::PhotoView::changed, this, &OriginalPane::redraw);
+        connect(view, &ui::PhotoView::panWanted, this, [this](QPointF panes) {
+            if (leads_) drag(view_->center(), {-panes.x() * width(), -panes.y() * height()});
+        });
+    }
     Q_EMIT viewChanged();
+    redraw();
+}
+
+void OriginalPane::redraw() {
+    Q_EMIT placeChanged();
     update();
 }
 
-ui::PaneView OriginalPane::view() const {
+ui::PaneView OriginalPane::paneView() const {
     return {.pane = size(),
             .picture = {original_->width(), original_->height()},
-            .zoom = zoom_,
-            .actualPixels = actualPixels_,
-            .center = center_,
+            .zoom = view_->zoom(),
+            .actualPixels = view_->actualPixels(),
+            .center = view_->center(),
             .pixelRatio = window() ? window()->effectiveDevicePixelRatio() : 1,
             .position = mapToScene({})};
 }
 
-QPointF OriginalPane::dragged(QPointF start, QPointF translation) const {
-    return original_ ? ui::draggedCenter(view(), start, translation) : center_;
+void OriginalPane::drag(QPointF start, QPointF translation) {
+    if (shows()) view_->setCenter(ui::draggedCenter(paneView(), start, translation));
 }
 
-QPointF OriginalPane::zoomed(double zoom, QPointF anchor) const {
-    return original_ ? ui::zoomedCenter(view(), zoom, anchor) : center_;
+void OriginalPane::zoomAt(double zoom, QPointF anchor) {
+    if (shows()) view_->zoomAt(zoom, paneView(), anchor);
 }
 
 QSGNode* OriginalPane::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     auto* tiles = static_cast<TilesNode*>(old);
-    if (!original_ || size().isEmpty()) {
+    if (!shows() || size().isEmpty()) {
         delete tiles;
         return nullptr;
     }
     if (!tiles) tiles = new TilesNode; // the scene graph owns it
-    tiles->show(*window(), original_, view());
+    tiles->show(*window(), original_, paneView());
     return tiles;
 }
 
 void OriginalPane::geometryChange(const QRectF& now, const QRectF& before) {
     QQuickItem::geometryChange(now, before);
-    if (now.size() != before.size()) changeView();
+    if (now.size() != before.size()) redraw();
 }
 
 void OriginalPane::itemChange(ItemChange change, const ItemChangeData& data) {
     QQuickItem::itemChange(change, data);
-    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange) changeView();
+    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange) redraw();
 }
 
 void OriginalPane::wheelEvent(QWheelEvent* event) {
@@ -118,7 +119,7 @@ void OriginalPane::wheelEvent(QWheelEvent* event) {
     const bool measured =
         !event->pixelDelta().isNull() && QGuiApplication::platformName() != QLatin1String("xcb");
     const double factor = ui::wheelFactor(measured ? event->pixelDelta().y() : 0, event->angleDelta().y());
-    if (factor != 1) Q_EMIT wheelTurned(factor, event->position());
+    if (factor != 1 && view_) zoomAt(view_->zoom() * factor, event->position());
     event->accept();
 }
 

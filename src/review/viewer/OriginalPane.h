@@ -3,8 +3,10 @@
 #include "library/OriginalDecodeQueue.h"
 #include "model/TaskRunner.h"
 #include "ui/PaneGeometry.h"
+#include "ui/PhotoView.h"
 
 #include <QPointF>
+#include <QPointer>
 #include <QQuickItem>
 #include <QString>
 
@@ -18,12 +20,11 @@ class OriginalPane : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString url READ url WRITE setUrl NOTIFY urlChanged)
-    Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY viewChanged)
-    Q_PROPERTY(QPointF center READ center WRITE setCenter NOTIFY viewChanged)
-    Q_PROPERTY(bool actualPixels READ actualPixels WRITE setActualPixels NOTIFY viewChanged)
+    Q_PROPERTY(lumisort::ui::PhotoView* view READ view WRITE setView NOTIFY viewChanged)
+    Q_PROPERTY(bool leads MEMBER leads_ NOTIFY leadsChanged)
     Q_PROPERTY(Status status READ status NOTIFY statusChanged)
     Q_PROPERTY(QString error READ error NOTIFY statusChanged)
-    Q_PROPERTY(QRectF place READ place NOTIFY viewChanged)
+    Q_PROPERTY(QRectF place READ place NOTIFY placeChanged)
 
 public:
     enum Status { Empty, Loading, Ready, Failed };
@@ -35,30 +36,27 @@ public:
     /// The photo, as FileUrl writes it; "" for none.
     QString url() const { return url_; }
     void setUrl(const QString& url);
-    /// The view, as ui::PaneView has it.
-    double zoom() const { return zoom_; }
-    void setZoom(double zoom);
-    QPointF center() const { return center_; }
-    void setCenter(QPointF center);
-    bool actualPixels() const { return actualPixels_; }
-    void setActualPixels(bool actualPixels);
+    /// How the photo is zoomed and panned; null draws nothing. It outlives the pane or is reset before.
+    ui::PhotoView* view() const { return view_; }
+    void setView(ui::PhotoView* view);
 
     Status status() const;
     /// Why there is no picture, fit to be shown; "" otherwise.
     QString error() const { return error_; }
     /// Where the picture lies; empty without one.
-    QRectF place() const { return original_ ? ui::placeOf(view()) : QRectF(); }
+    QRectF place() const { return shows() ? ui::placeOf(paneView()) : QRectF(); }
 
-    /// See draggedCenter and zoomedCenter; without a picture the centre stays as it is.
-    Q_INVOKABLE QPointF dragged(QPointF start, QPointF translation) const;
-    Q_INVOKABLE QPointF zoomed(double zoom, QPointF anchor) const;
+    /// Moves the view by a drag of `translation` that began at the centre `start`; see ui::draggedCenter.
+    Q_INVOKABLE void drag(QPointF start, QPointF translation);
+    /// Zooms about a place in the pane.
+    Q_INVOKABLE void zoomAt(double zoom, QPointF anchor);
 
 Q_SIGNALS:
     void urlChanged();
     void viewChanged();
+    void leadsChanged();
+    void placeChanged();
     void statusChanged();
-    /// The wheel was turned over the pane: the factor by which to zoom, and where.
-    void wheelTurned(double factor, QPointF position);
 
 protected:
     QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) override;
@@ -67,14 +65,14 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
-    ui::PaneView view() const;
-    void changeView();
+    bool shows() const { return original_ && view_; }
+    ui::PaneView paneView() const;
+    void redraw();
     void show(library::OriginalDecodeQueue::Answer answer);
 
     QString url_, error_;
-    double zoom_ = 1;
-    QPointF center_{0.5, 0.5};
-    bool actualPixels_ = false;
+    QPointer<ui::PhotoView> view_;
+    bool leads_ = true; ///< the view's steps are measured by this pane
     library::OriginalDecodeQueue::Original original_;
     library::OriginalDecodeQueue::Ticket ticket_;
     model::TaskRunner runner_;

@@ -2,25 +2,17 @@ import QtQuick
 import Lumisort.Ui
 import Lumisort.Viewer
 
-/// One original with what it says while there is none. Dragging pans; the wheel and a pinch zoom about where
-/// they happen. The view itself belongs to whoever holds `zoom` and `center`.
+/// One original, or what it says while there is none. Dragging pans; the wheel and a pinch zoom about where they
+/// happen.
 Item {
-    id: view
+    id: original
     property alias url: pane.url
-    property alias zoom: pane.zoom
-    property alias center: pane.center
-    property alias actualPixels: pane.actualPixels
+    property alias view: pane.view
+    property alias leads: pane.leads
     property string name
     property color text: Theme.text
     property color secondary: Theme.secondary
     property color warning: Theme.skip
-    signal panned(point center)
-    signal zoomWanted(real zoom, point at)
-
-    /// The centre that keeps what lies at `at` in its place when zoomed.
-    function centerFor(zoom, at) {
-        return pane.zoomed(zoom, at);
-    }
 
     Accessible.role: Accessible.Graphic
     Accessible.name: "Original photo: " + name
@@ -29,7 +21,6 @@ Item {
     OriginalPane {
         id: pane
         anchors.fill: parent
-        onWheelTurned: (factor, position) => view.zoomWanted(zoom * factor, position)
     }
     Column {
         anchors.centerIn: parent
@@ -38,12 +29,12 @@ Item {
         Spinner {
             anchors.horizontalCenter: parent.horizontalCenter
             running: parent.visible
-            color: view.secondary
+            color: original.secondary
         }
         Caption {
             id: loading
             text: "Loading original…"
-            color: view.secondary
+            color: original.secondary
         }
     }
     Column {
@@ -55,14 +46,14 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             name: "data-warning"
             size: 22
-            color: view.warning
+            color: original.warning
         }
         Caption {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
             text: pane.error
-            color: view.text
+            color: original.text
         }
     }
 
@@ -71,13 +62,13 @@ Item {
         target: null
         acceptedButtons: Qt.LeftButton
         cursorShape: active ? Qt.ClosedHandCursor : Qt.ArrowCursor
-        onActiveChanged: if (active) start = view.center
-        onActiveTranslationChanged: if (active) view.panned(pane.dragged(start, Qt.point(activeTranslation.x, activeTranslation.y)))
+        onActiveChanged: if (active) start = original.view.center
+        onActiveTranslationChanged: if (active) pane.drag(start, Qt.point(activeTranslation.x, activeTranslation.y))
     }
     PinchHandler {
         property real start: 1
         target: null
-        onActiveChanged: if (active) start = view.zoom
-        onActiveScaleChanged: if (active && Math.abs(activeScale - 1) >= 0.01) view.zoomWanted(start * activeScale, centroid.position)
+        onActiveChanged: if (active) start = original.view.zoom
+        onActiveScaleChanged: if (active && Math.abs(activeScale - 1) >= 0.01) pane.zoomAt(start * activeScale, centroid.position)
     }
 }

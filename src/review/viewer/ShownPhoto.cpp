@@ -1,7 +1,5 @@
 #include "review/viewer/ShownPhoto.h"
 
-#include "model/Utf8.h"
-
 #include <QLocale>
 #include <QStringList>
 
@@ -12,20 +10,9 @@ ShownPhoto ShownPhoto::of(const library::Photo& photo) {
     if (photo.width > 0 && photo.height > 0)
         details << QStringLiteral("%1 × %2").arg(photo.width).arg(photo.height);
     details << QLocale::c().formattedDataSize(photo.bytes, 1, QLocale::DataSizeSIFormat);
-    return {.url = model::fromUtf8(photo.url.string()),
-            .name = model::fromUtf8(photo.url.name()),
+    return {.url = QString::fromUtf8(photo.url.string()),
+            .name = QString::fromUtf8(photo.url.name()),
             .details = details.join(QStringLiteral(" · "))};
-}
-
-QString decisionWord(std::optional<library::ReviewDecision> decision) {
-    if (!decision) return QStringLiteral("Unmarked");
-    return *decision == library::ReviewDecision::keep ? QStringLiteral("Import") : QStringLiteral("Skip");
-}
-
-std::optional<library::ReviewDecision> decisionFromWord(const QString& word) {
-    for (const auto decision : {library::ReviewDecision::keep, library::ReviewDecision::cleanup})
-        if (decisionWord(decision) == word) return decision;
-    return std::nullopt;
 }
 
 } // namespace lumisort::review

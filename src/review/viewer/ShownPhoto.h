@@ -1,15 +1,13 @@
 #pragma once
 
 #include "library/Photo.h"
-#include "library/ReviewMark.h"
 
 #include <QObject>
 #include <QString>
-#include <optional>
 
 namespace lumisort::review {
 
-/// What a view of originals says about a photo.
+/// What a view of originals says about one photo.
 struct ShownPhoto {
     Q_GADGET
     Q_PROPERTY(QString url MEMBER url)
@@ -23,10 +21,5 @@ public:
 
     static ShownPhoto of(const library::Photo& photo);
 };
-
-/// "Import", "Skip" or "Unmarked".
-QString decisionWord(std::optional<library::ReviewDecision> decision);
-/// The decision behind such a word; none for any other.
-std::optional<library::ReviewDecision> decisionFromWord(const QString& word);
 
 } // namespace lumisort::review

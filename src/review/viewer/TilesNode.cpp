@@ -34,7 +34,8 @@ void TilesNode::show(QQuickWindow& window, const Original& original, const ui::P
     const auto level = original->levelFor(ui::scaleOf(view) * view.pixelRatio);
     const auto& picture = original->levels()[level];
     const auto filtering = view.actualPixels ? QSGTexture::Nearest : QSGTexture::Linear;
-    for (const auto& tile : ui::visibleTiles(view, static_cast<int>(level), {picture.width, picture.height})) {
+    for (const auto& tile :
+         ui::visibleTiles(view, static_cast<int>(level), {picture.width, picture.height})) {
         const Key key(level, tile.cell.x(), tile.cell.y());
         auto* node = [&] {
             if (auto known = before.extract(key)) return known.mapped();

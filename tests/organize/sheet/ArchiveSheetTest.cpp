@@ -46,7 +46,7 @@ TEST_F(ArchiveSheetTest, ImportsByKeysAlone) {
     settle();
     stage_.settle();
     EXPECT_TRUE(has("2 copied · 1 skipped · 0 failed"));
-    EXPECT_TRUE(has("Show Results in Finder"));
+    EXPECT_TRUE(has("Show Results in File Manager"));
     EXPECT_FALSE(has("Details"));
     stage_.key(Qt::Key_Escape);
     EXPECT_TRUE(test::QuickStage::until([this] { return !sheet_->isOpen(); }));

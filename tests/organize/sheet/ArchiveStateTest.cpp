@@ -13,9 +13,12 @@ TEST_F(ArchiveStateTest, RunsOnceADestinationIsChosenAndAgainOnceSomethingChange
     EXPECT_EQ(sheet_->reason(), QStringLiteral("Choose a destination first."));
     sheet_->run();
     EXPECT_FALSE(sheet_->busy());
-    choose("https://example.org/out");
+    choose("sftp://nas/out");
     EXPECT_FALSE(sheet_->canRun());
+    EXPECT_EQ(sheet_->error(),
+              QStringLiteral("“sftp://nas/out” is not on a drive of this system. Choose a folder that is."));
     choose("file:///out");
+    EXPECT_EQ(sheet_->error(), QString());
     EXPECT_EQ(sheet_->destination(), QStringLiteral("/out"));
 
     run();
@@ -46,8 +49,7 @@ TEST_F(ArchiveStateTest, CannotBeClosedDuringARun) {
     settle();
     sheet_->done();
     EXPECT_FALSE(sheet_->isOpen());
-    library_->beginOrganize();
-    settle();
+    sheet_->open({photo("/p/a.jpg")});
     EXPECT_EQ(sheet_->destination(), QString()) << "closing forgets everything";
     EXPECT_EQ(sheet_->headline(), QString());
 }

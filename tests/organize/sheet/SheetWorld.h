@@ -13,17 +13,14 @@ protected:
         auto session = libraryOf(names);
         for (const auto& name : names) system_.write("/p/" + name, name.substr(0, 1));
         system_.makeFolder("/out");
-        library_ = model(session);
-        sheet_ = std::make_unique<ArchiveState>(*library_, nullptr, surroundings());
-        library_->beginOrganize();
-        settle();
+        sheet_ = std::make_unique<ArchiveState>(surroundings());
+        sheet_->open(session.photos);
         ASSERT_TRUE(sheet_->isOpen() || names.empty());
     }
     void choose(const char* url) { sheet_->choose(QUrl(QString::fromUtf8(url))); }
     /// Starts a run; it goes on in `settle`.
     void run() { sheet_->run(); }
 
-    std::unique_ptr<model::LibraryModel> library_;
     std::unique_ptr<ArchiveState> sheet_;
 };
 

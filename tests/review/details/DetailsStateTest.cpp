@@ -22,7 +22,7 @@ protected:
         details_ = std::make_unique<DetailsState>(*library_);
     }
 
-    const Photo& photoAt(std::size_t index) { return library_->photos().at(index); }
+    const Photo& photoAt(std::size_t index) { return library_->library().photos().at(index); }
     void rename(const char* stem) {
         details_->renaming()->setStem(QString::fromUtf8(stem));
         details_->renaming()->rename();
@@ -34,37 +34,39 @@ protected:
 
 TEST_F(DetailsStateTest, FollowsThePhotoInFocus) {
     EXPECT_FALSE(details_->hasPhoto());
-    library_->select(photoAt(0));
+    library_->selection().toggle(photoAt(0));
     EXPECT_EQ(details_->name(), QStringLiteral("a.jpg"));
     EXPECT_EQ(details_->location(), QStringLiteral("/p/a.jpg"));
     EXPECT_EQ(details_->dimensions(), QStringLiteral("6000 × 4000"));
     EXPECT_EQ(details_->size(), QStringLiteral("12.4 MB"));
-    library_->select(photoAt(1));
+    library_->selection().toggle(photoAt(1));
     EXPECT_EQ(details_->name(), QStringLiteral("b.NEF"));
     EXPECT_EQ(details_->format(), QStringLiteral("NEF"));
-    library_->select(photoAt(1));
-    library_->select(photoAt(0));
+    library_->selection().toggle(photoAt(1));
+    library_->selection().toggle(photoAt(0));
     EXPECT_FALSE(details_->hasPhoto());
 }
 
 TEST_F(DetailsStateTest, FollowsTheDecisionAndTheDrive) {
-    library_->select(photoAt(0));
+    library_->selection().toggle(photoAt(0));
     int changes = 0;
     QObject::connect(details_.get(), &DetailsState::changed, [&] { ++changes; });
-    for (const auto* decision : {"Keep", "For Cleanup", ""}) {
-        library_->mark({photoAt(0)}, library::reviewDecisionFromRawValue(decision));
+    for (const auto decision :
+         {std::optional(library::ReviewDecision::keep), std::optional(library::ReviewDecision::cleanup),
+          std::optional<library::ReviewDecision>()}) {
+        library_->marking().mark({photoAt(0)}, decision);
         settle();
-        EXPECT_EQ(details_->decision(), QString::fromUtf8(decision));
+        EXPECT_EQ(details_->decision(), model::Decision::of(decision));
     }
     EXPECT_EQ(changes, 3);
     system_.remove("/p/a.jpg");
-    library_->refreshAvailability();
+    library_->availability().refresh();
     settle();
     EXPECT_FALSE(details_->hasPhoto());
 }
 
 TEST_F(DetailsStateTest, RenamesAndStaysWithThePhoto) {
-    library_->select(photoAt(0));
+    library_->selection().toggle(photoAt(0));
     details_->beginRename();
     auto& renaming = *details_->renaming();
     EXPECT_TRUE(renaming.isOpen());
@@ -77,8 +79,8 @@ TEST_F(DetailsStateTest, RenamesAndStaysWithThePhoto) {
 }
 
 TEST_F(DetailsStateTest, KeepsTheSheetOpenWithAReasonWhereANameIsRefused) {
-    library_->select(photoAt(2));
-    library_->select(photoAt(0));
+    library_->selection().toggle(photoAt(2));
+    library_->selection().toggle(photoAt(0));
     details_->beginRename();
     system_.write("/p/taken.jpg", "");
     const auto *invalid = "Enter a valid filename without / or :.",
@@ -103,7 +105,7 @@ TEST_F(DetailsStateTest, KeepsTheSheetOpenWithAReasonWhereANameIsRefused) {
 TEST_F(DetailsStateTest, DoesNotPutReplacementCharactersIntoAName) {
     library_ = model(libraryOf({"\xff.jpg"}));
     details_ = std::make_unique<DetailsState>(*library_);
-    library_->select(photoAt(0));
+    library_->selection().toggle(photoAt(0));
     EXPECT_EQ(details_->name(), QStringLiteral("\uFFFD.jpg"));
     details_->beginRename();
     details_->renaming()->rename();

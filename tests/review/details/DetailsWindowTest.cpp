@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 
 void qml_register_types_Lumisort_Details();
+void qml_register_types_Lumisort_Marks();
 
 namespace lumisort::review {
 namespace {
@@ -13,6 +14,7 @@ namespace {
 class DetailsWindowTest : public model::ModelWorld {
 protected:
     DetailsWindowTest() {
+        qml_register_types_Lumisort_Marks();
         qml_register_types_Lumisort_Details();
         stage_.engine().addImageProvider(QStringLiteral("thumbnail"), new ui::ThumbnailProvider(store_));
         stage_.show("import QtQuick\nWindow { width: 600; height: 400 }");
@@ -26,7 +28,8 @@ protected:
         session.photos[0].height = 4000;
         library_ = model(session);
         controller_ = std::make_unique<PhotoDetailsController>(*library_, stage_.engine());
-        library_->showDetails(library_->photos()[0]);
+        library_->selection().toggle(library_->library().photos()[0]);
+        controller_->show();
         ASSERT_NE(controller_->panel(), nullptr);
         stage_.moveTo(*controller_->panel());
         stage_.settle();
@@ -57,10 +60,10 @@ TEST_F(DetailsWindowTest, IsMadeOnceAndHiddenWhenItCloses) {
     EXPECT_EQ(panel->title(), QStringLiteral("Details"));
     stage_.key(Qt::Key_Escape);
     EXPECT_FALSE(panel->isVisible());
-    library_->showDetails();
+    controller_->show();
     EXPECT_EQ(controller_->panel(), panel);
     EXPECT_TRUE(panel->isVisible());
-    library_->select(library_->photos()[0]);
+    library_->selection().toggle(library_->library().photos()[0]);
     EXPECT_TRUE(stage_.has(QStringLiteral("Select a photo")));
 }
 
@@ -80,11 +83,11 @@ TEST_F(DetailsWindowTest, HidesWhileAnotherProgramIsInFront) {
 
 TEST_F(DetailsWindowTest, TellsWhatIsKnownByNames) {
     show("a.jpg");
-    library_->mark({library_->photos()[0]}, library::ReviewDecision::cleanup);
+    library_->marking().mark({library_->library().photos()[0]}, library::ReviewDecision::cleanup);
     settle();
     const auto names = stage_.names();
     for (const auto* each : {"a.jpg", "Rename", "Skip", "Dimensions", "6000 × 4000", "Size", "12.4 MB",
-                             "Format", "JPG", "Date Taken", "Location", "/p/a.jpg", "Show in Finder"})
+                             "Format", "JPG", "Date Taken", "Location", "/p/a.jpg", "Show in File Manager"})
         EXPECT_TRUE(names.contains(QString::fromUtf8(each))) << each;
     EXPECT_EQ(stage_.nameless(), QStringList());
 }
@@ -95,7 +98,7 @@ TEST_F(DetailsWindowTest, RenamesByEnter) {
     EXPECT_EQ(stage_.nameless(), QStringList());
     stage_.type(QStringLiteral("holiday")); // over the selected stem
     stage_.key(Qt::Key_Return);
-    EXPECT_EQ(library_->photos()[0].url.path(), "/p/holiday.jpg");
+    EXPECT_EQ(library_->library().photos()[0].url.path(), "/p/holiday.jpg");
     EXPECT_FALSE(controller_->state().renaming()->isOpen());
     EXPECT_FALSE(stage_.window().isVisible());
 }
@@ -113,7 +116,7 @@ TEST_F(DetailsWindowTest, StaysOpenWithTheReasonAndClosesByEscape) {
     stage_.key(Qt::Key_Escape);
     EXPECT_FALSE(stage_.window().isVisible());
     EXPECT_TRUE(controller_->panel()->isVisible());
-    EXPECT_EQ(library_->photos()[0].url.path(), "/p/a.jpg");
+    EXPECT_EQ(library_->library().photos()[0].url.path(), "/p/a.jpg");
 }
 
 } // namespace

@@ -37,14 +37,14 @@ protected:
 
     void show(int width, int height, const QVariantMap& properties) {
         stage_.show(R"(import QtQuick
+                       import Lumisort.Ui
                        import Lumisort.Viewer
                        Window {
                            property alias url: view.url
-                           property alias zoom: view.zoom
-                           property alias center: view.center
-                           property alias actualPixels: view.actualPixels
-                           property point wantedAt
-                           property real wantedZoom
+                           property alias zoom: linked.zoom
+                           property alias center: linked.center
+                           property alias actualPixels: linked.actualPixels
+                           property alias leads: view.leads
                            color: "black"
                            OriginalView {
                                id: view
@@ -52,8 +52,7 @@ protected:
                                x: 20; y: 10 // neither position nor clip may get lost
                                width: parent.width - 50; height: parent.height - 40
                                text: "white"
-                               onPanned: center => view.center = center
-                               onZoomWanted: (zoom, at) => { wantedZoom = zoom; wantedAt = at }
+                               view: PhotoView { id: linked }
                            }
                        })",
                     {{QStringLiteral("width"), width + 50}, {QStringLiteral("height"), height + 40}});
@@ -139,6 +138,7 @@ TEST_F(OriginalPaneTest, ShowsPanoramasThatNoTextureHolds) {
     EXPECT_EQ(grab().pixel(300, 50), qRgb(0, 0, 200));
     set("actualPixels", false);
     set("zoom", 12);
+    set("center", QPointF(1, 0.5));
     EXPECT_EQ(grab().pixel(590, 50), qRgb(0, 0, 200));
     EXPECT_EQ(grab().pixel(10, 50), qRgb(0, 200, 0));
 }
@@ -188,8 +188,26 @@ TEST_F(OriginalPaneTest, DragsPanAndTheWheelZoomsWhereItIsTurned) {
     QWheelEvent notch({90, 70}, {90, 70}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                       false);
     QCoreApplication::sendEvent(&window, &notch);
-    EXPECT_DOUBLE_EQ(get("wantedZoom").toDouble(), std::exp(0.12));
-    EXPECT_EQ(get("wantedAt").toPointF(), QPointF(70, 60));
+    EXPECT_DOUBLE_EQ(get("zoom").toDouble(), std::exp(0.12));
+    // What was under the pointer, 70 × 60 in the pane, is there still.
+    const QRectF before(-300 * center.x(), -200 * center.y(), 600, 400), after = pane().place();
+    EXPECT_NEAR((70 - after.x()) / after.width(), (70 - before.x()) / before.width(), 0.002);
+    EXPECT_NEAR((60 - after.y()) / after.height(), (60 - before.y()) / before.height(), 0.002);
+}
+
+TEST_F(OriginalPaneTest, StepsPanThePaneThatLeads) {
+    show(300, 200, {{"url", write(picture(600, 400), "a.png")}, {"actualPixels", true}});
+    ASSERT_TRUE(becomes(OriginalPane::Ready));
+    auto& view = *pane().view();
+    view.panBySteps(1, -2);
+    EXPECT_NEAR(view.center().x(), 0.6, 1e-9); // 30 of 300 pixels that do not fit
+    EXPECT_NEAR(view.center().y(), 0.3, 1e-9);
+    set("leads", false);
+    view.panBySteps(1, 0);
+    EXPECT_NEAR(view.center().x(), 0.6, 1e-9);
+    set("leads", true);
+    view.panBySteps(99, 99);
+    EXPECT_EQ(view.center(), QPointF(1, 1));
 }
 
 } // namespace

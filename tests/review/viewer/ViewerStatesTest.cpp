@@ -4,15 +4,12 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
-#include <limits>
-
 namespace lumisort::review {
 namespace {
 
 using testing::ElementsAre;
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+namespace Decision = model::Decision;
 
 TEST(PhotoPairs, GoFromTheAnchorOnward) {
     EXPECT_EQ(pairCount(1), 0);
@@ -64,61 +61,36 @@ protected:
     std::unique_ptr<CompareState> state_;
 };
 
-TEST_F(CompareStateTest, OpensWithTwoOrMoreAndClosesTheModelsFlagWithIt) {
+TEST_F(CompareStateTest, OpensWithTwoOrMoreAndForgetsTheView) {
     state_->open(photos({0}));
     EXPECT_FALSE(state_->isOpened());
-    model_->setCompare(true);
     state_->open(photos({0, 1}));
     EXPECT_TRUE(state_->isOpened());
     EXPECT_EQ(state_->active(), 0);
-    state_->setZoom(4);
+    state_->view()->setZoom(4);
     state_->close();
-    EXPECT_FALSE(model_->compare());
     state_->open(photos({1, 2}));
-    EXPECT_EQ(state_->zoom(), 1);
+    EXPECT_EQ(state_->view()->zoom(), 1);
     EXPECT_THAT(names(), ElementsAre("b.jpg", "c.jpg"));
 }
 
-TEST_F(CompareStateTest, CorrectsTheView) {
-    state_->open(photos({0, 1}));
-    struct Case {
-        double set, zoom;
-    };
-    for (const auto& [set, zoom] : {Case{2.5, 2.5}, Case{99, 8}, Case{nan, 8}, Case{0.2, 1}}) {
-        state_->setZoom(set);
-        EXPECT_EQ(state_->zoom(), zoom) << set;
-    }
-    state_->setCenter({-1, 0.75});
-    EXPECT_EQ(state_->center(), QPointF(0, 0.75));
-    state_->setCenter({nan, 0});
-    EXPECT_EQ(state_->center(), QPointF(0, 0.75));
-    state_->setZoom(3);
-    state_->showActualPixels();
-    EXPECT_TRUE(state_->actualPixels());
-    EXPECT_EQ(state_->zoom(), 1);
-    EXPECT_EQ(state_->center(), QPointF(0.5, 0.5));
-    state_->fit();
-    EXPECT_FALSE(state_->actualPixels());
-}
-
 TEST_F(CompareStateTest, MarksTheActivePhotoAndShowsWhatHolds) {
+    auto& actions = *state_->actions();
+    actions.trigger(ActionSet::Keep); // nothing is open
     state_->open(photos({0, 1}));
-    state_->markActive(QStringLiteral("Import"));
+    actions.trigger(ActionSet::Keep);
     settle();
-    EXPECT_EQ(state_->decisions(), QStringList({QStringLiteral("Import"), QStringLiteral("Unmarked")}));
-    state_->mark(1, QStringLiteral("Skip"));
+    EXPECT_EQ(state_->decisions(), QList<int>({Decision::Keep, Decision::None}));
+    state_->setActive(1);
+    actions.trigger(ActionSet::Skip);
     settle();
-    EXPECT_EQ(state_->active(), 1);
-    EXPECT_EQ(state_->decisions().at(1), QStringLiteral("Skip"));
-    state_->markActive(QStringLiteral("Unmarked"));
+    EXPECT_EQ(state_->decisions(), QList<int>({Decision::Keep, Decision::Skip}));
+    actions.trigger(ActionSet::ClearMark);
     settle();
-    EXPECT_EQ(state_->decisions().at(1), QStringLiteral("Unmarked"));
+    EXPECT_EQ(state_->decisions().at(1), Decision::None);
     history_->undo();
     settle();
-    EXPECT_EQ(state_->decisions().at(1), QStringLiteral("Skip"));
-    state_->mark(2, QStringLiteral("Skip")); // there is none
-    settle();
-    EXPECT_EQ(model_->skipCount(), 1);
+    EXPECT_EQ(state_->decisions().at(1), Decision::Skip);
 }
 
 TEST_F(CompareStateTest, MovesAroundAndFlipsToTheNeighbour) {
@@ -139,10 +111,10 @@ TEST_F(CompareStateTest, StepsThroughThePairsOfItsGroup) {
     EXPECT_THAT(names(), ElementsAre("c.jpg", "a.jpg")); // as they were picked
     EXPECT_EQ(state_->pair(), 2);
     EXPECT_EQ(state_->pairCount(), 3);
-    state_->setZoom(4);
+    state_->view()->setZoom(4);
     state_->movePair(1);
     EXPECT_THAT(names(), ElementsAre("b.jpg", "c.jpg"));
-    EXPECT_EQ(state_->zoom(), 4); // the next pair is looked at as closely
+    EXPECT_EQ(state_->view()->zoom(), 4); // the next pair is looked at as closely
     state_->movePair(1);
     EXPECT_EQ(state_->pair(), 3);
     state_->movePair(-1);
@@ -181,51 +153,37 @@ TEST_F(FullscreenPhotoStateTest, KeysZoomStepAndClose) {
          }) {
         SCOPED_TRACE(what);
         FullscreenPhotoState state(*model_, *history_, session_.photos, start);
-        for (const int key : keys) EXPECT_TRUE(state.press(key, Qt::NoModifier));
+        for (const int key : keys) EXPECT_TRUE(state.actions()->press(key, Qt::NoModifier));
         EXPECT_EQ(state.index(), index);
-        EXPECT_DOUBLE_EQ(state.zoom(), zoom);
+        EXPECT_DOUBLE_EQ(state.view()->zoom(), zoom);
     }
     FullscreenPhotoState state(*model_, *history_, session_.photos, 0);
     int closed = 0;
     QObject::connect(&state, &FullscreenPhotoState::closeWanted, [&] { ++closed; });
-    EXPECT_TRUE(state.press(Qt::Key_Escape, Qt::NoModifier));
+    EXPECT_TRUE(state.actions()->press(Qt::Key_Escape, Qt::NoModifier));
     EXPECT_EQ(closed, 1);
-    EXPECT_FALSE(state.press(Qt::Key_A, Qt::NoModifier));
-    EXPECT_FALSE(state.press(Qt::Key_0, Qt::ControlModifier));
-}
-
-TEST_F(FullscreenPhotoStateTest, RecentresAtOneAndIgnoresWhatIsNoNumber) {
-    FullscreenPhotoState state(*model_, *history_, session_.photos, 0);
-    state.setZoom(3);
-    state.setCenter({0.2, 2});
-    EXPECT_EQ(state.center(), QPointF(0.2, 1));
-    state.setZoom(nan);
-    state.setZoom(std::numeric_limits<double>::infinity());
-    EXPECT_EQ(state.zoom(), 3);
-    state.setZoom(2);
-    EXPECT_EQ(state.center(), QPointF(0.2, 1));
-    state.setZoom(0.5);
-    EXPECT_EQ(state.center(), QPointF(0.5, 0.5));
+    EXPECT_FALSE(state.actions()->press(Qt::Key_A, Qt::NoModifier));
+    EXPECT_FALSE(state.actions()->press(Qt::Key_0, Qt::ControlModifier));
 }
 
 TEST_F(FullscreenPhotoStateTest, MarksThePhotoOnShow) {
     FullscreenPhotoState state(*model_, *history_, session_.photos, 1);
-    EXPECT_TRUE(state.press(Qt::Key_D, Qt::ControlModifier));
+    EXPECT_TRUE(state.actions()->press(Qt::Key_D, Qt::ControlModifier));
     settle();
-    EXPECT_EQ(state.decision(), QStringLiteral("Skip"));
-    EXPECT_TRUE(state.press(Qt::Key_Z, Qt::ControlModifier));
+    EXPECT_EQ(state.decision(), Decision::Skip);
+    EXPECT_TRUE(state.actions()->press(Qt::Key_Z, Qt::ControlModifier));
     settle();
-    EXPECT_EQ(state.decision(), QStringLiteral("Unmarked"));
-    EXPECT_TRUE(state.press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier));
+    EXPECT_EQ(state.decision(), Decision::None);
+    EXPECT_TRUE(state.actions()->press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier));
     settle();
-    EXPECT_EQ(state.decision(), QStringLiteral("Skip"));
+    EXPECT_EQ(state.decision(), Decision::Skip);
     state.move(1);
-    EXPECT_EQ(state.decision(), QStringLiteral("Unmarked"));
-    state.press(Qt::Key_K, Qt::ControlModifier);
-    state.press(Qt::Key_U, Qt::ControlModifier);
+    EXPECT_EQ(state.decision(), Decision::None);
+    state.actions()->press(Qt::Key_K, Qt::ControlModifier);
+    state.actions()->press(Qt::Key_U, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(state.decision(), QStringLiteral("Unmarked"));
-    EXPECT_EQ(model_->skipCount(), 1);
+    EXPECT_EQ(state.decision(), Decision::None);
+    EXPECT_EQ(model_->library().skipCount(), 1);
 }
 
 } // namespace

@@ -10,11 +10,13 @@
 #include <QtTest/qtestmouse.h>
 #include <QtTest/qtestsystem.h>
 
+#include <QAccessible>
 #include <QImage>
 #include <algorithm>
 #include <iterator>
 #include <vector>
 
+void qml_register_types_Lumisort_Actions();
 void qml_register_types_Lumisort_Marks();
 void qml_register_types_Lumisort_Viewer();
 
@@ -25,9 +27,10 @@ namespace {
 class ViewerWindows : public ViewerWorld {
 protected:
     ViewerWindows() {
+        qml_register_types_Lumisort_Actions();
         qml_register_types_Lumisort_Marks();
         qml_register_types_Lumisort_Viewer();
-        ui::ColourScheme::shared().pin(true);
+        ui::ColourScheme::shared().choose(ui::ColourScheme::Dark);
         session_.folders = {folder_.url()};
         for (const int hue : {10, 130, 250}) {
             QImage image(90, 60, QImage::Format_RGB32);
@@ -79,7 +82,7 @@ protected:
                            property int keysOfTheWindow: 0
                            color: Theme.window
                            property int reachedBehind: 0
-                           Shortcut { sequence: "Ctrl+K"; onActivated: ++keysOfTheWindow }
+                           Item { focus: true; Keys.onPressed: ++keysOfTheWindow }
                            ListView {
                                id: behind
                                anchors.fill: parent
@@ -96,6 +99,8 @@ protected:
                     {{QStringLiteral("compareState"), QVariant::fromValue(&state_)}});
     }
 
+    ~CompareSheetTest() override { stage_.close(); }
+
     void open(const std::vector<std::size_t>& indices, const std::vector<std::size_t>& group = {}) {
         state_.open(photos(indices), photos(group));
         ASSERT_TRUE(allReady(stage_.window(), std::ssize(indices)));
@@ -105,7 +110,8 @@ protected:
     /// Which pane has the keyboard, −1 for none.
     int focusedPane() {
         auto* focus = stage_.window().activeFocusItem();
-        return focus && focus->property("shown").isValid() ? focus->property("index").toInt() : -1;
+        const auto* pane = focus ? focus->parentItem() : nullptr;
+        return pane && pane->property("shown").isValid() ? pane->property("index").toInt() : -1;
     }
 
     QStringList shownUrls() {
@@ -123,7 +129,8 @@ TEST_F(CompareSheetTest, SaysWhatItShows) {
          {"Compare Originals", "Fit", "100%", "Linked zoom", "Done", "Original photo: hue 10.png",
           "Original photo: hue 130.png", "90 × 60 · 12.3 MB", "Unmarked", "Import", "Skip", "Clear",
           "Open Original",
-          "Drag to pan both photos · Ctrl+K Import · Ctrl+D Skip · Ctrl+U Clear · Space Flip"})
+          "Drag to pan both photos · Ctrl+K Import · Ctrl+D Skip · Ctrl+U Clear · Space Flip · "
+          "Shift+Arrows Pan"})
         EXPECT_TRUE(stage_.has(QString::fromUtf8(text))) << text;
     EXPECT_EQ(stage_.nameless(), QStringList());
 }
@@ -133,22 +140,22 @@ TEST_F(CompareSheetTest, IsUsedByKeysAlone) {
     EXPECT_TRUE(stage_.has(QStringLiteral("Pair 1 of 3")));
     stage_.key(Qt::Key_K, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(state_.decisions().at(0), QStringLiteral("Import"));
+    EXPECT_EQ(state_.decisions().at(0), model::Decision::Keep);
     EXPECT_EQ(stage_.window().property("keysOfTheWindow"), 0);
     stage_.key(Qt::Key_Right);
     EXPECT_EQ(focusedPane(), 1);
     stage_.key(Qt::Key_D, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(state_.decisions().at(1), QStringLiteral("Skip"));
+    EXPECT_EQ(state_.decisions().at(1), model::Decision::Skip);
     stage_.key(Qt::Key_U, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(state_.decisions().at(1), QStringLiteral("Unmarked"));
+    EXPECT_EQ(state_.decisions().at(1), model::Decision::None);
     stage_.key(Qt::Key_Z, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(state_.decisions().at(1), QStringLiteral("Skip"));
+    EXPECT_EQ(state_.decisions().at(1), model::Decision::Skip);
     stage_.key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     settle();
-    EXPECT_EQ(state_.decisions().at(1), QStringLiteral("Unmarked"));
+    EXPECT_EQ(state_.decisions().at(1), model::Decision::None);
     stage_.key(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(state_.active(), 0);
     stage_.key(Qt::Key_Tab);
@@ -181,14 +188,14 @@ TEST_F(CompareSheetTest, IsUsedByClicksAlone) {
     stage_.click(QStringLiteral("Skip")); // the first photo's
     settle();
     EXPECT_EQ(state_.active(), 0);
-    EXPECT_EQ(state_.decisions().at(0), QStringLiteral("Skip"));
+    EXPECT_EQ(state_.decisions().at(0), model::Decision::Skip);
     stage_.click(QStringLiteral("100%"));
-    EXPECT_TRUE(state_.actualPixels());
+    EXPECT_TRUE(state_.view()->actualPixels());
     stage_.click(QStringLiteral("Linked zoom"));
-    EXPECT_NEAR(state_.zoom(), 4.5, 0.3);
+    EXPECT_NEAR(state_.view()->zoom(), 4.5, 0.3);
     stage_.click(QStringLiteral("Fit"));
-    EXPECT_FALSE(state_.actualPixels());
-    EXPECT_EQ(state_.zoom(), 1);
+    EXPECT_FALSE(state_.view()->actualPixels());
+    EXPECT_EQ(state_.view()->zoom(), 1);
     stage_.click(QStringLiteral("Done"));
     EXPECT_FALSE(state_.isOpened());
 }
@@ -213,15 +220,51 @@ TEST_F(CompareSheetTest, KeepsThePointerFromWhatIsBehind) {
         EXPECT_EQ(reachedBehind(), 0) << name;
     }
     drag(middle);
-    state_.setZoom(8);
+    state_.view()->setZoom(8);
     drag(middle);
-    EXPECT_LT(state_.center().y(), 1);
-    EXPECT_GT(state_.center().y(), 0.5);
+    EXPECT_LT(state_.view()->center().y(), 1);
+    EXPECT_GT(state_.view()->center().y(), 0.5);
     QWheelEvent turned(middle, stage_.window().mapToGlobal(middle), {}, {0, -240}, Qt::NoButton, {},
                        Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(&stage_.window(), &turned);
     drag({20, 600}); // beside the sheet
     EXPECT_EQ(reachedBehind(), 0);
+}
+
+TEST_F(CompareSheetTest, HoldsNoOriginalOnceItIsClosed) {
+    open({0, 1});
+    state_.close();
+    EXPECT_TRUE(test::QuickStage::until([&] { return panesIn(stage_.window().contentItem()).empty(); }));
+}
+
+TEST_F(CompareSheetTest, PansAndZoomsByKeysAndNamesItsPanes) {
+    open({0, 1});
+    const auto* face = QAccessible::queryAccessibleInterface(stage_.window().activeFocusItem());
+    ASSERT_NE(face, nullptr);
+    EXPECT_EQ(face->text(QAccessible::Name), QStringLiteral("Original photo: hue 10.png"));
+    EXPECT_EQ(face->role(), QAccessible::Graphic);
+    EXPECT_TRUE(stage_.has(QStringLiteral("Compare Originals")));
+    for (int i = 0; i < 6; ++i) stage_.key(Qt::Key_Equal);
+    EXPECT_GT(state_.view()->zoom(), 3);
+    stage_.key(Qt::Key_Right, Qt::ShiftModifier);
+    stage_.key(Qt::Key_Up, Qt::ShiftModifier);
+    EXPECT_GT(state_.view()->center().x(), 0.5);
+    EXPECT_LT(state_.view()->center().y(), 0.5);
+    EXPECT_EQ(state_.active(), 0);
+    stage_.key(Qt::Key_1);
+    EXPECT_TRUE(state_.view()->actualPixels());
+    stage_.key(Qt::Key_0);
+    EXPECT_FALSE(state_.view()->actualPixels());
+}
+
+TEST_F(CompareSheetTest, EndsTheFlipWhenTheWindowLosesTheKeyboard) {
+    open({0, 1});
+    QTest::keyPress(&stage_.window(), Qt::Key_Space);
+    ASSERT_TRUE(state_.isFlipped());
+    QWindow other;
+    other.show();
+    other.requestActivate(); // as Alt+Tab does: the release of Space never comes
+    EXPECT_TRUE(test::QuickStage::until([&] { return !state_.isFlipped(); }));
 }
 
 class FullscreenWindowTest : public ViewerWindows {
@@ -257,10 +300,10 @@ TEST_F(FullscreenWindowTest, ShowsAPhotoAtATimeAndStepsByKeysAndEdges) {
     QTest::mouseClick(&window, Qt::LeftButton, {}, {50, window.height() / 2});
     EXPECT_EQ(controller_.state()->index(), 1);
     key(Qt::Key_Equal);
-    EXPECT_EQ(controller_.state()->zoom(), 1.25);
+    EXPECT_EQ(controller_.state()->view()->zoom(), 1.25);
     key(Qt::Key_K, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(controller_.state()->decision(), QStringLiteral("Import"));
+    EXPECT_EQ(controller_.state()->decision(), model::Decision::Keep);
 }
 
 TEST_F(FullscreenWindowTest, ClosesByEscapeByItsButtonByTheDesktopAndForAnother) {

@@ -24,6 +24,8 @@ public:
     /// Loads a text that has a Window as its root and shows it. `properties` are set before it is shown.
     QQuickWindow& show(const QByteArray& qml, const QVariantMap& properties = {});
     QQuickWindow& window() { return *window_; }
+    /// Destroys what show() made, before the state that it shows goes.
+    void close() { root_.reset(); }
     /// Goes on in another window, such as a dialog.
     void moveTo(QQuickWindow& window) { window_ = &window; }
 

@@ -1,0 +1,10 @@
+#include "model/Reports.h"
+
+namespace lumisort::model {
+
+void Reports::add(const Report& report) {
+    assertMainThread();
+    Q_EMIT added(report);
+}
+
+} // namespace lumisort::model

@@ -1,0 +1,88 @@
+#include "review/WindowActions.h"
+
+#include "platform/images/RawExtensions.h"
+#include "review/marks/MarkActions.h"
+
+#include <algorithm>
+
+namespace lumisort::review {
+
+using library::Photo;
+using model::LibraryModel;
+
+namespace {
+
+QString busyReason(const LibraryModel& model) {
+    return model.task().busy() ? QStringLiteral("Please wait for the current task to finish.") : QString();
+}
+
+bool isRaw(const Photo& photo) {
+    const auto lower = QString::fromUtf8(photo.url.extension()).toLower();
+    return std::ranges::binary_search(images::rawExtensions, lower.toStdString());
+}
+
+} // namespace
+
+QString filmReason(const LibraryModel& model, const Photo& photo) {
+    if (!isRaw(photo) || !model.library().isReadable(photo)) return QStringLiteral("Select a RAW photo for Film");
+    return model.task().busy() ? busyReason(model) : QStringLiteral("The film editor is not part of this version.");
+}
+
+WindowActions::WindowActions(LibraryModel& model, WindowState& window, MarkHistory& marks)
+    : ActionSet(Scope::grid) {
+    const auto busy = [&model] { return busyReason(model); };
+    const auto busyOrEmpty = [&model] {
+        if (model.task().busy()) return busyReason(model);
+        return model.library().availableCount() == 0 ? QStringLiteral("No photo is available.") : QString();
+    };
+    const auto nonePicked = [&model] {
+        return model.selection().selected().empty() ? QStringLiteral("Select photos first.") : QString();
+    };
+
+    add(AddFolder, [&window] { window.chooseFolder(); }, busy);
+    add(
+        Organize, [&window] { window.organize(); },
+        [&model, busyOrEmpty] {
+            const auto reason = busyOrEmpty();
+            if (!reason.isEmpty() || model.library().hasPhotosToOrganize()) return reason;
+            return QStringLiteral("Every available photo is marked Skip.");
+        });
+    add(FindMatches, [&model] { model.matches().find(); }, busyOrEmpty);
+    add(
+        Stop, [&model] { model.folderImport().running() ? model.folderImport().stop() : model.matches().stop(); },
+        [&model] {
+            return model.matches().running() || model.folderImport().running() ? QString()
+                                                                      : QStringLiteral("No scan is running.");
+        });
+
+    addMarkActions(*this, marks, [&model] { return model.selection().picked(); }, nonePicked);
+    addUndoActions(*this, marks);
+    add(ClearChoice, [&model] { model.selection().clear(); }, nonePicked);
+
+    add(
+        Details, [&window] { window.showDetails(); },
+        [&model] { return model.selection().selected().empty() ? QStringLiteral("Select a photo first.") : QString(); });
+    add(
+        Compare, [&window] { window.compare(); },
+        [&model] {
+            return model.selection().selected().size() == 2 ? QString() : QStringLiteral("Select exactly two photos.");
+        });
+    add(
+        Film, [] {},
+        [&model] {
+            const auto& picked = model.selection().selected();
+            const auto photo = picked.size() == 1 ? model.library().photo(*picked.begin()) : std::nullopt;
+            return photo ? filmReason(model, *photo) : QStringLiteral("Select a RAW photo for Film");
+        });
+    // The view carries these out.
+    add(Search, [] {});
+    add(Settings, [] {});
+
+    connect(&model.task(), &model::ExclusiveTask::busyChanged, this, &ActionSet::refresh);
+    connect(&model.folderImport(), &model::FolderImport::runningChanged, this, &ActionSet::refresh);
+    connect(&model.library(), &model::Library::countsChanged, this, &ActionSet::refresh);
+    connect(&model.selection(), &model::Selection::changed, this, &ActionSet::refresh);
+    connect(&model.matches(), &model::MatchSearch::changed, this, &ActionSet::refresh);
+}
+
+} // namespace lumisort::review

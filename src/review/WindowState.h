@@ -1,0 +1,75 @@
+#pragma once
+
+#include "model/LibraryModel.h"
+#include "review/VisiblePhotos.h"
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QString>
+#include <optional>
+#include <vector>
+
+namespace lumisort::review {
+
+/// What the library's window shows: section, folder, search, and the photos that follow from them; and what
+/// else it asks for (sheets and windows, by signals). Holds nothing of the library. Main thread; the model
+/// outlives it.
+class WindowState : public model::MainThreadObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("part of the library's window")
+    Q_PROPERTY(QString section READ sectionName WRITE setSectionName NOTIFY sectionChanged)
+    Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
+
+public:
+    explicit WindowState(model::LibraryModel& model);
+
+    model::Section section() const { return section_; }
+    void setSection(model::Section section);
+    /// "library", "folder", "offline", "keep", "cleanup" or "similar"; any other name acts like "library".
+    QString sectionName() const;
+    void setSectionName(const QString& name);
+    /// The text that a file's name must contain, "" for any.
+    QString query() const { return query_; }
+    void setQuery(const QString& query);
+    const std::optional<files::FileUrl>& folder() const { return folder_; }
+    /// Shows the photos of a folder, none of them selected.
+    void showFolder(const files::FileUrl& folder);
+    VisiblePhotos& photos() { return photos_; }
+    const VisiblePhotos& photos() const { return photos_; }
+
+    /// Asks for the folder chooser, at `startingAt` where given; not while a task runs.
+    void chooseFolder(const std::optional<files::FileUrl>& startingAt = {});
+    /// Selects and focuses a readable photo, where one is given; then asks for the details panel if there is
+    /// a photo to show.
+    void showDetails(const std::optional<library::Photo>& photo = {});
+    /// Asks for the full-screen viewer at a readable photo, among the photos on show.
+    void openFullscreen(const library::Photo& photo);
+    /// Asks to compare the selected photos, if they are two.
+    void compare();
+    /// Prepares to organize and asks for the sheet if there is a photo to copy. Not while a task runs.
+    void organize();
+
+Q_SIGNALS:
+    void sectionChanged();
+    void queryChanged();
+    void folderWanted(const std::optional<lumisort::files::FileUrl>& startingAt);
+    void detailsWanted();
+    void fullscreenWanted(const std::vector<lumisort::library::Photo>& sequence, int index);
+    /// `group` is the group of similar photos on show that holds both, empty where none does.
+    void compareWanted(const std::vector<lumisort::library::Photo>& photos,
+                       const std::vector<lumisort::library::Photo>& group);
+    void organizeWanted(const std::vector<lumisort::library::Photo>& photos);
+
+private:
+    std::vector<const similarity::SimilarityGroup*> groupsOnShow() const;
+    void update();
+
+    model::LibraryModel& model_;
+    model::Section section_ = model::Section::library;
+    QString query_;
+    std::optional<files::FileUrl> folder_; ///< for Section::folder
+    VisiblePhotos photos_;
+};
+
+} // namespace lumisort::review
