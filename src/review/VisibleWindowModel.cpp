@@ -5,7 +5,6 @@
 
 namespace lumisort::review {
 
-using model::VisiblePhotos;
 
 void VisibleWindowModel::setSource(QAbstractItemModel* source) {
     if (source == source_) return;

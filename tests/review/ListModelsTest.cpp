@@ -96,7 +96,7 @@ protected:
             break;
         default:
             if (photos.empty()) break;
-            model_->marking().pending().mark({any(photos), any(photos)}, below(2) ? std::optional(ReviewDecision::keep)
+            model_->marking().mark({any(photos), any(photos)}, below(2) ? std::optional(ReviewDecision::keep)
                                                                : below(2)
                                                                    ? std::optional(ReviewDecision::cleanup)
                                                                    : std::nullopt);

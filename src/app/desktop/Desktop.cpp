@@ -55,6 +55,15 @@ Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) devices_.applicationActivated();
     });
+    lifecycle_.setWork({.underWay =
+                            [this] {
+                                return archive_.busy()
+                                           ? QStringLiteral("Photos are being imported: ") + archive_.status()
+                                           : QString();
+                            },
+                        .cancel = [this] { archive_.cancel(); }});
+    for (const auto change : {&organize::ArchiveState::changed, &organize::ArchiveState::progressChanged})
+        connect(&archive_, change, &lifecycle_, &Lifecycle::workChanged);
     connect(&lifecycle_, &Lifecycle::quitting, this, [this] {
         for (auto* window : QGuiApplication::allWindows()) window->hide();
     });

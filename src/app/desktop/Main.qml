@@ -27,12 +27,15 @@ Window {
     minimumHeight: 660
     title: "Lumisort"
     color: Theme.window
-    onClosing: root.lifecycle.quit()
+    onClosing: close => {
+        close.accepted = false;
+        root.lifecycle.requestQuit();
+    }
 
     Shortcut {
         sequences: [StandardKey.Quit]
         context: Qt.ApplicationShortcut
-        onActivated: root.lifecycle.quit()
+        onActivated: root.lifecycle.requestQuit()
     }
     MainView {
         anchors.fill: parent
@@ -49,6 +52,10 @@ Window {
     Loader {
         active: root.archive.open || item
         sourceComponent: ArchiveSheet { state: root.archive }
+    }
+    Loader {
+        active: root.lifecycle.question !== "" || item
+        sourceComponent: QuitSheet { lifecycle: root.lifecycle }
     }
     Loader {
         id: settings

@@ -66,6 +66,10 @@ constexpr Page library[] = {
              desktop.library().state()->openFullscreen(photos.front());
      }},
     {"organize", [](Desktop& desktop) { desktop.library().state()->organize(); }},
+    {"quit",
+     [](Desktop& desktop) {
+         desktop.lifecycle().ask(QStringLiteral("Photos are being imported: Copying 3 of 12…"));
+     }},
     {"settings", [](Desktop& desktop) { QMetaObject::invokeMethod(&desktop.window(), "showSettings"); }},
 };
 
@@ -86,6 +90,7 @@ void showFirstPage(Desktop& desktop) {
     desktop.fullscreen().close();
     desktop.archive().done();
     desktop.library().answerRemoval(false);
+    desktop.lifecycle().answer(false);
     desktop.library().dismissNotice();
     desktop.library().state()->setQuery({});
     desktop.library().showSection(QStringLiteral("library"));

@@ -3,6 +3,7 @@
 #include "app/commandline/DocumentLock.h"
 #include "app/desktop/Desktop.h"
 #include "app/desktop/Display.h"
+#include "app/desktop/ProblemWindow.h"
 #include "app/desktop/Screenshots.h"
 #include "app/desktop/SelfTest.h"
 #include "app/desktop/SingleInstance.h"
@@ -25,9 +26,9 @@ std::unique_ptr<PerformanceDiagnostics> wantedDiagnostics() {
     const auto output = qgetenv("LUMISORT_PERF_OUTPUT");
     if (output.isEmpty()) return nullptr;
     return std::make_unique<PerformanceDiagnostics>(
-        output.toStdString(), PerformanceSampler::Surroundings{.system = files::FileSystem::real(),
-                                                               .clock = time::Clock::system(),
-                                                               .post = post});
+        files::FileUrl::fromPath(output.toStdString()).path(),
+        PerformanceSampler::Surroundings{
+            .system = files::FileSystem::real(), .clock = time::Clock::system(), .post = post});
 }
 
 void setTheme(const std::string& theme) {
@@ -58,7 +59,15 @@ ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& in
     if (!options.screenshots.empty()) return takeScreenshots(options, interrupted);
 
     const auto document = documentAt(options.library);
-    const auto instance = SingleInstance::claim(document, {activationToken, options.folders});
+    std::unique_ptr<SingleInstance> instance;
+    try {
+        instance = SingleInstance::claim(document, {activationToken, options.folders});
+    } catch (
+        const std::exception& problem) { // a program that holds the lock, a folder that cannot be written
+        std::cerr << "lumisort: " << problem.what() << std::endl;
+        showProblem(problem.what(), interrupted);
+        return ExitStatus::failed;
+    }
     if (!instance) return ExitStatus::done;
     const auto diagnostics = wantedDiagnostics();
 

@@ -5,6 +5,7 @@
 
 #include <QAccessible>
 #include <QGuiApplication>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <set>
 #include <string>

@@ -48,6 +48,32 @@ TEST_F(LifecycleTest, WaitsForTheStartUpReadAndTheLastWrite) {
     EXPECT_EQ(foldersWritten(), 0u);
 }
 
+TEST_F(LifecycleTest, AsksBeforeItEndsWorkAndWaitsForItsEnd) {
+    QString work = QStringLiteral("Copying");
+    int cancelled = 0;
+    lifecycle_.setWork({.underWay = [&] { return work; }, .cancel = [&] { ++cancelled; }});
+    lifecycle_.requestQuit();
+    EXPECT_EQ(lifecycle_.question(), work);
+    lifecycle_.answer(false);
+    EXPECT_EQ(lifecycle_.question(), QString());
+    EXPECT_EQ(cancelled + exits_, 0) << "it goes on";
+
+    lifecycle_.requestQuit();
+    work.clear();
+    lifecycle_.workChanged();
+    EXPECT_EQ(lifecycle_.question(), QString()) << "there is nothing left to ask";
+    EXPECT_EQ(exits_, 0) << "the report is to be read";
+
+    work = QStringLiteral("Copying again");
+    lifecycle_.requestQuit();
+    lifecycle_.answer(true);
+    EXPECT_EQ(cancelled, 1);
+    EXPECT_EQ(exits_, 0) << "the work has not ended yet";
+    work.clear();
+    lifecycle_.workChanged();
+    EXPECT_EQ(exits_, 1);
+}
+
 TEST_F(LifecycleTest, AWriteThatFailsKeepsNobodyFromQuitting) {
     const auto unwritable = files::FileUrl::fromPath("/proc/lumisort/library.json");
     model::LibraryModel model(unwritable, library::LibraryContents{.folders = {document_}});
