@@ -93,6 +93,28 @@ TEST_F(CompareStateTest, MarksTheActivePhotoAndShowsWhatHolds) {
     EXPECT_EQ(state_->decisions().at(1), Decision::Skip);
 }
 
+TEST_F(CompareStateTest, FollowsARenameAndUndoesUnderTheNewName) {
+    history_->mark(photos({0}), library::ReviewDecision::cleanup);
+    settle();
+    system_.write("/p/a.jpg", "edited since");
+    model_->availability().refresh();
+    settle();
+    const auto marks = model_->library().reviewMarks(); // a stale one
+    state_->open(photos({0, 1}));
+    history_->mark(photos({0}), library::ReviewDecision::keep);
+    settle();
+    ASSERT_TRUE(model_->rename(session_.photos[0], "z"));
+    settle();
+    EXPECT_THAT(names(), ElementsAre("z.jpg", "b.jpg"));
+    history_->undo();
+    settle();
+    EXPECT_EQ(model_->library().decision(photo("/p/z.jpg")), std::nullopt);
+    EXPECT_EQ(model_->library().reviewMarks().at("/p/z.jpg"), marks.at("/p/a.jpg"));
+    history_->redo();
+    settle();
+    EXPECT_EQ(model_->library().decision(photo("/p/z.jpg")), library::ReviewDecision::keep);
+}
+
 TEST_F(CompareStateTest, MovesAroundAndFlipsToTheNeighbour) {
     state_->open(photos({0, 1, 2}));
     state_->moveActive(-1);
