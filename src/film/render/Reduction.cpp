@@ -26,7 +26,7 @@ double lanczos(double x) {
 /// The weights of one axis, [tap][output], and the input index of each output's first tap.
 struct Taps {
     Taps(int outputCount, double scale)
-        : count(static_cast<int>(std::ceil(2 * lobes / scale)) + 1), outputs(outputCount) {
+        : count(static_cast<int>(std::ceil(2 * lobes / scale)) + 1), outputs((outputCount + 7) / 8 * 8) {
         weights.resize(static_cast<std::size_t>(count) * static_cast<std::size_t>(outputs));
         for (int i = 0; i < outputs; ++i) {
             const double centre = (i + 0.5) / scale - 0.5;
@@ -41,7 +41,7 @@ struct Taps {
     }
 
     int count;
-    int outputs;
+    int outputs; ///< rounded up to whole vectors
     std::vector<float> weights;
     std::vector<int> first;
 };
