@@ -2,13 +2,13 @@
 
 #include "film/render/DisplayCodes.h"
 #include "film/render/FilmRenderError.h"
-#include "film/render/TiffWriter.h"
 #include "platform/files/ResolvedPath.h"
 #include "platform/files/Uuid.h"
 #include "platform/images/Decoder.h"
 #include "platform/tasks/ParallelFor.h"
 
 #include <algorithm>
+#include <bit>
 #include <cctype>
 #include <cerrno>
 #include <span>
@@ -145,8 +145,13 @@ void writeFilm(const FilmPicture& picture, files::FileSystem& system, const file
     TemporaryFile temporary(system, destination.parent(), format == ExportFormat::tiff16 ? ".tif" : ".jpg");
     if (format == ExportFormat::tiff16) {
         const auto whole = picture.chain.picture();
-        TiffWriter writer(temporary.file(), whole.width, whole.height);
-        renderBands(picture, [&](const CodeRows& rows) { writer.write(rows.rgba); }, stop);
+        static_assert(std::endian::native == std::endian::little,
+                      "samples are written as they lie in memory");
+        const auto head = images::decoder().tiffHead(picture.photo, whole.width, whole.height);
+        temporary.file().write(std::as_bytes(std::span(head)));
+        renderBands(
+            picture,
+            [&](const CodeRows& rows) { temporary.file().write(std::as_bytes(std::span(rows.rgba))); }, stop);
     } else {
         const auto bytes = jpegOf(picture, stop);
         temporary.file().write(std::as_bytes(std::span(bytes)));

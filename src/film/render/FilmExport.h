@@ -20,6 +20,7 @@ ExportFormat checkDestination(files::FileSystem& system, const files::FileUrl& p
 
 /// A picture that is rendered while it is written.
 struct FilmPicture {
+    const files::FileUrl& photo; ///< whose metadata the file carries on
     const FilmChain& chain;
     const images::LinearImage& scene;
     StageTimes* times = nullptr;

@@ -87,7 +87,7 @@ void FilmRenderEngine::exportPhoto(const files::FileUrl& photo, const FilmSettin
     const std::scoped_lock lock(mutex_);
     const auto source = load_(photo, SourceScale::full, inputs_, stop);
     const FilmChain chain(recipe(photo, settings, source.image, stop));
-    writeFilm({chain, source.image, &times_, progress}, system_, destination, format, stop);
+    writeFilm({photo, chain, source.image, &times_, progress}, system_, destination, format, stop);
 }
 
 const FilmSource& FilmRenderEngine::previewSource(const files::FileUrl& photo, const std::stop_token& stop) {

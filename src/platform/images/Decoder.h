@@ -66,6 +66,13 @@ public:
     virtual DevelopedPhoto develop(const files::FileUrl& url, const RawDevelopment& development,
                                    const std::stop_token& stop = {}) const = 0;
 
+    /// The bytes of a TIFF file before its pixels, which are rows of little-endian 16-bit RGBA without gaps,
+    /// upright, in sRGB, whose profile is embedded. Carries over what the photo's own metadata says of it:
+    /// descriptions, EXIF without the maker's note, GPS, IPTC, lens and serial numbers; none of that
+    /// where they cannot be read. `width` × `height`
+    /// must be below 2^29.
+    virtual std::string tiffHead(const files::FileUrl& photo, int width, int height) const = 0;
+
     /// The bytes of a JPEG file without metadata, in sRGB; transparent parts become `background` grey
     /// (0…255). `quality` is 1…100 as libjpeg has it. The bitmap must not be empty.
     virtual std::string encodeJpeg(const Bitmap& bitmap, int quality, int background = 255) const = 0;

@@ -1,8 +1,10 @@
 #include "platform/images/decoding/LocalDecoder.h"
 
+#include "platform/images/decoding/CarriedMetadata.h"
 #include "platform/images/decoding/Format.h"
 #include "platform/images/decoding/JpegEncoding.h"
 #include "platform/images/decoding/RawDevelopment.h"
+#include "platform/images/decoding/SrgbProfile.h"
 #include "platform/tasks/Cancellation.h"
 
 namespace lumisort::images {
@@ -50,6 +52,17 @@ DevelopedPhoto LocalDecoder::develop(const files::FileUrl& url, const RawDevelop
     } catch (const std::bad_alloc&) {
         throw ImageError("There is not enough memory for the photo.");
     }
+}
+
+std::string LocalDecoder::tiffHead(const files::FileUrl& photo, int width, int height) const {
+    constexpr std::uint16_t profileTag = 34675;
+    TiffMetadata metadata;
+    try {
+        metadata = carriedMetadata(FileBytes(photo));
+    } catch (const ImageError&) { // NOLINT(bugprone-empty-catch): The photo went while it was developed.
+    }
+    metadata.image[profileTag] = TiffField::of(TiffField::Type::undefined, srgbProfile());
+    return images::tiffHead(width, height, std::move(metadata));
 }
 
 std::string LocalDecoder::encodeJpeg(const Bitmap& bitmap, int quality, int background) const {

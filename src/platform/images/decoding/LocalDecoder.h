@@ -13,6 +13,7 @@ public:
                      const std::stop_token& stop) const override;
     DevelopedPhoto develop(const files::FileUrl& url, const RawDevelopment& development,
                            const std::stop_token& stop) const override;
+    std::string tiffHead(const files::FileUrl& photo, int width, int height) const override;
     std::string encodeJpeg(const Bitmap& bitmap, int quality, int background) const override;
 };
 
