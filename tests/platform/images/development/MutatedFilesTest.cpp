@@ -12,6 +12,10 @@
 #include <random>
 #include <vector>
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace lumisort::images {
 namespace {
 
@@ -61,6 +65,14 @@ std::string mutated(std::string contents, std::mt19937& random) {
     return contents;
 }
 
+/// LibRaw 0.20 keeps libjpeg's memory, some kilobytes, where a tile of a lossy DNG cannot be decoded
+/// (LibRaw::lossy_dng_load_raw). The other tests look for leaks of our own.
+struct WithoutLeakCheck {
+#ifdef __SANITIZE_ADDRESS__
+    __lsan::ScopedDisabler disabler;
+#endif
+};
+
 bool isFinite(const LinearImage& image) {
     for (int channel = 0; channel < 3; ++channel)
         for (int y = 0; y < image.height(); ++y)
@@ -83,6 +95,7 @@ TEST(MutatedFiles, AreDevelopedOrRefused) {
         std::mt19937 random(seed); // NOLINT(cert-msc51-cpp): a failure can be repeated by its seed
         const auto url = folder.write("a.dng", mutated(contents[random() % contents.size()], random));
         SCOPED_TRACE(seed);
+        [[maybe_unused]] const WithoutLeakCheck withoutLeakCheck;
         const auto began = std::chrono::steady_clock::now();
         try {
             const auto photo = decoder().develop(url, {.longestSide = static_cast<int>(random() % 3) * 8});
