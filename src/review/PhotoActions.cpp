@@ -13,11 +13,12 @@ PhotoActions::PhotoActions(LibraryModel& model, WindowState& window, MarkHistory
     : ActionSet(Scope::photo), model_(model), window_(window) {
     const auto unavailable = [this] {
         const auto photo = target();
-        return photo && model_.library().isReadable(*photo) ? QString() : QStringLiteral("This photo is unavailable.");
+        return photo && model_.library().isReadable(*photo) ? QString()
+                                                            : QStringLiteral("This photo is unavailable.");
     };
     add(Details, [this] { window_.showDetails(target()); }, unavailable);
     add(
-        Film, [] {},
+        Film, [this] { window_.editFilm(*target()); },
         [this, unavailable] {
             const auto reason = unavailable();
             return reason.isEmpty() ? filmReason(model_, *target()) : reason;

@@ -16,16 +16,20 @@ QString busyReason(const LibraryModel& model) {
     return model.task().busy() ? QStringLiteral("Please wait for the current task to finish.") : QString();
 }
 
-bool isRaw(const Photo& photo) {
-    const auto lower = QString::fromUtf8(photo.url.extension()).toLower();
-    return std::ranges::binary_search(images::rawExtensions, lower.toStdString());
+bool canBeFilm(const LibraryModel& model, const Photo& photo) {
+    return images::hasRawExtension(photo.url.name()) && model.library().isReadable(photo);
+}
+
+std::vector<Photo> pickedForFilm(const LibraryModel& model) {
+    auto photos = model.selection().picked();
+    std::erase_if(photos, [&](const Photo& photo) { return !canBeFilm(model, photo); });
+    return photos;
 }
 
 } // namespace
 
 QString filmReason(const LibraryModel& model, const Photo& photo) {
-    if (!isRaw(photo) || !model.library().isReadable(photo)) return QStringLiteral("Select a RAW photo for Film");
-    return model.task().busy() ? busyReason(model) : QStringLiteral("The film editor is not part of this version.");
+    return canBeFilm(model, photo) ? QString() : QStringLiteral("Select a RAW photo for Film");
 }
 
 WindowActions::WindowActions(LibraryModel& model, WindowState& window, MarkHistory& marks)
@@ -49,10 +53,12 @@ WindowActions::WindowActions(LibraryModel& model, WindowState& window, MarkHisto
         });
     add(FindMatches, [&model] { model.matches().find(); }, busyOrEmpty);
     add(
-        Stop, [&model] { model.folderImport().running() ? model.folderImport().stop() : model.matches().stop(); },
+        Stop,
+        [&model] { model.folderImport().running() ? model.folderImport().stop() : model.matches().stop(); },
         [&model] {
-            return model.matches().running() || model.folderImport().running() ? QString()
-                                                                      : QStringLiteral("No scan is running.");
+            return model.matches().running() || model.folderImport().running()
+                       ? QString()
+                       : QStringLiteral("No scan is running.");
         });
 
     addMarkActions(*this, marks, [&model] { return model.selection().picked(); }, nonePicked);
@@ -61,18 +67,29 @@ WindowActions::WindowActions(LibraryModel& model, WindowState& window, MarkHisto
 
     add(
         Details, [&window] { window.showDetails(); },
-        [&model] { return model.selection().selected().empty() ? QStringLiteral("Select a photo first.") : QString(); });
+        [&model] {
+            return model.selection().selected().empty() ? QStringLiteral("Select a photo first.") : QString();
+        });
     add(
         Compare, [&window] { window.compare(); },
         [&model] {
-            return model.selection().selected().size() == 2 ? QString() : QStringLiteral("Select exactly two photos.");
+            return model.selection().selected().size() == 2 ? QString()
+                                                            : QStringLiteral("Select exactly two photos.");
         });
     add(
-        Film, [] {},
+        Film,
+        [&model, &window] {
+            if (const auto photos = pickedForFilm(model); photos.size() == 1) window.editFilm(photos.front());
+        },
         [&model] {
             const auto& picked = model.selection().selected();
             const auto photo = picked.size() == 1 ? model.library().photo(*picked.begin()) : std::nullopt;
             return photo ? filmReason(model, *photo) : QStringLiteral("Select a RAW photo for Film");
+        });
+    add(
+        ExportFilm, [&model, &window] { window.exportFilm(pickedForFilm(model)); },
+        [&model] {
+            return pickedForFilm(model).empty() ? QStringLiteral("Select RAW photos for Film") : QString();
         });
     // The view carries these out.
     add(Search, [] {});

@@ -50,6 +50,11 @@ public:
     /// Prepares to organize and asks for the sheet if there is a photo to copy. Not while a task runs.
     void organize();
 
+    /// Asks for the film editor of a readable RAW photo.
+    void editFilm(const library::Photo& photo) { Q_EMIT filmWanted(photo); }
+    /// Asks to export RAW photos with their stored film adjustments.
+    void exportFilm(const std::vector<library::Photo>& photos) { Q_EMIT filmExportWanted(photos); }
+
 Q_SIGNALS:
     void sectionChanged();
     void queryChanged();
@@ -59,6 +64,8 @@ Q_SIGNALS:
     /// `group` is the group of similar photos on show that holds both, empty where none does.
     void compareWanted(const std::vector<lumisort::library::Photo>& photos,
                        const std::vector<lumisort::library::Photo>& group);
+    void filmWanted(const lumisort::library::Photo& photo);
+    void filmExportWanted(const std::vector<lumisort::library::Photo>& photos);
     void organizeWanted(const std::vector<lumisort::library::Photo>& photos);
 
 private:

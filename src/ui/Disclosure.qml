@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 
-/// A title that opens and closes what stands below it.
+/// A title that shows and hides the content below it.
 ColumnLayout {
     id: disclosure
     property string title

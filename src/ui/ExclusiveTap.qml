@@ -1,7 +1,7 @@
 import QtQuick
 
-/// A tap on something in a sheet. It takes the press for itself: one that is only watched goes on to the handlers of
-/// the page behind the sheet, too.
+/// A tap handler for items in a sheet. It grabs the press exclusively; a passive grab would also reach the handlers of
+/// the page behind the sheet.
 TapHandler {
     gesturePolicy: TapHandler.ReleaseWithinBounds
 }

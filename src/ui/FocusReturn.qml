@@ -1,11 +1,11 @@
 import QtQuick
 import QtQuick.Window
 
-/// Gives the keyboard back to what had it before a popup came, or to what has taken its place.
+/// Returns the keyboard focus, when a popup closes, to the item that had it before, or to the page that shows now.
 Connections {
     property Item before: null
     property Item page: null
-    /// The keyboard's place was marked.
+    /// Whether the item before showed a focus ring.
     property bool marked: false
 
     function onAboutToShow() {

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// Shows which control the keyboard speaks to.
+/// The outline of the control that has the keyboard focus.
 Rectangle {
     property Item control: parent
     anchors.fill: parent

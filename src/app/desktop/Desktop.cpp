@@ -34,9 +34,11 @@ void startOverInSoftware() {
 } // namespace
 
 Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
-    : document_(document), model_(document), library_(model_), compare_(model_, *library_.marks()), lifecycle_(std::move(exit)),
+    : document_(document), model_(document), library_(model_), compare_(model_, *library_.marks()),
+      films_(files::FileSystem::real(), document), filmBatch_(films_), lifecycle_(std::move(exit)),
       devices_([this] { model_.drives().update(); }, {.mountDescriptor = mounts_.number()}),
-      fullscreen_(model_, *library_.marks(), engine_), details_(model_, engine_) {
+      fullscreen_(model_, *library_.marks(), engine_), details_(model_, engine_), editors_(films_, engine_) {
+    connectFilm();
     auto* window = library_.state();
     connect(window, &review::WindowState::compareWanted, &compare_, &review::CompareState::open);
     connect(window, &review::WindowState::organizeWanted, &archive_, &organize::ArchiveState::open);
@@ -55,21 +57,41 @@ Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) devices_.applicationActivated();
     });
-    lifecycle_.setWork({.underWay =
+    lifecycle_.setWork({.underWay = [this] { return workUnderWay(); },
+                        .cancel =
                             [this] {
-                                return archive_.busy()
-                                           ? QStringLiteral("Photos are being imported: ") + archive_.status()
-                                           : QString();
-                            },
-                        .cancel = [this] { archive_.cancel(); }});
+                                archive_.cancel();
+                                filmBatch_.cancel();
+                            }});
+    connect(&filmBatch_, &film::FilmBatch::changed, &lifecycle_, &Lifecycle::workChanged);
     for (const auto change : {&organize::ArchiveState::changed, &organize::ArchiveState::progressChanged})
         connect(&archive_, change, &lifecycle_, &Lifecycle::workChanged);
     connect(&lifecycle_, &Lifecycle::quitting, this, [this] {
+        editors_.closeAll();
         for (auto* window : QGuiApplication::allWindows()) window->hide();
     });
 }
 
 Desktop::~Desktop() = default;
+
+void Desktop::connectFilm() {
+    auto* window = library_.state();
+    connect(window, &review::WindowState::filmWanted, this,
+            [this](const library::Photo& photo) { editors_.show(photo.url); });
+    connect(window, &review::WindowState::filmExportWanted, this,
+            [this](const std::vector<library::Photo>& photos) {
+                std::vector<files::FileUrl> urls;
+                for (const auto& photo : photos) urls.push_back(photo.url);
+                filmBatch_.prepare(std::move(urls));
+            });
+}
+
+QString Desktop::workUnderWay() const {
+    if (archive_.busy()) return QStringLiteral("Photos are being imported: ") + archive_.status();
+    if (filmBatch_.isRunning())
+        return QStringLiteral("Film photos are being exported: ") + filmBatch_.current();
+    return {};
+}
 
 void Desktop::show() {
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
@@ -79,6 +101,7 @@ void Desktop::show() {
                                   {QStringLiteral("library"), QVariant::fromValue(&library_)},
                                   {QStringLiteral("compare"), QVariant::fromValue(&compare_)},
                                   {QStringLiteral("archive"), QVariant::fromValue(&archive_)},
+                                  {QStringLiteral("filmBatch"), QVariant::fromValue(&filmBatch_)},
                                   {QStringLiteral("libraryPath"), QString::fromStdString(document_.path())}});
     QString problems;
     const auto hearing = connect(&engine_, &QQmlEngine::warnings, this, [&](const QList<QQmlError>& found) {

@@ -2,6 +2,9 @@
 
 #include "app/desktop/DeviceWatch.h"
 #include "app/desktop/Lifecycle.h"
+#include "film/editor/FilmBatch.h"
+#include "film/editor/FilmEditorController.h"
+#include "film/editor/LocalFilmServices.h"
 #include "library/ThumbnailStore.h"
 #include "model/LibraryModel.h"
 #include "organize/sheet/ArchiveState.h"
@@ -37,6 +40,8 @@ public:
     organize::ArchiveState& archive() { return archive_; }
     review::FullscreenPhotoController& fullscreen() { return fullscreen_; }
     review::PhotoDetailsController& details() { return details_; }
+    film::FilmEditorController& editors() { return editors_; }
+    film::FilmBatch& filmBatch() { return filmBatch_; }
     QQmlEngine& engine() { return engine_; }
     Lifecycle& lifecycle() { return lifecycle_; }
     /// Once shown.
@@ -44,6 +49,9 @@ public:
 
 private:
     void windowShown(bool shown);
+    /// What would be cut short if the program ended now; "" for nothing.
+    QString workUnderWay() const;
+    void connectFilm();
 
     const files::FileUrl document_;
     model::LibraryModel model_;
@@ -51,12 +59,15 @@ private:
     review::LibraryWindow library_;
     review::CompareState compare_;
     organize::ArchiveState archive_;
+    film::LocalFilmServices films_;
+    film::FilmBatch filmBatch_;
     Lifecycle lifecycle_;
     files::Descriptor mounts_ = volumes::watchMountTable();
     DeviceWatch devices_;
     QQmlApplicationEngine engine_; // after what its views show
     review::FullscreenPhotoController fullscreen_;
     review::PhotoDetailsController details_;
+    film::FilmEditorController editors_;
     QQuickWindow* window_ = nullptr;
 };
 

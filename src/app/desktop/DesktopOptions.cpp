@@ -3,6 +3,7 @@
 #include "app/commandline/Folders.h"
 #include "app/commandline/Text.h"
 #include "platform/files/FileSystem.h"
+#include "platform/images/RawExtensions.h"
 
 #include <CLI/CLI.hpp>
 
@@ -39,7 +40,18 @@ void addDesktopOptions(CLI::App& program, DesktopOptions& options) {
         ->add_option("--screenshot", options.screenshots, "Write a picture of every page into a folder, exit")
         ->type_name("DIR");
     group->add_flag("--first-frame", options.firstFrame)->group(""); // not for people
-    program.final_callback([&program, &options, group, folders, words] {
+    auto* edit = program.add_subcommand("edit", "Open RAW photos in the film editor");
+    const auto photos = std::make_shared<std::vector<std::string>>();
+    edit->add_option("PHOTO", *photos, "Camera RAW files")->required();
+    program.final_callback([&program, &options, group, folders, words, edit, photos] {
+        if (program.got_subcommand(edit)) {
+            for (const auto& word : *photos) {
+                options.photos.push_back(fileArgument(word));
+                if (!images::hasRawExtension(options.photos.back().name()))
+                    throw CLI::ValidationError("“" + printable(word) + "”: Film requires a RAW photo.");
+            }
+            return;
+        }
         if (program.get_subcommands().empty()) {
             if (options.isTour() && !words->empty()) throw CLI::ExtrasError(*words);
             for (const auto& word : *words) options.folders.push_back(folderNamed(word));

@@ -1,4 +1,5 @@
 import QtQuick
+import Lumisort.FilmEditor
 import Lumisort.OrganizeSheet
 import Lumisort.Review
 import Lumisort.Ui
@@ -12,6 +13,7 @@ Window {
     required property LibraryWindow library
     required property CompareState compare
     required property ArchiveState archive
+    required property FilmBatch filmBatch
     required property string libraryPath
 
     function showSettings(): Window {
@@ -52,6 +54,10 @@ Window {
     Loader {
         active: root.archive.open || item
         sourceComponent: ArchiveSheet { state: root.archive }
+    }
+    Loader {
+        active: root.filmBatch.open || item
+        sourceComponent: FilmBatchSheet { batch: root.filmBatch }
     }
     Loader {
         active: root.lifecycle.question !== "" || item

@@ -37,15 +37,28 @@ QString socketOf(const std::string& lockFile) {
 
 enum class Answer { none, raised, quitting };
 
+QByteArrayList texts(const std::vector<files::FileUrl>& urls) {
+    QByteArrayList texts;
+    for (const auto& url : urls) texts += QByteArray::fromStdString(url.string());
+    return texts;
+}
+
+/// What is no file URL is left out.
+std::vector<files::FileUrl> urls(const QByteArrayList& texts) {
+    std::vector<files::FileUrl> urls;
+    for (const auto& text : texts)
+        if (auto url = files::FileUrl::fromString(text.toStdString())) urls.push_back(*std::move(url));
+    return urls;
+}
+
 Answer handOver(const QString& socketPath, const StartRequest& request) {
     QLocalSocket socket;
     socket.connectToServer(socketPath);
     if (!socket.waitForConnected(int{answerTime.count()})) return Answer::none;
-    QByteArrayList folders;
-    for (const auto& folder : request.folders) folders += QByteArray::fromStdString(folder.string());
+    const auto folders = texts(request.folders), photos = texts(request.photos);
     QDataStream stream(&socket);
     stream.setVersion(streamVersion);
-    stream << request.activationToken << folders;
+    stream << request.activationToken << folders << photos;
     while (!socket.canReadLine())
         if (!socket.waitForReadyRead(int{answerTime.count()})) return Answer::none;
     const auto answer = socket.readLine();
@@ -89,8 +102,8 @@ void SingleInstance::answer() {
         stream.setVersion(streamVersion);
         stream.startTransaction();
         StartRequest request;
-        QByteArrayList folders;
-        stream >> request.activationToken >> folders;
+        QByteArrayList folders, photos;
+        stream >> request.activationToken >> folders >> photos;
         if (!stream.commitTransaction()) { // there is more to come
             if (caller->bytesAvailable() > longestRequest) caller->abort();
             return;
@@ -100,9 +113,8 @@ void SingleInstance::answer() {
             caller->disconnectFromServer();
             return;
         }
-        for (const auto& folder : folders)
-            if (auto url = files::FileUrl::fromString(folder.toStdString()))
-                request.folders.push_back(*std::move(url));
+        request.folders = urls(folders);
+        request.photos = urls(photos);
         Q_EMIT startedAgain(request);
         caller->write(raised);
         caller->disconnectFromServer();

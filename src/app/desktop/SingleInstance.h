@@ -14,8 +14,9 @@ namespace lumisort::app {
 
 /// What a start of the program asks of its window.
 struct StartRequest {
-    QString activationToken;             ///< permission to come forward, on desktops that ask for one
-    std::vector<files::FileUrl> folders; ///< to be added to the library
+    QString activationToken;              ///< permission to come forward, on desktops that ask for one
+    std::vector<files::FileUrl> folders;  ///< to be added to the library
+    std::vector<files::FileUrl> photos{}; ///< to be opened in the film editor
 
     friend bool operator==(const StartRequest&, const StartRequest&) = default;
 };

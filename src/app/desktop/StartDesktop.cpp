@@ -61,7 +61,7 @@ ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& in
     const auto document = documentAt(options.library);
     std::unique_ptr<SingleInstance> instance;
     try {
-        instance = SingleInstance::claim(document, {activationToken, options.folders});
+        instance = SingleInstance::claim(document, {activationToken, options.folders, options.photos});
     } catch (
         const std::exception& problem) { // a program that holds the lock, a folder that cannot be written
         std::cerr << "lumisort: " << problem.what() << std::endl;
@@ -76,12 +76,14 @@ ExitStatus startDesktop(const DesktopOptions& options, const std::stop_token& in
                      [&desktop](const StartRequest& request) {
                          desktop.comeForward(request.activationToken);
                          desktop.model().folderImport().importFolders(request.folders);
+                         for (const auto& photo : request.photos) desktop.editors().show(photo);
                      });
     QObject::connect(&desktop.lifecycle(), &Lifecycle::quitting, instance.get(),
                      &SingleInstance::refuseRequests);
     QObject::connect(&desktop.engine(), &QQmlEngine::quit, &desktop.lifecycle(), &Lifecycle::quit);
     desktop.show();
     desktop.model().folderImport().importFolders(options.folders);
+    for (const auto& photo : options.photos) desktop.editors().show(photo);
     if (options.firstFrame) leaveAtFirstFrame(desktop);
     const std::stop_callback onInterrupt(interrupted, [&desktop] {
         QMetaObject::invokeMethod(&desktop.lifecycle(), &Lifecycle::quit, Qt::QueuedConnection);

@@ -33,6 +33,7 @@ public:
         Details,
         Compare,
         Film,
+        ExportFilm,
         Search,
         Settings,
         ShowInFileManager,

@@ -25,6 +25,7 @@ constexpr ActionRow table[] = {
     {ActionSet::Details, "Show Details", "documentinfo", "Ctrl+I", grid | photo},
     {ActionSet::Compare, "Compare", "view-split-left-right", "Ctrl+E", grid},
     {ActionSet::Film, "Film", "view-filter", "", grid | photo},
+    {ActionSet::ExportFilm, "Export Film…", "document-open-folder", "Ctrl+Shift+E", grid},
     {ActionSet::Search, "Search", "edit-find", "Ctrl+F", grid},
     {ActionSet::Settings, "Settings", "configure", "Ctrl+,", grid},
     {ActionSet::ShowInFileManager, "Show in File Manager", "document-open-folder", "", photo},

@@ -11,11 +11,11 @@ class QQuickWindow;
 
 namespace lumisort::review {
 
-/// The tiles of an original in the scene graph. Those that stay on show keep their textures. Render thread,
-/// while the main thread waits.
+/// The tiles of an original in the scene graph. Tiles that stay visible keep their textures. Render thread, while the
+/// main thread waits.
 ///
-/// A transform that changes nothing, because to nodes that are added later the software renderer hands
-/// position and clip on only from parents of a kind that has such.
+/// An identity QSGTransformNode, not a plain QSGNode: Qt's software renderer passes position and clip to children
+/// added later only below transform and clip nodes.
 class TilesNode : public QSGTransformNode {
 public:
     void show(QQuickWindow& window, const library::OriginalDecodeQueue::Original& original,
