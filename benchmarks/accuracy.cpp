@@ -102,8 +102,7 @@ void scoreGroups(const fs::path& corpus, const Labels& labels) {
     std::string precision;
     FingerprintCache cache;
     for (const auto level : allSimilarityLevels) {
-        auto result =
-            SimilarityEngine::scan(SimilarityEngine::ScanServices::real(), photos, level, cache, 4, {});
+        auto result = scanNearDuplicates(NearDuplicateDependencies::real(), photos, level, cache, 4, {});
         std::map<std::string, std::size_t> groupOf;
         std::size_t pairs = 0, wrong = 0;
         for (std::size_t g = 0; g < result.groups.size(); ++g) {
@@ -228,7 +227,7 @@ const std::vector<Variant>& variants() {
 
 std::optional<VisualFingerprint> tryFingerprint(const std::string& path) {
     try {
-        return SimilarityEngine::fingerprint(files::FileUrl::fromPath(path));
+        return fingerprint(files::FileUrl::fromPath(path));
     } catch (const std::exception&) {
         return std::nullopt;
     }

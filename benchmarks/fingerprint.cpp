@@ -79,7 +79,7 @@ void compare(const std::string& name, const std::string& file, const fs::path& f
     const auto url = files::FileUrl::fromPath(file);
     for (int turn = 0; turn < 3; ++turn) {
         const double start = processorSeconds(RUSAGE_SELF);
-        for (int i = 0; i < repetitions; ++i) (void)SimilarityEngine::fingerprint(url);
+        for (int i = 0; i < repetitions; ++i) (void)fingerprint(url);
         ours = std::min(ours, (processorSeconds(RUSAGE_SELF) - start) / repetitions);
         const double one = thumbnailerSeconds(file, 1, folder);
         theirs = std::min(theirs, (thumbnailerSeconds(file, 1 + repetitions, folder) - one) / repetitions);
@@ -93,8 +93,8 @@ void scale(const std::vector<library::Photo>& photos) {
     double one = 0;
     for (const int workers : {1, 2, 4}) {
         const auto start = std::chrono::steady_clock::now();
-        (void)SimilarityEngine::scan(SimilarityEngine::ScanServices::real(), photos,
-                                     SimilarityLevel::balanced, {}, workers, {});
+        (void)scanNearDuplicates(NearDuplicateDependencies::real(), photos, SimilarityLevel::balanced, {},
+                                 workers, {});
         const double taken = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         if (workers == 1) one = taken;
         std::printf("| %d | %.2f s | %.2f |\n", workers, taken, one / taken);
@@ -110,8 +110,7 @@ int main(int argc, char** argv) {
     const fs::path folder = fs::temp_directory_path() / "lumisort-fingerprint";
     fs::create_directories(folder);
     const auto url = [](const fs::path& path) { return files::FileUrl::fromPath(path.string()); };
-    (void)SimilarityEngine::fingerprint(
-        url(corpus / "orientation/recurser/Landscape_1.jpg")); // starts libvips
+    (void)fingerprint(url(corpus / "orientation/recurser/Landscape_1.jpg")); // starts libvips
 
     const std::string large = (folder / "24mp.jpg").string();
     makeLarge((corpus / "photos/wallpapers/mate-nature/FreshFlower.jpg").string(), large);

@@ -89,8 +89,7 @@ std::vector<VisualFingerprint> windowFingerprints(const std::vector<images::Bitm
         const int left = below(photo.width - width), top = below(photo.height - height);
         const int shots = left > 0 && random() % 3 == 0 ? 2 : 1;
         for (int shot = 0; shot < shots; ++shot) {
-            made.push_back(SimilarityEngine::fingerprint(
-                drawCanvas(window(photo, left - shot, top, width, height)), aspect));
+            made.push_back(fingerprint(drawCanvas(window(photo, left - shot, top, width, height)), aspect));
             if (made.back().isLowDetail()) made.pop_back();
         }
     }
@@ -116,12 +115,12 @@ void measure(const char* name, const std::vector<VisualFingerprint>& fingerprint
     std::vector<library::Photo> photos;
     for (std::size_t i = 0; i < fingerprints.size(); ++i)
         photos.push_back({.url = files::FileUrl::fromPath("/photos/" + std::to_string(i) + ".jpg")});
-    std::vector<SimilarityEngine::GroupingItem> items;
+    std::vector<GroupingItem> items;
     for (std::size_t i = 0; i < fingerprints.size(); ++i) items.push_back({photos[i], fingerprints[i]});
     const double plain = secondsWithoutIndex(fingerprints);
     for (const auto level : allSimilarityLevels) {
         const double start = processorSeconds();
-        const auto groups = SimilarityEngine::group(items, level);
+        const auto groups = groupNearDuplicates(items, level);
         const double seconds = processorSeconds() - start;
         std::size_t grouped = 0;
         for (const auto& group : groups) grouped += group.photos.size();

@@ -8,7 +8,7 @@
 
 #include "library/Photo.h"
 #include "similarity/report/ContactSheet.h"
-#include "similarity/visual/VisionSimilarityEngine.h"
+#include "similarity/visual/VisualScan.h"
 
 #include <algorithm>
 #include <array>
@@ -74,8 +74,7 @@ bool isAmongEquals(const std::string& relation) {
 
 class Report {
 public:
-    Report(fs::path corpus, const VisionSimilarityEngine& engine)
-        : corpus_(std::move(corpus)), engine_(engine) {
+    Report(fs::path corpus, const VisualScan& engine) : corpus_(std::move(corpus)), engine_(engine) {
         rows_ = readRows(corpus_);
         for (const auto& row : rows_) scene_[row.path] = row.scene;
     }
@@ -201,7 +200,7 @@ private:
         std::ranges::sort(paths);
         return paths;
     }
-    VisionScanResult scanned(const std::vector<std::string>& paths, SimilarityLevel level) {
+    VisualScanResult scanned(const std::vector<std::string>& paths, SimilarityLevel level) {
         auto result =
             engine_.scan(photosAt(corpus_, paths), level, cache_, 2, [](double, std::string_view) {}, {});
         cache_.insert(result.cache.begin(), result.cache.end());
@@ -216,7 +215,7 @@ private:
     }
 
     fs::path corpus_;
-    const VisionSimilarityEngine& engine_;
+    const VisualScan& engine_;
     FeaturePrintCache cache_;
     std::vector<Row> rows_;
     std::map<std::string, std::string> scene_; // by path
@@ -227,9 +226,8 @@ private:
 int main(int argc, char** argv) {
     if (argc < 2) return std::fputs("usage: benchmark-visual_accuracy CORPUS [SHEET.html]\n", stderr), 2;
     try {
-        const VisionSimilarityEngine engine(
-            FeaturePrintService::of(std::make_shared<const FeaturePrintModel>()), files::FileSystem::real(),
-            time::Clock::system());
+        const VisualScan engine(VisualScanDependencies::of(std::make_shared<const FeaturePrintModel>()),
+                                files::FileSystem::real(), time::Clock::system());
         Report report(fs::canonical(argv[1]), engine);
         report.printRecall();
         report.printGroups();

@@ -4,7 +4,7 @@
 
 #include "platform/tasks/Cancellation.h"
 #include "similarity/visual/PrintMatching.h"
-#include "similarity/visual/VisionSimilarityEngine.h"
+#include "similarity/visual/VisualScan.h"
 
 #include <sys/resource.h>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/FingerprintStamp.h"
+#include "platform/text/EnumNames.h"
 
 #include <optional>
 #include <string>
@@ -12,17 +13,16 @@ namespace lumisort::library {
 /// What the user decided about a photo. No decision is no mark.
 enum class ReviewDecision { keep, cleanup };
 
-/// The decision's text in documents and to the user.
+/// The decisions' texts in documents and to the user.
+inline constexpr text::EnumNames<ReviewDecision, 2> reviewDecisionNames{{"Keep", "For Cleanup"}};
+
 constexpr std::string_view rawValue(ReviewDecision decision) {
-    return decision == ReviewDecision::keep ? "Keep" : "For Cleanup";
+    return reviewDecisionNames.of(decision);
 }
 
 /// The decision with this text; none for any other.
 constexpr std::optional<ReviewDecision> reviewDecisionFromRawValue(std::string_view raw) {
-    for (const auto decision : {ReviewDecision::keep, ReviewDecision::cleanup}) {
-        if (rawValue(decision) == raw) return decision;
-    }
-    return std::nullopt;
+    return reviewDecisionNames.find(raw);
 }
 
 /// A note about one photo, bound to the file's state when it was made: it stops applying while the file's

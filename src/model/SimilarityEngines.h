@@ -2,7 +2,7 @@
 
 #include "similarity/ExactCopies.h"
 #include "similarity/NearDuplicateScan.h"
-#include "similarity/visual/VisionSimilarityEngine.h"
+#include "similarity/visual/VisualScan.h"
 
 #include <functional>
 
@@ -14,13 +14,13 @@ struct SimilarityEngines {
     using Photos = std::vector<library::Photo>;
 
     std::function<similarity::ExactCopies(const Photos&, const std::stop_token&)> exact;
-    std::function<similarity::SimilarityResult(
-        const Photos&, similarity::SimilarityLevel, const similarity::FingerprintCache&, int concurrency,
-        const similarity::SimilarityEngine::ScanProgress&, const std::stop_token&)>
+    std::function<similarity::SimilarityResult(const Photos&, similarity::SimilarityLevel,
+                                               const similarity::FingerprintCache&, int concurrency,
+                                               const similarity::ScanProgress&, const std::stop_token&)>
         near;
-    std::function<similarity::VisionScanResult(
+    std::function<similarity::VisualScanResult(
         const Photos&, similarity::SimilarityLevel, const similarity::FeaturePrintCache&, int concurrency,
-        const similarity::VisionSimilarityEngine::Progress&, const std::stop_token&)>
+        const similarity::VisualScan::Progress&, const std::stop_token&)>
         visual;
 
     /// The engines of this program. The network of the visual one is loaded when first asked for.

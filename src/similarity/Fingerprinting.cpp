@@ -6,7 +6,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace lumisort::similarity::SimilarityEngine {
+namespace lumisort::similarity {
 
 namespace {
 
@@ -133,4 +133,4 @@ VisualFingerprint fingerprint(const files::FileUrl& url, const std::stop_token& 
     return fingerprint(drawCanvas(photo), static_cast<double>(photo.width) / photo.height);
 }
 
-} // namespace lumisort::similarity::SimilarityEngine
+} // namespace lumisort::similarity

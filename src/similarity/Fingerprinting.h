@@ -10,7 +10,7 @@
 #include <span>
 #include <stop_token>
 
-namespace lumisort::similarity::SimilarityEngine {
+namespace lumisort::similarity {
 
 /// Longest side of the photo that a fingerprint is made from.
 inline constexpr int fingerprintThumbnailSidePixels = 256;
@@ -32,4 +32,4 @@ VisualFingerprint fingerprint(const FingerprintCanvas& canvas, double aspect);
 std::array<std::uint64_t, orientationCount>
 orientationHashes(std::span<const double, coefficientCount> coefficients);
 
-} // namespace lumisort::similarity::SimilarityEngine
+} // namespace lumisort::similarity

@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-namespace lumisort::similarity::SimilarityEngine {
+namespace lumisort::similarity {
 
 namespace {
 
@@ -61,8 +61,8 @@ private:
 
 } // namespace
 
-std::vector<SimilarityGroup> group(std::span<const GroupingItem> items, SimilarityLevel level,
-                                   const std::stop_token& stop) {
+std::vector<SimilarityGroup> groupNearDuplicates(std::span<const GroupingItem> items, SimilarityLevel level,
+                                                 const std::stop_token& stop) {
     Anchors anchors(level);
     std::vector<SimilarityGroup> groups;
     for (const auto& [photo, fingerprint] : items) {
@@ -78,4 +78,4 @@ std::vector<SimilarityGroup> group(std::span<const GroupingItem> items, Similari
     return groups;
 }
 
-} // namespace lumisort::similarity::SimilarityEngine
+} // namespace lumisort::similarity

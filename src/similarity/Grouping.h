@@ -9,7 +9,7 @@
 #include <stop_token>
 #include <vector>
 
-namespace lumisort::similarity::SimilarityEngine {
+namespace lumisort::similarity {
 
 /// A photo to be grouped. Both outlive the call.
 struct GroupingItem {
@@ -22,7 +22,7 @@ struct GroupingItem {
 /// Photos are compared with anchors only, never with other members. Groups come in the order of their
 /// founding, those of one photo are left out, and distances stay empty. Looks at `stop` at every photo and
 /// every comparison; throws tasks::Cancelled.
-std::vector<SimilarityGroup> group(std::span<const GroupingItem> items, SimilarityLevel level,
-                                   const std::stop_token& stop = {});
+std::vector<SimilarityGroup> groupNearDuplicates(std::span<const GroupingItem> items, SimilarityLevel level,
+                                                 const std::stop_token& stop = {});
 
-} // namespace lumisort::similarity::SimilarityEngine
+} // namespace lumisort::similarity

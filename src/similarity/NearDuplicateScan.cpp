@@ -11,28 +11,29 @@
 
 #include <utility>
 
-namespace lumisort::similarity::SimilarityEngine {
+namespace lumisort::similarity {
 
 namespace {
 
-std::optional<CachedFingerprint> extractUnlessChanged(const ScanServices& services, const files::FileUrl& url,
+std::optional<CachedFingerprint> extractUnlessChanged(const NearDuplicateDependencies& deps,
+                                                      const files::FileUrl& url,
                                                       const FingerprintCache& cache,
                                                       const std::stop_token& stop) {
     tasks::checkCancelled(stop);
-    const auto before = library::FingerprintStamp::read(services.system, url);
+    const auto before = library::FingerprintStamp::read(deps.system, url);
     const auto known = cache.find(url);
     const bool unchanged = known != cache.end() && known->second.stamp == before;
     tasks::checkCancelled(stop);
-    CachedFingerprint cached{before, unchanged ? known->second.fingerprint : services.fingerprint(url, stop)};
+    CachedFingerprint cached{before, unchanged ? known->second.fingerprint : deps.fingerprint(url, stop)};
     tasks::checkCancelled(stop);
-    if (library::FingerprintStamp::read(services.system, url) != before) return std::nullopt;
+    if (library::FingerprintStamp::read(deps.system, url) != before) return std::nullopt;
     return cached;
 }
 
-ExtractedFingerprint extract(const ScanServices& services, const files::FileUrl& url, std::size_t index,
-                             const FingerprintCache& cache, const std::stop_token& stop) {
+ExtractedFingerprint extract(const NearDuplicateDependencies& deps, const files::FileUrl& url,
+                             std::size_t index, const FingerprintCache& cache, const std::stop_token& stop) {
     try {
-        return {index, extractUnlessChanged(services, url, cache, stop)};
+        return {index, extractUnlessChanged(deps, url, cache, stop)};
     } catch (const images::ImageError&) {
         return {index, std::nullopt};
     } catch (const files::FileError&) {
@@ -42,24 +43,24 @@ ExtractedFingerprint extract(const ScanServices& services, const files::FileUrl&
 
 } // namespace
 
-ScanServices ScanServices::real() {
+NearDuplicateDependencies NearDuplicateDependencies::real() {
     return {.system = files::FileSystem::real(),
             .clock = time::Clock::system(),
             .fingerprint = [](const files::FileUrl& url, const std::stop_token& stop) {
-                return SimilarityEngine::fingerprint(url, stop);
+                return similarity::fingerprint(url, stop);
             }};
 }
 
-SimilarityResult scan(const ScanServices& services, std::vector<library::Photo> photos, SimilarityLevel level,
-                      const FingerprintCache& cache, int concurrency, const ScanProgress& progress,
-                      const std::stop_token& stop) {
+SimilarityResult scanNearDuplicates(const NearDuplicateDependencies& deps, std::vector<library::Photo> photos,
+                                    SimilarityLevel level, const FingerprintCache& cache, int concurrency,
+                                    const ScanProgress& progress, const std::stop_token& stop) {
     tasks::checkCancelled(stop);
     photos = sortedByPath(std::move(photos));
-    tasks::ProgressThrottle throttle(services.clock);
+    tasks::ProgressThrottle throttle(deps.clock);
     auto extracted = tasks::orderedWorkers(
         photos.size(), concurrency,
         [&](std::size_t index, const std::stop_token& workerStop) {
-            return extract(services, photos[index].url, index, cache, workerStop);
+            return extract(deps, photos[index].url, index, cache, workerStop);
         },
         [&](std::size_t completed) {
             if (progress && throttle.due(completed, photos.size())) progress(completed, photos.size());
@@ -81,8 +82,8 @@ SimilarityResult scan(const ScanServices& services, std::vector<library::Photo> 
         else
             items.push_back({photo, kept.fingerprint});
     }
-    result.groups = group(items, level, stop);
+    result.groups = groupNearDuplicates(items, level, stop);
     return result;
 }
 
-} // namespace lumisort::similarity::SimilarityEngine
+} // namespace lumisort::similarity

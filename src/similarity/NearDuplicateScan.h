@@ -41,29 +41,25 @@ struct SimilarityResult {
     std::size_t lowDetail = 0; ///< photos too plain to be compared
 };
 
-namespace SimilarityEngine {
-
-/// What a scan needs of the world outside; tests put their own in place.
-struct ScanServices {
+/// The files, the clock and the decoder of a scan; tests replace them.
+struct NearDuplicateDependencies {
     files::FileSystem& system;
     time::Clock clock;
     std::function<VisualFingerprint(const files::FileUrl&, const std::stop_token&)> fingerprint;
 
-    /// The machine's files and clock, and SimilarityEngine::fingerprint.
-    static ScanServices real();
+    /// The machine's files and clock, and fingerprint.
+    static NearDuplicateDependencies real();
 };
 
 /// Called on the thread that runs the scan.
 using ScanProgress = std::function<void(std::size_t completed, std::size_t total)>;
 
-/// Fingerprints `photos` with 1…4 workers, reusing what `cache` holds of files that have not changed since,
-/// and groups them in path order. A photo that cannot be read, or changes while it is, counts as unreadable
-/// and stops nothing. Reports the first photo finished, the last, and in between at most ten a second. Throws
-/// tasks::Cancelled alone, once all workers have ended.
-SimilarityResult scan(const ScanServices& services, std::vector<library::Photo> photos, SimilarityLevel level,
-                      const FingerprintCache& cache, int concurrency, const ScanProgress& progress,
-                      const std::stop_token& stop = {});
-
-} // namespace SimilarityEngine
+/// Fingerprints `photos` on tasks::threadCount(concurrency) threads, reusing what `cache` holds of files that
+/// have not changed since, and groups them in path order. A photo that cannot be read, or changes while it
+/// is, counts as unreadable and stops nothing. Reports the first photo finished, the last, and in between at
+/// most ten a second. Throws tasks::Cancelled and images::DecoderUnavailable, once all workers have ended.
+SimilarityResult scanNearDuplicates(const NearDuplicateDependencies& deps, std::vector<library::Photo> photos,
+                                    SimilarityLevel level, const FingerprintCache& cache, int concurrency,
+                                    const ScanProgress& progress, const std::stop_token& stop = {});
 
 } // namespace lumisort::similarity

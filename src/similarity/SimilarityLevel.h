@@ -1,8 +1,6 @@
 #pragma once
 
-#include <array>
-#include <optional>
-#include <string_view>
+#include "platform/text/EnumNames.h"
 
 namespace lumisort::similarity {
 
@@ -31,17 +29,16 @@ constexpr MatchLimits limits(SimilarityLevel level) {
     return {.aspectDifference = 0.08, .hammingDistance = 12, .colorDistance = 0.18};
 }
 
-/// The level's name in documents and in the interface: "Strict", "Balanced", "Loose".
+/// The levels' names in documents and in the interface.
+inline constexpr text::EnumNames<SimilarityLevel, 3> similarityLevelNames{{"Strict", "Balanced", "Loose"}};
+
 constexpr std::string_view rawValue(SimilarityLevel level) {
-    constexpr std::array<std::string_view, 3> names{"Strict", "Balanced", "Loose"};
-    return names[static_cast<std::size_t>(level)];
+    return similarityLevelNames.of(level);
 }
 
 /// The level of exactly that name, letter case included; none for any other text.
 constexpr std::optional<SimilarityLevel> similarityLevel(std::string_view name) {
-    for (const auto level : allSimilarityLevels)
-        if (rawValue(level) == name) return level;
-    return std::nullopt;
+    return similarityLevelNames.find(name);
 }
 
 } // namespace lumisort::similarity

@@ -10,7 +10,7 @@ class ReviewWorld : public model::ModelWorld {
 protected:
     ReviewWorld() {
         engines_.visual = [this](const auto&, auto, const auto&, int, const auto&, const auto&) {
-            return similarity::VisionScanResult{.groups = groups_};
+            return similarity::VisualScanResult{.groups = groups_};
         };
     }
 

@@ -57,7 +57,7 @@ std::uint64_t literalHash(const FingerprintCanvas& canvas) {
 TEST(Fingerprint, HashesAreThoseOfTheTurnedAndMirroredCanvases) {
     for (unsigned seed = 1; seed <= 20; ++seed) {
         const auto canvas = noiseCanvas(seed);
-        const auto upright = SimilarityEngine::fingerprint(canvas, 1.5);
+        const auto upright = fingerprint(canvas, 1.5);
         ASSERT_EQ(upright.orientationHashes.size(), orientationCount);
         EXPECT_EQ(upright.hash, upright.orientationHashes.front());
         for (std::size_t k = 0; k < orientationCount; ++k) {
@@ -77,7 +77,7 @@ TEST(Fingerprint, DescribesColoursCellByCell) {
     for (int y = 4; y < 8; ++y)
         for (int x = 8; x < 12; ++x)
             canvas.rgb[3 * (y * canvasSide + x) + 1] = static_cast<std::uint8_t>(10 * x);
-    const auto fingerprint = SimilarityEngine::fingerprint(canvas, 4.0);
+    const auto fingerprint = similarity::fingerprint(canvas, 4.0);
     ASSERT_EQ(fingerprint.colors.size(), colorValueCount);
     for (std::size_t i = 0; i < fingerprint.colors.size(); ++i)
         EXPECT_EQ(fingerprint.colors[i], i == 3 * (8 * 1 + 2) + 1 ? 4 * (80 + 90 + 100 + 110) / 4080.0 : 1.0)
@@ -88,10 +88,10 @@ TEST(Fingerprint, DescribesColoursCellByCell) {
 TEST(Fingerprint, DeviationIsThatOfTheWholePopulation) {
     FingerprintCanvas canvas;
     for (std::size_t i = 0; i < canvas.rgb.size() / 2; ++i) canvas.rgb[i] = 255;
-    EXPECT_NEAR(SimilarityEngine::fingerprint(canvas, 1).deviation, 0.5, 1e-12);
+    EXPECT_NEAR(fingerprint(canvas, 1).deviation, 0.5, 1e-12);
     canvas.rgb.fill(77);
-    EXPECT_NEAR(SimilarityEngine::fingerprint(canvas, 1).deviation, 0, 1e-12);
-    EXPECT_TRUE(SimilarityEngine::fingerprint(canvas, 1).isLowDetail());
+    EXPECT_NEAR(fingerprint(canvas, 1).deviation, 0, 1e-12);
+    EXPECT_TRUE(fingerprint(canvas, 1).isLowDetail());
 }
 
 } // namespace

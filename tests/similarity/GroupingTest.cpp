@@ -23,15 +23,15 @@ struct Collection {
         fingerprints.push_back(std::move(fingerprint));
     }
 
-    std::vector<SimilarityEngine::GroupingItem> items() const {
-        std::vector<SimilarityEngine::GroupingItem> result;
+    std::vector<GroupingItem> items() const {
+        std::vector<GroupingItem> result;
         for (std::size_t i = 0; i < photos.size(); ++i) result.push_back({photos[i], fingerprints[i]});
         return result;
     }
 
     Groups grouped(SimilarityLevel level) const {
         Groups names;
-        for (const auto& group : SimilarityEngine::group(items(), level)) {
+        for (const auto& group : groupNearDuplicates(items(), level)) {
             EXPECT_EQ(group.anchor, group.photos.front());
             EXPECT_TRUE(group.distances.empty());
             names.emplace_back();

@@ -49,11 +49,11 @@ struct NearDuplicateScanTest : testing::Test {
                                      .deviation = plain ? 0.0249 : 0.1,
                                      .orientationHashes = {hash}};
         };
-        const SimilarityEngine::ScanServices services{
+        const NearDuplicateDependencies services{
             .system = system,
             .clock = {.now = {}, .uptimeSeconds = [this] { return now += secondsPerPhoto; }},
             .fingerprint = fingerprint};
-        return SimilarityEngine::scan(
+        return scanNearDuplicates(
             services, photos, SimilarityLevel::balanced, cache, concurrency,
             [this](std::size_t completed, std::size_t total) { progress.emplace_back(completed, total); },
             stop);

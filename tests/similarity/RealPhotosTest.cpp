@@ -23,8 +23,7 @@ TEST(RealPhotos, DamagedAndHostileFilesAreCountedAtMost) {
         for (const auto& entry : fs::recursive_directory_iterator(*test::corpus() / folder)) {
             if (!entry.is_regular_file()) continue;
             try {
-                const auto made =
-                    SimilarityEngine::fingerprint(files::FileUrl::fromPath(entry.path().string()));
+                const auto made = fingerprint(files::FileUrl::fromPath(entry.path().string()));
                 ++fingerprinted;
                 EXPECT_EQ(made.colors.size(), colorValueCount);
                 EXPECT_EQ(made.orientationHashes.size(), orientationCount);
@@ -43,7 +42,7 @@ TEST(RealPhotos, TurnedAndMirroredFilesHaveTheTurnedHashes) {
     LUMISORT_NEEDS_CORPUS();
     const auto folder = *test::corpus() / "groups/pdq/reg-test-input/dih";
     const auto of = [&](const char* name) {
-        return SimilarityEngine::fingerprint(files::FileUrl::fromPath((folder / name).string()));
+        return fingerprint(files::FileUrl::fromPath((folder / name).string()));
     };
     const auto original = of("bridge-1-original.jpg");
     struct Case {
@@ -85,8 +84,7 @@ TEST(RealPhotos, CopiesAreGroupedAndOtherPhotosAreNot) {
 
     FingerprintCache cache;
     for (const auto level : allSimilarityLevels) {
-        auto result =
-            SimilarityEngine::scan(SimilarityEngine::ScanServices::real(), photos, level, cache, 4, {});
+        auto result = scanNearDuplicates(NearDuplicateDependencies::real(), photos, level, cache, 4, {});
         std::map<files::FileUrl, files::FileUrl> anchors;
         for (const auto& found : result.groups)
             for (const auto& photo : found.photos) {

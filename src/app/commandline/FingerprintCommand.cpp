@@ -31,7 +31,7 @@ std::string hexadecimal(std::uint64_t hash) {
 
 Outcome fingerprint(const files::FileUrl& url, const std::stop_token& stop) {
     try {
-        return similarity::SimilarityEngine::fingerprint(url, stop);
+        return similarity::fingerprint(url, stop);
     } catch (const images::ImageError& error) {
         return std::unexpected(error.what());
     }

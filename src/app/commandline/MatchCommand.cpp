@@ -8,11 +8,12 @@
 
 #include <CLI/CLI.hpp>
 
-#include <map>
-
 namespace lumisort::app {
 
 namespace {
+
+constexpr text::EnumNames<similarity::SimilarityMethod, 3> methodWords{{"exact", "near", "visual"}};
+constexpr text::EnumNames<similarity::SimilarityLevel, 3> levelWords{{"strict", "balanced", "loose"}};
 
 struct MatchOptions {
     std::vector<std::string> folders;
@@ -23,15 +24,18 @@ struct MatchOptions {
     bool json = false;
 };
 
+template <class Names>
+std::vector<std::string> words(const Names& words) {
+    return {words.names.begin(), words.names.end()};
+}
+
 void writeContactSheet(const MatchOptions& options, const Matches& matches, Surroundings& with) {
-    const std::map<std::string, std::string> titles{
-        {"exact", "Exact Copies"}, {"near", "Near Duplicates"}, {"visual", "Visual Similarity"}};
     std::string page;
     similarity::writeContactSheet(
-        matches.groups,
-        {.title = titles.at(options.method),
-         .subtitle = options.method == "exact" ? "" : options.level,
-         .failures = matches.failures.value_or(std::vector<std::string>{})},
+        matches.result.groups,
+        {.title = std::string(rawValue(matches.method)),
+         .subtitle = matches.method == similarity::SimilarityMethod::exact ? "" : options.level,
+         .failures = matches.result.failures},
         [&](std::string_view piece) { page += piece; }, with.stop);
     const auto file = fileArgument(options.contactSheet);
     files::replaceFile(files::FileSystem::real(), file.path(), page);
@@ -39,20 +43,11 @@ void writeContactSheet(const MatchOptions& options, const Matches& matches, Surr
 }
 
 ExitStatus match(const MatchOptions& options, Surroundings& with) {
-    const auto method = std::map<std::string, decltype(&exactMatches)>{
-        {"exact", &exactMatches},
-        {"near", &nearMatches},
-        {"visual",
-         &visualMatches}}.at(options.method);
-    const auto level =
-        std::map<std::string, similarity::SimilarityLevel>{
-            {"strict", similarity::SimilarityLevel::strict},
-            {"balanced", similarity::SimilarityLevel::balanced},
-            {"loose", similarity::SimilarityLevel::loose}}
-            .at(options.level);
+    const auto method = methodWords.find(options.method).value();
+    const auto level = levelWords.find(options.level).value();
     const auto found = options.folders.empty() ? FoundPhotos{libraryContents(options.library, with).available}
                                                : scanFolders(folderArguments(options.folders), with);
-    const auto matches = method(found.photos, level, with);
+    const auto matches = findMatches(found.photos, method, level, with);
     with.progress.clear();
     if (!options.contactSheet.empty()) writeContactSheet(options, matches, with);
     if (options.json)
@@ -72,10 +67,10 @@ void addMatchCommand(CLI::App& program, Command& chosen) {
     command->add_option("FOLDER", options->folders, "Folders to look through; without any, the library");
     command->add_option("--library", options->library, "The library document, in place of the user's own");
     command->add_option("--method", options->method, "What counts as a match")
-        ->check(CLI::IsMember({"exact", "near", "visual"}))
+        ->check(CLI::IsMember(words(methodWords)))
         ->capture_default_str();
     command->add_option("--level", options->level, "How alike photos must be (near, visual)")
-        ->check(CLI::IsMember({"strict", "balanced", "loose"}))
+        ->check(CLI::IsMember(words(levelWords)))
         ->capture_default_str();
     command->add_option("--contact-sheet", options->contactSheet,
                         "Write the groups with thumbnails into this HTML page");

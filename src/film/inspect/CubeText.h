@@ -2,6 +2,7 @@
 
 #include "film/optics/FilmPaper.h"
 #include "film/optics/FilmStock.h"
+#include "platform/text/EnumNames.h"
 
 #include <array>
 #include <cstddef>
@@ -18,16 +19,14 @@ enum class InspectedCube { exposure, negative, paper };
 inline constexpr std::array allInspectedCubes{InspectedCube::exposure, InspectedCube::negative,
                                               InspectedCube::paper};
 
+inline constexpr text::EnumNames<InspectedCube, 3> inspectedCubeNames{{"exposure", "negative", "paper"}};
+
 constexpr std::string_view rawValue(InspectedCube cube) {
-    constexpr std::array<std::string_view, 3> names{"exposure", "negative", "paper"};
-    return names[static_cast<std::size_t>(cube)];
+    return inspectedCubeNames.of(cube);
 }
 
 constexpr std::optional<InspectedCube> inspectedCubeFromRawValue(std::string_view raw) {
-    for (const InspectedCube cube : allInspectedCubes) {
-        if (rawValue(cube) == raw) return cube;
-    }
-    return std::nullopt;
+    return inspectedCubeNames.find(raw);
 }
 
 /// A cube as a .cube text (UTF-8, ends with a line break): 33 nodes an axis, domain 0 to 1, red fastest. The

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/text/EnumNames.h"
+
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -13,9 +15,10 @@ enum class FilmFormat { mm35, mediumFormat };
 /// Every format, in the order in which it is offered.
 inline constexpr std::array allFilmFormats{FilmFormat::mm35, FilmFormat::mediumFormat};
 
+inline constexpr text::EnumNames<FilmFormat, 2> filmFormatNames{{"mm35", "mediumFormat"}};
+
 constexpr std::string_view rawValue(FilmFormat format) {
-    constexpr std::array<std::string_view, 2> names{"mm35", "mediumFormat"};
-    return names[static_cast<std::size_t>(format)];
+    return filmFormatNames.of(format);
 }
 
 constexpr std::string_view title(FilmFormat format) {
@@ -31,10 +34,7 @@ constexpr double longEdgeMM(FilmFormat format) {
 
 /// The format with this raw value; none for any other text.
 constexpr std::optional<FilmFormat> filmFormatFromRawValue(std::string_view raw) {
-    for (const FilmFormat format : allFilmFormats) {
-        if (rawValue(format) == raw) return format;
-    }
-    return std::nullopt;
+    return filmFormatNames.find(raw);
 }
 
 } // namespace lumisort::film

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/text/EnumNames.h"
+
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -13,9 +15,10 @@ enum class FilmPaper { glossy, soft };
 /// Every paper, in the order in which it is offered.
 inline constexpr std::array allFilmPapers{FilmPaper::glossy, FilmPaper::soft};
 
+inline constexpr text::EnumNames<FilmPaper, 2> filmPaperNames{{"glossy", "soft"}};
+
 constexpr std::string_view rawValue(FilmPaper paper) {
-    constexpr std::array<std::string_view, 2> names{"glossy", "soft"};
-    return names[static_cast<std::size_t>(paper)];
+    return filmPaperNames.of(paper);
 }
 
 constexpr std::string_view title(FilmPaper paper) {
@@ -25,10 +28,7 @@ constexpr std::string_view title(FilmPaper paper) {
 
 /// The paper with this raw value; none for any other text.
 constexpr std::optional<FilmPaper> filmPaperFromRawValue(std::string_view raw) {
-    for (const FilmPaper paper : allFilmPapers) {
-        if (rawValue(paper) == raw) return paper;
-    }
-    return std::nullopt;
+    return filmPaperNames.find(raw);
 }
 
 } // namespace lumisort::film

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/text/EnumNames.h"
+
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -15,9 +17,11 @@ enum class FilmStock { portra400, color100, color400, mono400 };
 inline constexpr std::array allFilmStocks{FilmStock::portra400, FilmStock::color100, FilmStock::color400,
                                           FilmStock::mono400};
 
+inline constexpr text::EnumNames<FilmStock, 4> filmStockNames{
+    {"portra400", "color100", "color400", "mono400"}};
+
 constexpr std::string_view rawValue(FilmStock stock) {
-    constexpr std::array<std::string_view, 4> names{"portra400", "color100", "color400", "mono400"};
-    return names[static_cast<std::size_t>(stock)];
+    return filmStockNames.of(stock);
 }
 
 constexpr std::string_view title(FilmStock stock) {
@@ -28,10 +32,7 @@ constexpr std::string_view title(FilmStock stock) {
 
 /// The stock with this raw value; none for any other text.
 constexpr std::optional<FilmStock> filmStockFromRawValue(std::string_view raw) {
-    for (const FilmStock stock : allFilmStocks) {
-        if (rawValue(stock) == raw) return stock;
-    }
-    return std::nullopt;
+    return filmStockNames.find(raw);
 }
 
 } // namespace lumisort::film

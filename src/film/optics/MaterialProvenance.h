@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/text/EnumNames.h"
+
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -14,17 +16,16 @@ enum class MaterialEvidence { publishedValue, graphEstimate, modelAssumption };
 inline constexpr std::array allMaterialEvidence{
     MaterialEvidence::publishedValue, MaterialEvidence::graphEstimate, MaterialEvidence::modelAssumption};
 
+inline constexpr text::EnumNames<MaterialEvidence, 3> materialEvidenceNames{
+    {"publishedValue", "graphEstimate", "modelAssumption"}};
+
 constexpr std::string_view rawValue(MaterialEvidence evidence) {
-    constexpr std::array<std::string_view, 3> names{"publishedValue", "graphEstimate", "modelAssumption"};
-    return names[static_cast<std::size_t>(evidence)];
+    return materialEvidenceNames.of(evidence);
 }
 
 /// The evidence with this raw value; none for any other text.
 constexpr std::optional<MaterialEvidence> materialEvidenceFromRawValue(std::string_view raw) {
-    for (const MaterialEvidence evidence : allMaterialEvidence) {
-        if (rawValue(evidence) == raw) return evidence;
-    }
-    return std::nullopt;
+    return materialEvidenceNames.find(raw);
 }
 
 /// Where one component of a profile comes from and how far it can be trusted.

@@ -1,8 +1,11 @@
 #pragma once
 
-#include "similarity/visual/MetricIndex.h"
+#include "platform/tasks/OrderedWorkers.h"
+#include "similarity/visual/AnchorMetricIndex.h"
 
+#include <algorithm>
 #include <functional>
+#include <optional>
 #include <stop_token>
 #include <vector>
 
@@ -23,11 +26,55 @@ using GroupingProgress = std::function<void(int)>;
 /// `radius` away (of equally near ones to that with the smallest number), and becomes an anchor itself where
 /// there is none. The matches, in item order, are those of one pass over the items, whatever the concurrency.
 struct AnchorGrouping {
+    /// Items searched for at once. Anchors found in a batch are compared one by one until it ends, so that
+    /// more would spread the search better and cost more comparisons.
+    static constexpr int batchSize = 64;
+
     /// For any metric. Searches on tasks::threadCount(concurrency) threads. Throws tasks::Cancelled, and what
     /// `distance` or `progress` throws.
+    template <ItemDistance Distance>
     static std::vector<AnchorMatch> matches(int count, float radius, int concurrency,
-                                            const ItemDistance& distance, const GroupingProgress& progress,
+                                            const Distance& distance, const GroupingProgress& progress,
                                             const std::stop_token& stop);
 };
+
+template <ItemDistance Distance>
+std::vector<AnchorMatch> AnchorGrouping::matches(int count, float radius, int concurrency,
+                                                 const Distance& distance, const GroupingProgress& progress,
+                                                 const std::stop_token& stop) {
+    tasks::checkCancelled(stop);
+    std::vector<AnchorMatch> result;
+    result.reserve(static_cast<std::size_t>(std::max(count, 0)));
+    AnchorMetricIndex index;
+    for (int begin = 0; begin < count; begin += batchSize) {
+        const int end = std::min(begin + batchSize, count);
+        const auto candidates = tasks::orderedWorkers(
+            static_cast<std::size_t>(end - begin), concurrency,
+            [&](std::size_t offset, const std::stop_token& inner) {
+                return index.nearest(begin + static_cast<int>(offset), radius, distance, inner);
+            },
+            [](std::size_t) {}, stop);
+
+        std::vector<int> newAnchors;
+        for (int item = begin; item < end; ++item) {
+            tasks::checkCancelled(stop);
+            std::optional<Neighbour> best = candidates[static_cast<std::size_t>(item - begin)];
+            for (const int anchor : newAnchors) {
+                tasks::checkCancelled(stop);
+                const Neighbour found{.item = anchor, .distance = distance(item, anchor)};
+                if (found.distance <= radius && (!best || found.beats(*best))) best = found;
+            }
+            if (best) {
+                result.push_back({.anchor = best->item, .distance = best->distance});
+            } else {
+                index.insert(item, distance, stop);
+                newAnchors.push_back(item);
+                result.push_back({.anchor = item, .distance = 0});
+            }
+            progress(item + 1);
+        }
+    }
+    return result;
+}
 
 } // namespace lumisort::similarity

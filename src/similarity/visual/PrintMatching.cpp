@@ -2,8 +2,8 @@
 
 #include "platform/tasks/Cancellation.h"
 #include "platform/tasks/OrderedWorkers.h"
-#include "similarity/visual/AnchorScreen.h"
-#include "similarity/visual/VisionError.h"
+#include "similarity/visual/AnchorSketchIndex.h"
+#include "similarity/visual/VisualScanError.h"
 
 #include <algorithm>
 #include <atomic>
@@ -28,7 +28,7 @@ std::vector<AnchorMatch> matchSketched(Prints prints, const PrintSketches& sketc
     const int count = static_cast<int>(prints.size());
     std::vector<AnchorMatch> result;
     result.reserve(prints.size());
-    AnchorScreen anchors(prints, sketches);
+    AnchorSketchIndex anchors(prints, sketches);
     for (int begin = 0; begin < count; begin += batchSize) {
         const int end = std::min(begin + batchSize, count);
         auto candidates = tasks::orderedWorkers(
@@ -64,7 +64,7 @@ std::vector<AnchorMatch> matchSketched(Prints prints, const PrintSketches& sketc
 float checkedDistance(const FeaturePrint& a, const FeaturePrint& b) {
     const float apart = distance(a, b);
     if (!std::isfinite(apart) || apart < 0)
-        throw VisionError(VisionFailure::corruptFile, "Two feature prints cannot be compared.");
+        throw VisualScanError(VisualScanFailure::corruptFile, "Two feature prints cannot be compared.");
     return apart;
 }
 

@@ -9,7 +9,7 @@
 
 namespace lumisort::similarity {
 
-/// The distance between two prints. Throws VisionError `corruptFile` where it is no finite number.
+/// The distance between two prints. Throws VisualScanError `corruptFile` where it is no finite number.
 float checkedDistance(const FeaturePrint& a, const FeaturePrint& b);
 
 /// What AnchorGrouping::matches returns for checkedDistance(*prints[i], *prints[j]), with a fraction of the

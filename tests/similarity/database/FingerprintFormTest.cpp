@@ -18,8 +18,8 @@ TEST(FingerprintForm, ReturnsTheVeryFingerprint) {
         for (auto& value : canvas.rgb) value = static_cast<std::uint8_t>(random());
         if (round == 0) canvas.rgb.fill(255);
         if (round == 1) canvas.rgb.fill(0);
-        const auto fingerprint = SimilarityEngine::fingerprint(canvas, 1.5 + round);
-        EXPECT_EQ(fingerprintFrom(bytesOf(fingerprint)), fingerprint);
+        const auto made = fingerprint(canvas, 1.5 + round);
+        EXPECT_EQ(fingerprintFrom(bytesOf(made)), made);
     }
 }
 

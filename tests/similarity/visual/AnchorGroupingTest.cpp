@@ -8,12 +8,15 @@
 
 #include <atomic>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <numeric>
 #include <random>
 
 namespace lumisort::similarity {
 namespace {
+
+using AnyDistance = std::function<float(int, int)>;
 
 using testing::ElementsAre;
 
@@ -39,7 +42,7 @@ struct Lattice {
 };
 
 std::optional<Neighbour> nearestByTrying(int query, const std::vector<int>& items, float radius,
-                                         const ItemDistance& distance) {
+                                         const AnyDistance& distance) {
     std::optional<Neighbour> best;
     for (const int item : items) {
         const Neighbour found{.item = item, .distance = distance(query, item)};
@@ -48,7 +51,7 @@ std::optional<Neighbour> nearestByTrying(int query, const std::vector<int>& item
     return best;
 }
 
-std::vector<AnchorMatch> matchesByTrying(int count, float radius, const ItemDistance& distance) {
+std::vector<AnchorMatch> matchesByTrying(int count, float radius, const AnyDistance& distance) {
     std::vector<int> anchors;
     std::vector<AnchorMatch> matches;
     for (int item = 0; item < count; ++item) {
@@ -60,7 +63,7 @@ std::vector<AnchorMatch> matchesByTrying(int count, float radius, const ItemDist
     return matches;
 }
 
-std::vector<AnchorMatch> group(int count, float radius, const ItemDistance& distance, int concurrency = 4) {
+std::vector<AnchorMatch> group(int count, float radius, const AnyDistance& distance, int concurrency = 4) {
     return AnchorGrouping::matches(count, radius, concurrency, distance, [](int) {}, {});
 }
 
@@ -120,7 +123,7 @@ TEST(AnchorMetricIndex, AnInsertionThatFailsChangesNothing) {
     const Lattice lattice(4, 5, 9);
     AnchorMetricIndex index;
     for (const int item : {0, 1, 2}) index.insert(item, lattice, {});
-    const ItemDistance failing = [](int, int) -> float { throw std::runtime_error("no distance"); };
+    const AnyDistance failing = [](int, int) -> float { throw std::runtime_error("no distance"); };
     EXPECT_THROW(index.insert(3, failing, {}), std::runtime_error);
     EXPECT_EQ(index.blocks().size(), 2U);
     EXPECT_EQ(index.nearest(3, 100, lattice, {}), nearestByTrying(3, {0, 1, 2}, 100, lattice));
@@ -128,9 +131,9 @@ TEST(AnchorMetricIndex, AnInsertionThatFailsChangesNothing) {
 
 TEST(AnchorGrouping, SmallCases) {
     const auto constant = [](float value) { return [value](int, int) { return value; }; };
-    const ItemDistance triangle = [](int i, int j) { return i + j == 1 ? 0.2F : 0.25F; };
+    const AnyDistance triangle = [](int i, int j) { return i + j == 1 ? 0.2F : 0.25F; };
     // Item 2 is as far from both anchors, 0 and 1.
-    const ItemDistance tie = [](int i, int j) { return i + j == 1 ? 0.5F : 0.3F; };
+    const AnyDistance tie = [](int i, int j) { return i + j == 1 ? 0.5F : 0.3F; };
     EXPECT_THAT(group(0, 1, constant(0)), ElementsAre());
     EXPECT_THAT(group(-1, 1, constant(0)), ElementsAre());
     EXPECT_THAT(group(1, 1, constant(0)), ElementsAre(AnchorMatch{0, 0}));
@@ -159,7 +162,7 @@ TEST(AnchorGrouping, IsOnePassOverTheItemsWhateverTheConcurrency) {
 
 TEST(AnchorGrouping, SurvivesDistancesThatAreNoNumbers) {
     const Lattice lattice(300, 8, 9);
-    const ItemDistance holey = [&](int i, int j) { return (i * j) % 11 == 3 ? nan : lattice(i, j); };
+    const AnyDistance holey = [&](int i, int j) { return (i * j) % 11 == 3 ? nan : lattice(i, j); };
     const auto matches = group(300, 2, holey);
     ASSERT_EQ(matches.size(), 300U);
     for (const auto& match : matches) EXPECT_LE(match.distance, 2);
@@ -176,7 +179,7 @@ TEST(AnchorGrouping, ReportsEveryItemInOrder) {
 TEST(AnchorGrouping, FailsWhereADistanceFailsAndStopsWhereAskedTo) {
     const Lattice lattice(300, 7, 9);
     std::atomic<int> calls = 0;
-    const ItemDistance failing = [&](int i, int j) {
+    const AnyDistance failing = [&](int i, int j) {
         if (++calls == 2000) throw std::runtime_error("no distance");
         return lattice(i, j);
     };
@@ -187,7 +190,7 @@ TEST(AnchorGrouping, FailsWhereADistanceFailsAndStopsWhereAskedTo) {
     for (const int moment : {1, 50, 3000}) {
         std::stop_source source;
         calls = 0;
-        const ItemDistance stopping = [&](int i, int j) {
+        const AnyDistance stopping = [&](int i, int j) {
             if (++calls == moment) source.request_stop();
             return lattice(i, j);
         };

@@ -2,7 +2,7 @@
 
 #include "platform/tasks/Cancellation.h"
 #include "similarity/visual/PrintSketch.h"
-#include "similarity/visual/VisionError.h"
+#include "similarity/visual/VisualScanError.h"
 
 #include <gtest/gtest.h>
 
@@ -126,8 +126,8 @@ TEST(PrintMatching, ADistanceThatIsNoNumberFailsTheRun) {
             try {
                 matchPrints(prints, 0.75F, 2, [](int) {}, {});
                 ADD_FAILURE() << "matched print " << place << " holding " << bad;
-            } catch (const VisionError& error) {
-                EXPECT_EQ(error.failure(), VisionFailure::corruptFile);
+            } catch (const VisualScanError& error) {
+                EXPECT_EQ(error.failure(), VisualScanFailure::corruptFile);
             }
         }
     }

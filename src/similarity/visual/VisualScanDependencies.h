@@ -14,9 +14,9 @@ namespace lumisort::similarity {
 /// Longest side of the picture that a print is made of, in pixels.
 inline constexpr int featurePictureSide = 1024;
 
-/// Where the engine of visual similarity gets pictures and prints from. Both functions are called from
-/// several threads at once.
-struct FeaturePrintService {
+/// The decoder and the model of a visual scan; tests replace them. Both functions are called from several
+/// threads at once.
+struct VisualScanDependencies {
     /// Of the model that makes the prints; shared by all prints that it makes.
     std::shared_ptr<const FeaturePrintIdentity> identity;
     /// The upright photo, longest side at most featurePictureSide. Throws images::ImageError where the file
@@ -26,7 +26,7 @@ struct FeaturePrintService {
     std::function<FeaturePrint(const images::Bitmap&)> print;
 
     /// The program's own decoder and network, with as many scratch memories as there are threads at work.
-    static FeaturePrintService of(std::shared_ptr<const FeaturePrintModel> model);
+    static VisualScanDependencies of(std::shared_ptr<const FeaturePrintModel> model);
 };
 
 } // namespace lumisort::similarity

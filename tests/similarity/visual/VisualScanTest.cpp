@@ -1,9 +1,9 @@
-#include "similarity/visual/VisionSimilarityEngine.h"
+#include "similarity/visual/VisualScan.h"
 
 #include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "similarity/visual/PhotoDetail.h"
-#include "similarity/visual/VisionError.h"
+#include "similarity/visual/VisualScanError.h"
 #include "support/MemoryFileSystem.h"
 
 #include <gmock/gmock.h>
@@ -53,7 +53,7 @@ struct Darkroom {
             {.url = files::FileUrl::fromPath(path), .bytes = 1, .width = 2, .height = 3, .date = {}});
         return photos.back();
     }
-    VisionSimilarityEngine engine() {
+    VisualScan engine() {
         return {{.identity = std::make_shared<const FeaturePrintIdentity>(identity),
                  .picture =
                      [this](const files::FileUrl& url, const std::stop_token&) {
@@ -81,7 +81,7 @@ struct Darkroom {
                 system,
                 {.now = {}, .uptimeSeconds = [this] { return uptime += step; }}};
     }
-    VisionScanResult scan(SimilarityLevel level = SimilarityLevel::balanced,
+    VisualScanResult scan(SimilarityLevel level = SimilarityLevel::balanced,
                           const FeaturePrintCache& cache = {}, int concurrency = 4,
                           const std::stop_token& stop = {}) {
         return engine().scan(photos, level, cache, concurrency, [](double, std::string_view) {}, stop);
@@ -94,7 +94,7 @@ std::vector<std::string> names(const SimilarityGroup& group) {
     return result;
 }
 
-TEST(VisionSimilarityEngine, GroupsWhatTheLevelLetsThrough) {
+TEST(VisualScan, GroupsWhatTheLevelLetsThrough) {
     // Chords of 0.6, 0.7, 0.8 and 0.9 on the circle.
     for (const auto& [angle, strict, balanced, loose] : {std::tuple{61, true, true, true},
                                                          {72, false, true, true},
@@ -109,7 +109,7 @@ TEST(VisionSimilarityEngine, GroupsWhatTheLevelLetsThrough) {
     }
 }
 
-TEST(VisionSimilarityEngine, GroupsInPathOrderWithDistances) {
+TEST(VisualScan, GroupsInPathOrderWithDistances) {
     Darkroom room;
     room.add("/p/z.jpg", "10");
     room.add("/p/é.jpg", "150");        // composed
@@ -132,7 +132,7 @@ TEST(VisionSimilarityEngine, GroupsInPathOrderWithDistances) {
     EXPECT_THAT(result.failures, IsEmpty());
 }
 
-TEST(VisionSimilarityEngine, SaysOfEachPhotoWhyItHasNoPrint) {
+TEST(VisualScan, SaysOfEachPhotoWhyItHasNoPrint) {
     Darkroom room;
     room.add("/p/1.jpg", "printless");
     room.add("/p/2.jpg", "broken");
@@ -146,7 +146,7 @@ TEST(VisionSimilarityEngine, SaysOfEachPhotoWhyItHasNoPrint) {
     };
     const auto result = room.scan();
     EXPECT_THAT(result.failures, ElementsAre("1.jpg: No features.", "2.jpg: The file is no photo.",
-                                             "3.jpg: Too little image detail; use Exact Duplicates.",
+                                             "3.jpg: Too little image detail; use Exact Copies.",
                                              "6.jpg: The file changed while it was analyzed.",
                                              testing::StartsWith("7.jpg: Could not ")));
     EXPECT_THAT(result.failures.back(), testing::Not(testing::HasSubstr("/p/")));
@@ -155,7 +155,7 @@ TEST(VisionSimilarityEngine, SaysOfEachPhotoWhyItHasNoPrint) {
     EXPECT_EQ(room.prints, 4); // the flat and the broken photo never got as far
 }
 
-TEST(VisionSimilarityEngine, SmallLibraries) {
+TEST(VisualScan, SmallLibraries) {
     Darkroom room;
     EXPECT_THAT(room.scan().groups, IsEmpty());
     room.add("/p/b.jpg", "flat");
@@ -163,9 +163,10 @@ TEST(VisionSimilarityEngine, SmallLibraries) {
     try {
         room.scan();
         ADD_FAILURE() << "no photo had a print";
-    } catch (const VisionError& error) {
-        EXPECT_EQ(error.failure(), VisionFailure::nothingAnalyzed);
-        EXPECT_STREQ(error.what(), "Vision could not analyze any photos. a.jpg: The file is no photo.");
+    } catch (const VisualScanError& error) {
+        EXPECT_EQ(error.failure(), VisualScanFailure::nothingAnalyzed);
+        EXPECT_STREQ(error.what(),
+                     "Visual analysis could not analyze any photos. a.jpg: The file is no photo.");
     }
     room.photos.clear();
     room.add("/p/c.jpg", "1");
@@ -175,7 +176,7 @@ TEST(VisionSimilarityEngine, SmallLibraries) {
     EXPECT_THAT(one.cache, SizeIs(1));
 }
 
-TEST(VisionSimilarityEngine, PrintsAgainOnlyWhatChanged) {
+TEST(VisualScan, PrintsAgainOnlyWhatChanged) {
     Darkroom room;
     room.add("/p/a.jpg", "1");
     room.add("/p/b.jpg", "2");
@@ -199,7 +200,7 @@ TEST(VisionSimilarityEngine, PrintsAgainOnlyWhatChanged) {
     EXPECT_EQ(newPrints(first.cache), 2);
 }
 
-TEST(VisionSimilarityEngine, AnotherRevisionFailsBeforeAnyWork) {
+TEST(VisualScan, AnotherRevisionFailsBeforeAnyWork) {
     Darkroom room;
     room.add("/p/a.jpg", "1");
     room.identity.revision = 1;
@@ -212,19 +213,19 @@ TEST(VisionSimilarityEngine, AnotherRevisionFailsBeforeAnyWork) {
     }
 }
 
-TEST(VisionSimilarityEngine, PrintsWithoutADistanceFailTheRun) {
+TEST(VisualScan, PrintsWithoutADistanceFailTheRun) {
     Darkroom room;
     room.add("/p/a.jpg", "1");
     room.add("/p/b.jpg", "nan");
     try {
         room.scan();
         ADD_FAILURE() << "grouped prints without a distance";
-    } catch (const VisionError& error) {
-        EXPECT_EQ(error.failure(), VisionFailure::corruptFile);
+    } catch (const VisualScanError& error) {
+        EXPECT_EQ(error.failure(), VisualScanFailure::corruptFile);
     }
 }
 
-TEST(VisionSimilarityEngine, ReportsProgressTenTimesASecond) {
+TEST(VisualScan, ReportsProgressTenTimesASecond) {
     Darkroom room;
     room.step = 0.06;
     for (const auto* name : {"a", "b", "c", "d", "e"}) room.add(std::string("/p/") + name, "7");
@@ -242,7 +243,7 @@ TEST(VisionSimilarityEngine, ReportsProgressTenTimesASecond) {
                             report(0.96, "Grouping 4 of 5…"), report(1.0, "Grouping 5 of 5…")));
 }
 
-TEST(VisionSimilarityEngine, FindsTheSameWhateverTheConcurrency) {
+TEST(VisualScan, FindsTheSameWhateverTheConcurrency) {
     Darkroom room;
     for (int i = 0; i < 700; ++i)
         room.add("/p/" + std::to_string(i * 7919 % 1000) + ".jpg",
@@ -254,7 +255,7 @@ TEST(VisionSimilarityEngine, FindsTheSameWhateverTheConcurrency) {
     EXPECT_EQ(alone.failures, together.failures);
 }
 
-TEST(VisionSimilarityEngine, StopsAtAnyMoment) {
+TEST(VisualScan, StopsAtAnyMoment) {
     const auto stopped = [](auto&& arm) {
         Darkroom room;
         for (int i = 0; i < 40; ++i) room.add("/p/" + std::to_string(i), std::to_string(i));
@@ -265,7 +266,7 @@ TEST(VisionSimilarityEngine, StopsAtAnyMoment) {
             tasks::Cancelled);
         return room.prints.load();
     };
-    using Progress = VisionSimilarityEngine::Progress;
+    using Progress = VisualScan::Progress;
     const Progress silent = [](double, std::string_view) {};
     EXPECT_EQ(stopped([&](Darkroom&, std::stop_source& source) {
                   source.request_stop();

@@ -1,4 +1,4 @@
-#include "similarity/visual/FeaturePrintService.h"
+#include "similarity/visual/VisualScanDependencies.h"
 
 #include "platform/images/Decoder.h"
 
@@ -33,7 +33,7 @@ private:
 
 } // namespace
 
-FeaturePrintService FeaturePrintService::of(std::shared_ptr<const FeaturePrintModel> model) {
+VisualScanDependencies VisualScanDependencies::of(std::shared_ptr<const FeaturePrintModel> model) {
     auto identity = std::make_shared<const FeaturePrintIdentity>(model->identity());
     return {.identity = std::move(identity),
             .picture =

@@ -5,7 +5,7 @@
 
 namespace lumisort::similarity {
 
-enum class VisionFailure {
+enum class VisualScanFailure {
     nothingAnalyzed = 1, ///< a run in which no photo has a print
     tooLittleDetail = 2, ///< a photo that is (almost) one flat tone
     corruptFile,         ///< a photo that cannot be decoded, or prints without a distance
@@ -13,15 +13,15 @@ enum class VisionFailure {
 };
 
 /// What goes wrong with a photo, or with a run, of visual similarity. `what()` is shown as it stands.
-class VisionError : public std::runtime_error {
+class VisualScanError : public std::runtime_error {
 public:
-    VisionError(VisionFailure failure, const std::string& message)
+    VisualScanError(VisualScanFailure failure, const std::string& message)
         : std::runtime_error(message), failure_(failure) {}
 
-    VisionFailure failure() const noexcept { return failure_; }
+    VisualScanFailure failure() const noexcept { return failure_; }
 
 private:
-    VisionFailure failure_;
+    VisualScanFailure failure_;
 };
 
 } // namespace lumisort::similarity

@@ -14,10 +14,11 @@ namespace lumisort::similarity {
 
 /// Anchors in the order in which they were found, laid out for searching through their sketches. Any number
 /// of threads may search while none appends.
-class AnchorScreen {
+class AnchorSketchIndex {
 public:
     /// Views the prints and their sketches, which must be valid.
-    AnchorScreen(std::span<const std::shared_ptr<const FeaturePrint>> prints, const PrintSketches& sketches)
+    AnchorSketchIndex(std::span<const std::shared_ptr<const FeaturePrint>> prints,
+                      const PrintSketches& sketches)
         : prints_(prints), sketches_(sketches) {}
 
     void append(int item);

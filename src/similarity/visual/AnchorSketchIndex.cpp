@@ -1,4 +1,4 @@
-#include "similarity/visual/AnchorScreen.h"
+#include "similarity/visual/AnchorSketchIndex.h"
 
 #include "platform/tasks/Cancellation.h"
 
@@ -14,7 +14,7 @@ constexpr std::size_t blocksPerPass = 64;
 
 } // namespace
 
-void AnchorScreen::append(int item) {
+void AnchorSketchIndex::append(int item) {
     const std::size_t lane = items_.size() % SketchBlock::width;
     if (lane == 0) blocks_.emplace_back();
     const PrintSketch& sketch = sketches_[static_cast<std::size_t>(item)];
@@ -22,8 +22,8 @@ void AnchorScreen::append(int item) {
     items_.push_back(item);
 }
 
-std::int64_t AnchorScreen::improve(std::span<std::optional<Neighbour>> best, int first, std::size_t begin,
-                                   float radius, const std::stop_token& stop) const {
+std::int64_t AnchorSketchIndex::improve(std::span<std::optional<Neighbour>> best, int first,
+                                        std::size_t begin, float radius, const std::stop_token& stop) const {
     std::int64_t distances = 0;
     for (std::size_t block = begin / SketchBlock::width; block < blocks_.size(); block += blocksPerPass) {
         const std::size_t blockEnd = std::min(block + blocksPerPass, blocks_.size());
@@ -36,9 +36,9 @@ std::int64_t AnchorScreen::improve(std::span<std::optional<Neighbour>> best, int
     return distances;
 }
 
-void AnchorScreen::improveTile(std::span<std::optional<Neighbour>> best, int first, std::size_t begin,
-                               std::size_t block, std::size_t blockEnd, float radius,
-                               std::int64_t& distances) const {
+void AnchorSketchIndex::improveTile(std::span<std::optional<Neighbour>> best, int first, std::size_t begin,
+                                    std::size_t block, std::size_t blockEnd, float radius,
+                                    std::int64_t& distances) const {
     std::array<const PrintSketch*, sketchTile> tile{};
     std::array<float, sketchTile> leastProducts{};
     for (std::size_t t = 0; t < sketchTile; ++t) {

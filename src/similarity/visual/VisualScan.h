@@ -6,7 +6,7 @@
 #include "platform/time/Clock.h"
 #include "similarity/SimilarityGroup.h"
 #include "similarity/SimilarityLevel.h"
-#include "similarity/visual/FeaturePrintService.h"
+#include "similarity/visual/VisualScanDependencies.h"
 
 #include <functional>
 #include <memory>
@@ -28,7 +28,7 @@ struct CachedFeaturePrint {
 /// By URL. A copy shares the prints.
 using FeaturePrintCache = std::unordered_map<files::FileUrl, CachedFeaturePrint>;
 
-struct VisionScanResult {
+struct VisualScanResult {
     std::vector<SimilarityGroup> groups; ///< of two photos and more, in the order of their anchors' paths
     FeaturePrintCache cache;             ///< exactly the photos of this run that have a print
     std::vector<std::string> failures;   ///< "name: reason" of each photo without a print, in path order
@@ -41,13 +41,13 @@ float featureRadius(SimilarityLevel level);
 
 /// Finds photos that look alike: the same scene shot twice, a burst, a slightly different framing. Stateless
 /// between runs; any thread.
-class VisionSimilarityEngine {
+class VisualScan {
 public:
     /// `fraction` is 0…1; `text` is to be shown as it is.
     using Progress = std::function<void(double fraction, std::string_view text)>;
 
-    VisionSimilarityEngine(FeaturePrintService service, files::FileSystem& system, time::Clock clock)
-        : service_(std::move(service)), system_(system), clock_(std::move(clock)) {}
+    VisualScan(VisualScanDependencies deps, files::FileSystem& system, time::Clock clock)
+        : deps_(std::move(deps)), system_(system), clock_(std::move(clock)) {}
 
     /// Groups photos around anchors, in the order of their paths, on tasks::threadCount(concurrency) threads.
     /// The result does not depend on the concurrency. Takes prints from `cache` where file and model are
@@ -55,14 +55,14 @@ public:
     /// counted. Holds 1.6 kB for each photo, beside its names.
     ///
     /// Throws tasks::Cancelled soon after a stop; FeaturePrintError `unsupported`, before any work, where the
-    /// service makes prints of another revision; VisionError `nothingAnalyzed` where there are photos and
-    /// none has a print; VisionError `corruptFile` where two prints have no distance.
-    VisionScanResult scan(std::vector<library::Photo> photos, SimilarityLevel level,
+    /// model makes prints of another revision; VisualScanError `nothingAnalyzed` where there are photos and
+    /// none has a print; VisualScanError `corruptFile` where two prints have no distance.
+    VisualScanResult scan(std::vector<library::Photo> photos, SimilarityLevel level,
                           const FeaturePrintCache& cache, int concurrency, const Progress& progress,
                           const std::stop_token& stop) const;
 
-    /// The print of one file. Throws VisionError `corruptFile` or `tooLittleDetail`, FeaturePrintError and
-    /// tasks::Cancelled.
+    /// The print of one file. Throws VisualScanError `corruptFile` or `tooLittleDetail`, FeaturePrintError
+    /// and tasks::Cancelled.
     FeaturePrint feature(const files::FileUrl& url, const std::stop_token& stop) const;
 
 private:
@@ -72,7 +72,7 @@ private:
     CachedFeaturePrint printed(const files::FileUrl& url, const FeaturePrintCache& cache,
                                const std::stop_token& stop) const;
 
-    FeaturePrintService service_;
+    VisualScanDependencies deps_;
     files::FileSystem& system_;
     time::Clock clock_;
 };

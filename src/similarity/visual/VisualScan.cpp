@@ -1,44 +1,37 @@
-#include "similarity/visual/VisionSimilarityEngine.h"
+#include "similarity/visual/VisualScan.h"
 
 #include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "platform/tasks/OrderedWorkers.h"
 #include "platform/tasks/ProgressThrottle.h"
 #include "similarity/PathOrder.h"
+#include "similarity/ProgressText.h"
 #include "similarity/visual/MatchedGroups.h"
 #include "similarity/visual/PhotoDetail.h"
 #include "similarity/visual/PrintMatching.h"
-#include "similarity/visual/VisionError.h"
+#include "similarity/visual/VisualScanError.h"
 
 #include <array>
 #include <optional>
 #include <utility>
 
 namespace lumisort::similarity {
-namespace {
-
-std::string counted(std::string_view verb, std::size_t done, std::size_t total) {
-    return std::string(verb) + " " + std::to_string(done) + " of " + std::to_string(total) + "…";
-}
-
-} // namespace
-
 float featureRadius(SimilarityLevel level) {
     constexpr std::array radii{0.64F, 0.75F, 0.855F};
     return radii[static_cast<std::size_t>(level)];
 }
 
 /// What became of one photo: a print, or the line that says why not.
-struct VisionSimilarityEngine::ExtractedFeature {
+struct VisualScan::ExtractedFeature {
     std::optional<CachedFeaturePrint> cached;
     std::string failure;
 };
 
-VisionScanResult VisionSimilarityEngine::scan(std::vector<library::Photo> photos, SimilarityLevel level,
-                                              const FeaturePrintCache& cache, int concurrency,
-                                              const Progress& progress, const std::stop_token& stop) const {
+VisualScanResult VisualScan::scan(std::vector<library::Photo> photos, SimilarityLevel level,
+                                  const FeaturePrintCache& cache, int concurrency, const Progress& progress,
+                                  const std::stop_token& stop) const {
     tasks::checkCancelled(stop);
-    if (service_.identity->revision != FeaturePrintModel::revision)
+    if (deps_.identity->revision != FeaturePrintModel::revision)
         throw FeaturePrintError(FeaturePrintFailure::unsupported,
                                 "This version of the image features is not supported.");
 
@@ -50,11 +43,11 @@ VisionScanResult VisionSimilarityEngine::scan(std::vector<library::Photo> photos
         [&](std::size_t completed) {
             if (throttle.due(completed, photos.size()))
                 progress(0.75 * static_cast<double>(completed) / static_cast<double>(photos.size()),
-                         counted("Analyzing", completed, photos.size()));
+                         progressText("Analyzing", completed, photos.size()));
         },
         stop);
 
-    VisionScanResult result;
+    VisualScanResult result;
     std::vector<library::Photo> items;
     std::vector<std::shared_ptr<const FeaturePrint>> prints;
     for (std::size_t index = 0; index < photos.size(); ++index) {
@@ -69,8 +62,8 @@ VisionScanResult VisionSimilarityEngine::scan(std::vector<library::Photo> photos
         }
     }
     if (items.empty() && !photos.empty())
-        throw VisionError(VisionFailure::nothingAnalyzed,
-                          "Vision could not analyze any photos. " + result.failures.front());
+        throw VisualScanError(VisualScanFailure::nothingAnalyzed,
+                              "Visual analysis could not analyze any photos. " + result.failures.front());
 
     progress(0.75, "Indexing visual features…");
     tasks::checkCancelled(stop);
@@ -81,30 +74,30 @@ VisionScanResult VisionSimilarityEngine::scan(std::vector<library::Photo> photos
             const auto grouped = static_cast<std::size_t>(done);
             if (throttle.due(grouped, items.size()))
                 progress(0.8 + 0.2 * static_cast<double>(done) / static_cast<double>(items.size()),
-                         counted("Grouping", grouped, items.size()));
+                         progressText("Grouping", grouped, items.size()));
         },
         stop);
     result.groups = matchedGroups(items, matches, stop);
     return result;
 }
 
-FeaturePrint VisionSimilarityEngine::feature(const files::FileUrl& url, const std::stop_token& stop) const {
+FeaturePrint VisualScan::feature(const files::FileUrl& url, const std::stop_token& stop) const {
     images::Bitmap photo;
     try {
-        photo = service_.picture(url, stop);
+        photo = deps_.picture(url, stop);
     } catch (const images::ImageError& error) {
-        throw VisionError(VisionFailure::corruptFile, error.what());
+        throw VisualScanError(VisualScanFailure::corruptFile, error.what());
     }
     if (photoDetail(photo) < leastDetail)
-        throw VisionError(VisionFailure::tooLittleDetail, "Too little image detail; use Exact Duplicates.");
-    const FeaturePrint print = service_.print(photo);
+        throw VisualScanError(VisualScanFailure::tooLittleDetail,
+                              "Too little image detail; use Exact Copies.");
+    const FeaturePrint print = deps_.print(photo);
     tasks::checkCancelled(stop);
     return print;
 }
 
-VisionSimilarityEngine::ExtractedFeature VisionSimilarityEngine::extract(const library::Photo& photo,
-                                                                         const FeaturePrintCache& cache,
-                                                                         const std::stop_token& stop) const {
+VisualScan::ExtractedFeature VisualScan::extract(const library::Photo& photo, const FeaturePrintCache& cache,
+                                                 const std::stop_token& stop) const {
     const auto failed = [&](const std::string& reason) {
         return ExtractedFeature{.cached = {}, .failure = std::string(photo.url.name()) + ": " + reason};
     };
@@ -112,29 +105,29 @@ VisionSimilarityEngine::ExtractedFeature VisionSimilarityEngine::extract(const l
         return {.cached = printed(photo.url, cache, stop), .failure = {}};
     } catch (const files::FileError& error) {
         return failed(error.description());
-    } catch (const VisionError& error) {
+    } catch (const VisualScanError& error) {
         return failed(error.what());
     } catch (const FeaturePrintError& error) {
         return failed(error.what());
     }
 }
 
-CachedFeaturePrint VisionSimilarityEngine::printed(const files::FileUrl& url, const FeaturePrintCache& cache,
-                                                   const std::stop_token& stop) const {
+CachedFeaturePrint VisualScan::printed(const files::FileUrl& url, const FeaturePrintCache& cache,
+                                       const std::stop_token& stop) const {
     tasks::checkCancelled(stop);
     CachedFeaturePrint result{.stamp = library::FingerprintStamp::read(system_, url),
                               .observation = {},
-                              .identity = service_.identity};
+                              .identity = deps_.identity};
     const auto cached = cache.find(url);
     if (cached != cache.end() && cached->second.stamp == result.stamp &&
-        *cached->second.identity == *service_.identity)
+        *cached->second.identity == *deps_.identity)
         result.observation = cached->second.observation;
     else
         result.observation = std::make_shared<const FeaturePrint>(feature(url, stop));
 
     tasks::checkCancelled(stop);
     if (library::FingerprintStamp::read(system_, url) != result.stamp)
-        throw VisionError(VisionFailure::fileChanged, "The file changed while it was analyzed.");
+        throw VisualScanError(VisualScanFailure::fileChanged, "The file changed while it was analyzed.");
     return result;
 }
 
