@@ -4,7 +4,7 @@ import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
-/// The page that the library's state calls for.
+/// The page of the library's window that is shown now.
 FocusScope {
     id: content
     required property LibraryWindow window

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Lumisort.Review
 import Lumisort.Ui
 
-/// A drive was plugged in that holds nothing of the library yet.
+/// The bar that offers to browse a newly connected drive.
 Rectangle {
     id: banner
     required property LibraryWindow window

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Lumisort.Ui
 
-/// In the middle of an empty page: what is missing and what to do about it.
+/// The centre of an empty page: what is missing, and the action that changes it.
 Item {
     id: panel
     property string iconName
@@ -10,7 +10,7 @@ Item {
     property string note
     property string hint
     property Command command: null
-    /// The command is not the way on, only a way out.
+    /// The action is secondary: it only cancels.
     property bool quiet: false
     property real progress: -1
 

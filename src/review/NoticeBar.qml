@@ -4,7 +4,7 @@ import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
-/// Something that the user may want to take back or should know; it forbids nothing.
+/// The bar with a warning, which can be undone, or a notice.
 Rectangle {
     id: bar
     required property LibraryWindow window

@@ -4,7 +4,7 @@ import Lumisort.Actions
 import Lumisort.Review
 import Lumisort.Ui
 
-/// What to do with the selected photos.
+/// The count of selected photos and their actions.
 RowLayout {
     id: bar
     required property LibraryWindow window

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Lumisort.Ui
 
-/// A section or a folder to go to.
+/// A row of the sidebar: a section or a folder.
 T.Button {
     id: row
     property string iconName

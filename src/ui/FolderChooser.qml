@@ -17,7 +17,7 @@ Loader {
     signal chosen(url folder)
 
     /// `folder` is a file URL, or "" for the place of the last time. Nothing happens while the chooser is open.
-    function choose(folder: string) {
+    function choose(folder) {
         if (opened || asking)
             return;
         startingAt = folder;

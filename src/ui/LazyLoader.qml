@@ -5,10 +5,16 @@ import QtQuick
 Loader {
     id: loader
     property bool wanted: false
-    /// Gets the keyboard when this loses it by being hidden.
+    /// Gets the keyboard when this is hidden while it has it: a hidden item would keep it.
     property Item successor: null
+    /// Had the keyboard when it was last wanted.
+    property bool held: false
 
     active: wanted || item
     visible: wanted
-    onActiveFocusChanged: if (!activeFocus && !wanted && successor) successor.forceActiveFocus(Qt.OtherFocusReason)
+    onActiveFocusChanged: if (wanted) held = activeFocus
+    onWantedChanged: {
+        if (!wanted && held && successor) successor.forceActiveFocus(Qt.OtherFocusReason);
+        held = false;
+    }
 }

@@ -234,6 +234,34 @@ TEST_F(MainViewTest, RemovesAFolderOnlyWhenItIsConfirmed) {
     EXPECT_TRUE(stage_.has(QStringLiteral("Add photos")));
 }
 
+TEST_F(MainViewTest, GivesTheKeyboardToThePhotosWhenABarGoes) {
+    show({"a.jpg", "b.jpg"});
+    window_->addFolders({QUrl(QStringLiteral("sftp://nas/photos"))});
+    stage_.settle();
+    stage_.item(QStringLiteral("Dismiss"))->forceActiveFocus(Qt::TabFocusReason);
+    stage_.key(Qt::Key_Return);
+    EXPECT_FALSE(stage_.has(QStringLiteral("Dismiss")));
+    stage_.key(Qt::Key_End);
+    EXPECT_EQ(window_->cursor()->position(), 1);
+
+    model_->selection().toggle(named(0));
+    stage_.settle();
+    stage_.item(QStringLiteral("Clear Choice"))->forceActiveFocus(Qt::TabFocusReason);
+    stage_.key(Qt::Key_Return);
+    EXPECT_THAT(selectedNames(), IsEmpty());
+    stage_.key(Qt::Key_Home);
+    EXPECT_EQ(window_->cursor()->position(), 0);
+}
+
+TEST_F(MainViewTest, OffersTheSettings) {
+    show({"a.jpg"});
+    int asked = 0;
+    QObject::connect(window_->actions()->of(ActionSet::Settings), &ui::Command::triggered, [&] { ++asked; });
+    stage_.click(QStringLiteral("Settings"));
+    stage_.key(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(asked, 2);
+}
+
 TEST_F(MainViewTest, NamesEverythingThatTakesInput) {
     show({"a.jpg"});
     EXPECT_THAT(stage_.nameless(), IsEmpty());

@@ -91,14 +91,6 @@ TEST_F(FolderSheetTest, KeepsBlanksInNames) {
     EXPECT_EQ(chosen(), QStringLiteral("Backup "));
 }
 
-TEST_F(FolderSheetTest, IsADialogWithAName) {
-    open();
-    EXPECT_TRUE(stage_.has(QStringLiteral("Add Folder")));
-    auto* item = stage_.item(QStringLiteral("Add Folder"));
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(item)->role(), QAccessible::Dialog);
-    stage_.key(Qt::Key_Escape);
-}
-
 TEST_F(FolderSheetTest, AHeldReturnKeyDoesNotRunOnIntoTheSheet) {
     QTest::keyPress(&stage_.window(), Qt::Key_Return);
     ASSERT_TRUE(test::QuickStage::until([&] { return focused() == QLatin1String("Folder"); }));

@@ -73,7 +73,7 @@ Sheet {
                 text: "Choose…"
                 enabled: !sheet.state.busy
                 reason: sheet.running
-                onClicked: chooser.choose(sheet.state.destinationUrl.toString())
+                onClicked: chooser.choose(sheet.state.destinationUrl)
             }
         }
         Toggle {

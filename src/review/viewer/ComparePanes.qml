@@ -37,11 +37,11 @@ Flickable {
 
     Connections {
         target: panes.state.actions.of(ActionSet.PreviousPhoto)
-        function onTriggered() { panes.focusActive(); }
+        function onTriggered() { Qt.callLater(panes.focusActive); } // once the state has followed
     }
     Connections {
         target: panes.state.actions.of(ActionSet.NextPhoto)
-        function onTriggered() { panes.focusActive(); }
+        function onTriggered() { Qt.callLater(panes.focusActive); } // once the state has followed
     }
 
     Row {

@@ -11,11 +11,11 @@ class QQuickWindow;
 
 namespace lumisort::review {
 
-/// The tiles of an original in the scene graph. Tiles that stay visible keep their textures. Render thread, while the
-/// main thread waits.
+/// The tiles of an original in the scene graph. Tiles that stay visible keep their textures. Render thread,
+/// while the main thread waits.
 ///
-/// An identity QSGTransformNode, not a plain QSGNode: Qt's software renderer passes position and clip to children
-/// added later only below transform and clip nodes.
+/// An identity QSGTransformNode, not a plain QSGNode: Qt's software renderer passes position and clip to
+/// children added later only below transform and clip nodes.
 class TilesNode : public QSGTransformNode {
 public:
     void show(QQuickWindow& window, const library::OriginalDecodeQueue::Original& original,

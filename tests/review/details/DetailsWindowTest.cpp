@@ -3,6 +3,7 @@
 #include "support/quick/QuickStage.h"
 #include "ui/ThumbnailProvider.h"
 
+#include <QAccessible>
 #include <QGuiApplication>
 
 void qml_register_types_Lumisort_Details();
@@ -87,9 +88,26 @@ TEST_F(DetailsWindowTest, TellsWhatIsKnownByNames) {
     settle();
     const auto names = stage_.names();
     for (const auto* each : {"a.jpg", "Rename", "Skip", "Dimensions", "6000 × 4000", "Size", "12.4 MB",
-                             "Format", "JPG", "Date Taken", "Location", "/p/a.jpg", "Show in File Manager"})
+                             "Format", "JPG", "Date Taken", "Location", "Show in File Manager"})
         EXPECT_TRUE(names.contains(QString::fromUtf8(each))) << each;
     EXPECT_EQ(stage_.nameless(), QStringList());
+}
+
+TEST_F(DetailsWindowTest, ReachesTheLocationByKeyboard) {
+    show("a.jpg");
+    const auto reached = [&] {
+        auto* item = stage_.window().activeFocusItem();
+        auto* face = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
+        return face ? face->text(QAccessible::Name).toStdString() : "";
+    };
+    std::vector<std::string> stops;
+    for (int i = 0; i < 3; ++i) {
+        stage_.key(Qt::Key_Tab);
+        stops.push_back(reached());
+    }
+    EXPECT_THAT(stops, testing::UnorderedElementsAre("Rename", "Location", "Show in File Manager"));
+    for (int i = 0; i < 3 && reached() != "Location"; ++i) stage_.key(Qt::Key_Tab);
+    EXPECT_EQ(stage_.window().activeFocusItem()->property("text"), QStringLiteral("/p/a.jpg"));
 }
 
 TEST_F(DetailsWindowTest, RenamesByEnter) {
