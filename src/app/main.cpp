@@ -53,6 +53,7 @@ int main(int argc, char** argv) {
     addFingerprintCommand(program, chosen);
     addOrganizeCommand(program, chosen);
     addLibraryCommand(program, chosen);
+    addCacheCommand(program, chosen);
     addFilmCommand(program, chosen);
     try {
         program.parse(argc, argv);

@@ -9,9 +9,13 @@
 #include <cstdint>
 #include <span>
 #include <stop_token>
+#include <string_view>
 
 namespace lumisort::similarity {
 
+/// Name and version of the algorithm below. Stored fingerprints are good only under the same name: whatever
+/// changes fingerprints of unchanged photos changes it.
+inline constexpr std::string_view fingerprintAlgorithm = "fingerprint 1";
 /// Longest side of the photo that a fingerprint is made from.
 inline constexpr int fingerprintThumbnailSidePixels = 256;
 /// Frequencies looked at along each side, the lowest of the canvas's 32.

@@ -55,6 +55,8 @@ struct Finished {
 
 class CommandLineTest : public testing::Test {
 protected:
+    void SetUp() override { setenv("XDG_CACHE_HOME", (folder_.path() / "cache").c_str(), 1); }
+
     pid_t start(const std::vector<std::string>& arguments, const std::string& program = LUMISORT_PROGRAM) {
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
@@ -176,6 +178,28 @@ TEST_F(CommandLineTest, MatchesExactCopies) {
     const auto near = run({"match", "--method", "near", "--json", photos()}).json();
     EXPECT_EQ(near["groups"].Size(), 0u);
     EXPECT_EQ(near["lowDetail"].GetInt(), 2); // one grey pixel
+}
+
+TEST_F(CommandLineTest, RemembersWhatMatchingComputedUnlessAskedNotTo) {
+    folder_.write("photos/a.png", tinyPng);
+    const auto values = [&] { return run({"cache", "status", "--json"}).json()["values"].GetInt(); };
+    const std::vector<std::string> match{"match", "--method", "near", photos()};
+    auto without = match;
+    without.emplace_back("--no-cache");
+    run(without);
+    EXPECT_FALSE(fs::exists(folder_.path() / "cache"));
+    run(match);
+    EXPECT_EQ(values(), 1);
+    EXPECT_EQ(run({"cache", "clear"}).out, "Removed: 1 value\n");
+    EXPECT_EQ(values(), 0);
+
+    const auto file = folder_.path() / "cache/lumisort/fingerprints.sqlite";
+    std::ofstream(file) << "no database, but something of the length of one page or so";
+    fs::remove(file.string() + "-wal");
+    const auto warned = run(match);
+    EXPECT_EQ(warned.status, 0);
+    EXPECT_THAT(warned.err, HasSubstr("fingerprints.sqlite” could not be read and is now"));
+    EXPECT_EQ(run(match).err, "");
 }
 
 TEST_F(CommandLineTest, FingerprintsWhatItCanAndNamesTheRest) {

@@ -32,6 +32,7 @@ void addMatchCommand(CLI::App& program, Command& chosen);
 void addFingerprintCommand(CLI::App& program, Command& chosen);
 void addOrganizeCommand(CLI::App& program, Command& chosen);
 void addLibraryCommand(CLI::App& program, Command& chosen);
+void addCacheCommand(CLI::App& program, Command& chosen);
 void addFilmCommand(CLI::App& program, Command& chosen);
 /// Below the command "film".
 void addFilmInspectCommand(CLI::App& film, Command& chosen);

@@ -22,6 +22,7 @@ struct MatchOptions {
     std::string level = "balanced";
     std::string contactSheet;
     bool json = false;
+    bool noCache = false;
 };
 
 template <class Names>
@@ -47,7 +48,8 @@ ExitStatus match(const MatchOptions& options, Surroundings& with) {
     const auto level = levelWords.find(options.level).value();
     const auto found = options.folders.empty() ? FoundPhotos{libraryContents(options.library, with).available}
                                                : scanFolders(folderArguments(options.folders), with);
-    const auto matches = findMatches(found.photos, method, level, with);
+    const auto matches = findMatches(found.photos, method, level,
+                                     options.noCache ? StoredValues::ignored : StoredValues::used, with);
     with.progress.clear();
     if (!options.contactSheet.empty()) writeContactSheet(options, matches, with);
     if (options.json)
@@ -75,6 +77,8 @@ void addMatchCommand(CLI::App& program, Command& chosen) {
     command->add_option("--contact-sheet", options->contactSheet,
                         "Write the groups with thumbnails into this HTML page");
     command->add_flag("--json", options->json, "Print JSON");
+    command->add_flag("--no-cache", options->noCache,
+                      "Neither use what earlier runs computed nor store what this one does (near, visual)");
     command->callback(
         [options, &chosen] { chosen = [options](Surroundings& with) { return match(*options, with); }; });
 }

@@ -3,6 +3,7 @@
 #include "app/commandline/Json.h"
 #include "app/commandline/Text.h"
 #include "platform/text/ByteCount.h"
+#include "similarity/database/StoredCaches.h"
 
 namespace lumisort::app {
 
@@ -40,12 +41,23 @@ bool Matches::failed() const {
 }
 
 Matches findMatches(const std::vector<library::Photo>& photos, similarity::SimilarityMethod method,
-                    similarity::SimilarityLevel level, Surroundings& with) {
+                    similarity::SimilarityLevel level, StoredValues storedValues, Surroundings& with) {
     if (method == similarity::SimilarityMethod::exact) with.progress.show(-1, "Comparing files…");
-    return {method, similarity::findMatches(
-                        photos, method, level, {},
-                        [&](double fraction, std::string_view text) { with.progress.show(fraction, text); },
-                        with.stop)};
+    const auto progress = [&](double fraction, std::string_view text) { with.progress.show(fraction, text); };
+    similarity::MatchCaches known;
+    if (storedValues == StoredValues::ignored || method == similarity::SimilarityMethod::exact)
+        return {.method = method,
+                .result = similarity::findMatches(photos, method, level, known, progress, with.stop)};
+    similarity::StoredCaches stored;
+    Matches matches{.method = method,
+                    .result =
+                        similarity::findMatches(stored, photos, method, level, known, progress, with.stop)};
+    stored.flush();
+    if (const auto problem = stored.problem(); !problem.empty()) {
+        with.progress.clear();
+        with.notes << problem << '\n';
+    }
+    return matches;
 }
 
 void printText(const Matches& matches, std::ostream& out) {

@@ -18,9 +18,12 @@ struct Matches {
     bool failed() const;
 };
 
+/// What a search may use of earlier runs, and leave for later ones.
+enum class StoredValues { used, ignored };
+
 /// Searches `photos`, showing progress. Throws as similarity::findMatches.
 Matches findMatches(const std::vector<library::Photo>& photos, similarity::SimilarityMethod method,
-                    similarity::SimilarityLevel level, Surroundings& with);
+                    similarity::SimilarityLevel level, StoredValues storedValues, Surroundings& with);
 
 /// One block a group, the anchor first, then a summary.
 void printText(const Matches& matches, std::ostream& out);

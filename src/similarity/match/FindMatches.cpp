@@ -3,7 +3,7 @@
 #include "platform/images/Decoder.h"
 #include "similarity/ExactCopies.h"
 #include "similarity/ProgressText.h"
-#include "similarity/featureprint/FeaturePrintModel.h"
+#include "similarity/match/SharedModel.h"
 
 #include <algorithm>
 #include <utility>
@@ -37,8 +37,7 @@ MatchResult findNearDuplicates(const Photos& photos, SimilarityLevel level, cons
 
 MatchResult findVisual(const Photos& photos, SimilarityLevel level, const FeaturePrintCache& known,
                        const MatchProgress& progress, const std::stop_token& stop) {
-    static const auto model = std::make_shared<const FeaturePrintModel>(); // tens of megabytes, read once
-    const VisualScan scan(VisualScanDependencies::of(model), files::FileSystem::real(),
+    const VisualScan scan(VisualScanDependencies::of(sharedFeaturePrintModel()), files::FileSystem::real(),
                           time::Clock::system());
     auto scanned = scan.scan(photos, level, known, images::mostDecodesAtOnce, progress, stop);
     return {.groups = std::move(scanned.groups),

@@ -30,6 +30,9 @@ struct MatchResult {
     std::size_t lowDetail = 0;         ///< nearDuplicates: photos too plain to be compared
     std::vector<std::string> failures; ///< visual: "name: reason" of each photo without a print
     MatchCaches caches;                ///< the photos of this search and no others
+    /// Why the database of what earlier runs computed is not used, or what was moved aside: one line that
+    /// names the file; "" without.
+    std::string storageProblem;
 };
 
 /// `fraction` is 0…1; `text` is to be shown as it is. Called on the thread that searches, at most about ten
