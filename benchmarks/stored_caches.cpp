@@ -52,8 +52,8 @@ Search search(const std::string& database, const std::vector<library::Photo>& ph
     StoredCaches stored(database);
     MatchCaches known;
     const auto start = std::chrono::steady_clock::now();
-    const auto result = findMatches(stored, photos, method, SimilarityLevel::balanced, known,
-                                    [](double, std::string_view) {}, {});
+    const auto result = stored.findMatches(photos, method, SimilarityLevel::balanced, known,
+                                           [](double, std::string_view) {}, {});
     Search done{.seconds = secondsSince(start), .groups = result.groups.size()};
     stored.flush();
     done.writtenAfter = secondsSince(start) - done.seconds;

@@ -24,7 +24,7 @@ LibraryModel::LibraryModel(FileUrl document, std::optional<library::LibraryConte
       drives_(library_, availability_, with_.volumes),
       folderImport_(library_, task_, reports_, runner_, with_),
       marking_(library_, reports_, runner_, with_.system), selection_(library_),
-      matches_(library_, availability_, task_, reports_, runner_, with_.engines) {
+      matches_(library_, availability_, task_, reports_, runner_, with_.findMatches) {
     connect(&matches_, &MatchSearch::started, &selection_, &Selection::clear);
     connect(&library_, &Library::marksChanged, &document_, &LibraryDocument::save);
     connect(&folderImport_, &FolderImport::imported, this, [this] {

@@ -9,23 +9,14 @@ namespace lumisort::model {
 using library::Photo;
 using similarity::SimilarityGroup;
 
-/// What a scan returns; the fields of the other methods are empty.
+/// What a scan returns.
 struct MatchSearch::Found {
     MatchSummary summary;
     Groups groups;
-    similarity::FingerprintCache fingerprints;
-    similarity::FeaturePrintCache prints;
+    std::string storageProblem;
 };
 
 namespace {
-
-constexpr int scanWorkers = 4;
-
-std::string nearProgressText(std::size_t completed, std::size_t total) {
-    return completed == total
-               ? "Grouping matches…"
-               : "Analyzing " + std::to_string(completed) + " of " + std::to_string(total) + "…";
-}
 
 bool isCancellation(const std::exception_ptr& failure) {
     try {
@@ -40,9 +31,9 @@ bool isCancellation(const std::exception_ptr& failure) {
 } // namespace
 
 MatchSearch::MatchSearch(Library& library, Availability& availability, ExclusiveTask& task, Reports& reports,
-                         const TaskRunner& runner, SimilarityEngines engines)
+                         const TaskRunner& runner, MatchEngine engine)
     : library_(library), availability_(availability), task_(task), reports_(reports), runner_(runner),
-      engines_(std::move(engines)) {
+      engine_(std::move(engine)) {
     connect(&library, &Library::filesChanged, this, &MatchSearch::dropOutdated);
     connect(&library, &Library::folderRemoved, this, &MatchSearch::dropOutdated);
     connect(&library, &Library::renamed, this, &MatchSearch::follow);
@@ -86,42 +77,25 @@ QCoro::Task<MatchOutcome> MatchSearch::scan(ExclusiveTask::Hold hold) {
             if (self) self->showProgress(scan, fraction, text);
         });
     };
-    auto job = [engines = engines_, report, stop, all = library_.state().sharedPhotos(),
-                rows = library_.state().readableRows(), method = method_, level = level_,
-                caches = std::shared_ptr<const Caches>(caches_)] {
+    auto job = [engine = engine_, report, stop, all = library_.state().sharedPhotos(),
+                rows = library_.state().readableRows(), method = method_, level = level_, caches = caches_] {
         std::vector<Photo> photos;
         photos.reserve(rows.size());
         for (const PhotoRow row : rows) photos.push_back((*all)[row]);
-
-        Found found{.summary = {.method = method}};
-        if (method == SimilarityMethod::exact) {
-            auto [copies, failed] = engines.exact(photos, stop);
-            for (auto& group : copies) {
-                const auto anchor = group.front();
-                found.groups.push_back({.anchor = anchor, .photos = std::move(group)});
-            }
-            found.summary.unreadable = failed;
-        } else if (method == SimilarityMethod::nearDuplicates) {
-            const auto progress = [&report](std::size_t completed, std::size_t total) {
-                report(static_cast<double>(completed) / static_cast<double>(std::max<std::size_t>(total, 1)),
-                       nearProgressText(completed, total));
-            };
-            auto result = engines.near(photos, level, caches->fingerprints, scanWorkers, progress, stop);
-            found.groups = std::move(result.groups);
-            found.summary.unreadable = result.unreadable;
-            found.summary.lowDetail = result.lowDetail;
-            found.fingerprints = std::move(result.cache);
-        } else {
-            const auto progress = [&report](double fraction, std::string_view text) {
-                report(fraction, std::string(text));
-            };
-            auto result = engines.visual(photos, level, caches->prints, scanWorkers, progress, stop);
-            found.groups = std::move(result.groups);
-            found.summary.failures = std::move(result.failures);
-            found.prints = std::move(result.cache);
-        }
-        found.summary.groups = found.groups.size();
-        return found;
+        auto result = engine(
+            photos, method, level, *caches,
+            [&](double fraction, std::string_view text) { report(fraction, std::string(text)); }, stop);
+        // Here, not on the main thread: freeing the entries of a large library takes a while.
+        if (method == SimilarityMethod::nearDuplicates)
+            caches->fingerprints = std::move(result.caches.fingerprints);
+        if (method == SimilarityMethod::visual) caches->prints = std::move(result.caches.prints);
+        return Found{.summary = {.method = method,
+                                 .groups = result.groups.size(),
+                                 .unreadable = result.unreadable,
+                                 .lowDetail = result.lowDetail,
+                                 .failures = std::move(result.failures)},
+                     .groups = std::move(result.groups),
+                     .storageProblem = std::move(result.storageProblem)};
     };
     auto found = co_await runner_.run(std::move(job));
 
@@ -141,9 +115,9 @@ MatchOutcome MatchSearch::apply(Outcome<Found> found) {
         return MatchFailed{describe(found.error())};
     }
     groups_ = std::make_shared<const Groups>(std::move(found->groups));
-    if (found->summary.method == SimilarityMethod::nearDuplicates)
-        caches_->fingerprints = std::move(found->fingerprints);
-    if (found->summary.method == SimilarityMethod::visual) caches_->prints = std::move(found->prints);
+    if (std::exchange(storageProblem_, found->storageProblem) != found->storageProblem &&
+        !storageProblem_.empty())
+        reports_.add(StorageProblem{storageProblem_});
     for (const auto& line : found->summary.failures) failures_ << QString::fromUtf8(line);
     complete_ = true;
     return std::move(found->summary);

@@ -2,7 +2,7 @@
 
 #include "model/Availability.h"
 #include "model/ExclusiveTask.h"
-#include "model/SimilarityEngines.h"
+#include "model/MatchEngine.h"
 #include "model/SimilarityMethod.h"
 
 #include <QStringList>
@@ -29,7 +29,7 @@ public:
     using Groups = std::vector<similarity::SimilarityGroup>;
 
     MatchSearch(Library& library, Availability& availability, ExclusiveTask& task, Reports& reports,
-                const TaskRunner& runner, SimilarityEngines engines);
+                const TaskRunner& runner, MatchEngine engine);
     ~MatchSearch() override;
 
     /// Asks for a look at the files and scans the photos that can be read, as they are known now. Nothing
@@ -64,12 +64,6 @@ Q_SIGNALS:
 
 private:
     struct Found;
-    /// Shared with the scan that runs, which reads it; while one runs nobody writes.
-    struct Caches {
-        similarity::FingerprintCache fingerprints;
-        similarity::FeaturePrintCache prints;
-    };
-
     QCoro::Task<MatchOutcome> scan(ExclusiveTask::Hold hold);
     MatchOutcome apply(Outcome<Found> found);
     void showProgress(std::uint64_t scan, double fraction, const std::string& text);
@@ -82,7 +76,7 @@ private:
     ExclusiveTask& task_;
     Reports& reports_;
     const TaskRunner& runner_;
-    const SimilarityEngines engines_;
+    const MatchEngine engine_;
     SimilarityMethod method_ = SimilarityMethod::visual;
     similarity::SimilarityLevel level_ = similarity::SimilarityLevel::balanced;
     std::shared_ptr<const Groups> groups_ = std::make_shared<const Groups>();
@@ -91,7 +85,9 @@ private:
     double progress_ = 0;
     std::uint64_t scan_ = 0; ///< the latest scan; progress of an older one is dropped
     std::stop_source stop_;  ///< of the latest scan
-    std::shared_ptr<Caches> caches_ = std::make_shared<Caches>(); ///< entries carry the stamp of their file
+    /// Entries carry the stamp of their file. The scan that runs has it to itself.
+    std::shared_ptr<similarity::MatchCaches> caches_ = std::make_shared<similarity::MatchCaches>();
+    std::string storageProblem_; ///< the latest reported one
 };
 
 } // namespace lumisort::model

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/FolderScan.h"
-#include "model/SimilarityEngines.h"
+#include "model/MatchEngine.h"
 #include "model/TaskRunner.h"
 #include "platform/files/FileSystem.h"
 #include "platform/time/Clock.h"
@@ -27,7 +27,7 @@ struct ModelSurroundings {
     std::function<library::FolderScan(const files::FileUrl&, const library::ScanProgress&,
                                       const std::stop_token&)>
         scan = std::bind_front(library::scanFolder, std::ref(files::FileSystem::real()));
-    SimilarityEngines engines = SimilarityEngines::real();
+    MatchEngine findMatches = similarity::findMatches;
 
     static void afterOnTimer(std::chrono::milliseconds delay, QObject* context,
                              std::function<void()> function);

@@ -82,6 +82,11 @@ struct MatchSummary {
     std::vector<std::string> failures; ///< "name: reason" of each photo that could not be analysed
 };
 
+/// The database of what earlier searches computed is not used; searches only take longer.
+struct StorageProblem {
+    std::string line; ///< to be shown as it is
+};
+
 struct MatchCancelled {};
 
 struct MatchFailed {
@@ -91,6 +96,6 @@ struct MatchFailed {
 using Report = std::variant<LibraryRestored, NothingToRestore, RestoreFailed, DocumentsKept, SaveFailed,
                             FolderScanStarted, FolderScanProgress, ImportSummary, FolderRemoved, Stopping,
                             AvailabilitySummary, MarkSummary, PhotoRenamed, MatchStarted, MatchProgress,
-                            MatchSummary, MatchCancelled, MatchFailed>;
+                            MatchSummary, StorageProblem, MatchCancelled, MatchFailed>;
 
 } // namespace lumisort::model

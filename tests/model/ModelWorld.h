@@ -37,7 +37,7 @@ protected:
             if (scanned_.photos.size() >= 100) progress(100);
             return scanned_;
         };
-        with.engines = engines_;
+        with.findMatches = findMatches_;
         return with;
     }
 
@@ -111,7 +111,7 @@ protected:
     std::deque<std::function<void()>> jobs_;
     std::vector<std::function<void()>> timers_;
     library::FolderScan scanned_;
-    SimilarityEngines engines_ = SimilarityEngines::real();
+    MatchEngine findMatches_ = similarity::findMatches;
 
 private:
     std::vector<std::string> reports_;

@@ -14,20 +14,24 @@ namespace {
 class SimilarityTest : public ModelWorld {
 protected:
     SimilarityTest() {
-        engines_.near = [this](const auto& photos, auto, const auto& cache, int, const auto& progress,
-                               const auto&) {
-            cacheSeen_ = cache.size();
-            for (std::size_t i = 1; i <= photos.size(); ++i) progress(i, photos.size());
+        findMatches_ = [this](const auto& photos, auto, auto, auto& known, const auto& progress,
+                              const auto&) {
+            cacheSeen_ = known.fingerprints.size();
+            progress(0.5, "Analyzing…");
+            progress(1, "Grouping matches…");
             if (failure_) std::rethrow_exception(failure_);
-            similarity::SimilarityResult result{
-                .groups = {{photos[0], photos, {}}}, .unreadable = 2, .lowDetail = 5};
-            for (const auto& photo : photos) result.cache[photo.url];
+            similarity::MatchResult result{.groups = {{photos[0], photos, {}}},
+                                           .unreadable = 2,
+                                           .lowDetail = 5,
+                                           .storageProblem = storageProblem_};
+            for (const auto& photo : photos) result.caches.fingerprints[photo.url];
             return result;
         };
     }
 
     std::exception_ptr failure_;
     std::size_t cacheSeen_ = 0;
+    std::string storageProblem_;
 };
 
 } // namespace
@@ -43,8 +47,8 @@ TEST_F(SimilarityTest, RunsAndShowsWhatWasFound) {
     EXPECT_TRUE(model->matches().running());
     EXPECT_THAT(model->selection().selected(), IsEmpty());
     settle();
-    EXPECT_THAT(reported(), ElementsAre("analyzing", "Analyzing 1 of 3…", "Analyzing 2 of 3…",
-                                        "Grouping matches…", "Near Duplicates 1 2 5 0"));
+    EXPECT_THAT(reported(),
+                ElementsAre("analyzing", "Analyzing…", "Grouping matches…", "Near Duplicates 1 2 5 0"));
     EXPECT_THAT(model->matches().groups(), SizeIs(1));
     EXPECT_TRUE(model->matches().complete());
     EXPECT_FALSE(model->task().busy());
@@ -104,8 +108,8 @@ TEST_F(SimilarityTest, AFailedScanSaysWhy) {
 }
 
 TEST_F(SimilarityTest, ExactCopiesReportsNoProgressAndNoEmptyParts) {
-    engines_.exact = [](const auto& photos, const auto&) {
-        return similarity::ExactCopies{.groups = {{photos[1], photos[0]}}, .failed = 0};
+    findMatches_ = [](const auto& photos, auto, auto, auto&, const auto&, const auto&) {
+        return similarity::MatchResult{.groups = {{photos[1], {photos[1], photos[0]}, {}}}};
     };
     const auto session = libraryOf({"a.jpg", "b.jpg"});
     const auto model = this->model(session);
@@ -142,6 +146,16 @@ TEST_F(SimilarityTest, AChangedFileEndsTheGroupsAndNoFingerprint) {
     model->matches().find();
     settle();
     EXPECT_EQ(cacheSeen_, 2u);
+}
+
+TEST_F(SimilarityTest, AnUnusableDatabaseIsSaidOnce) {
+    const auto model = this->model(libraryOf({"a.jpg", "b.jpg"}));
+    storageProblem_ = "“x.sqlite” is not used.";
+    for (const int times : {1, 0}) {
+        model->matches().find();
+        settle();
+        EXPECT_THAT(reported(), Contains(storageProblem_).Times(times));
+    }
 }
 
 TEST_F(SimilarityTest, NobodySeesGroupsThatAreGone) {

@@ -44,13 +44,13 @@ protected:
             for (std::size_t found = 100; found < 1000; found += 100) progress(found);
             return library::FolderScan{photosIn(folder, photosPerFolder), 1};
         };
-        with.engines.near = [](const auto& photos, auto, const auto& cache, int, const auto& progress,
-                               const auto& stop) {
-            similarity::SimilarityResult result{.groups = {{photos[0], photos, {}}}, .cache = cache};
+        with.findMatches = [](const auto& photos, auto, auto, auto& known, const auto& progress,
+                              const auto& stop) {
+            similarity::MatchResult result{.groups = {{photos[0], photos, {}}}, .caches = known};
             for (std::size_t i = 1; i <= photos.size(); ++i) {
                 tasks::checkCancelled(stop);
-                result.cache[photos[i - 1].url];
-                progress(i, photos.size());
+                result.caches.fingerprints[photos[i - 1].url];
+                progress(static_cast<double>(i) / static_cast<double>(photos.size()), "Analyzing…");
             }
             return result;
         };

@@ -9,8 +9,8 @@ namespace lumisort::review {
 class ReviewWorld : public model::ModelWorld {
 protected:
     ReviewWorld() {
-        engines_.visual = [this](const auto&, auto, const auto&, int, const auto&, const auto&) {
-            return similarity::VisualScanResult{.groups = groups_};
+        findMatches_ = [this](const auto&, auto, auto, auto&, const auto&, const auto&) {
+            return similarity::MatchResult{.groups = groups_};
         };
     }
 

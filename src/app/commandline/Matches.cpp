@@ -50,8 +50,7 @@ Matches findMatches(const std::vector<library::Photo>& photos, similarity::Simil
                 .result = similarity::findMatches(photos, method, level, known, progress, with.stop)};
     similarity::StoredCaches stored;
     Matches matches{.method = method,
-                    .result =
-                        similarity::findMatches(stored, photos, method, level, known, progress, with.stop)};
+                    .result = stored.findMatches(photos, method, level, known, progress, with.stop)};
     stored.flush();
     if (const auto problem = stored.problem(); !problem.empty()) {
         with.progress.clear();

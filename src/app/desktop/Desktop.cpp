@@ -34,7 +34,7 @@ void startOverInSoftware() {
 } // namespace
 
 Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
-    : document_(document), model_(document), library_(model_), compare_(model_, *library_.marks()),
+    : document_(document), model_(document, {}, {.findMatches = model::engineWithStoredCaches()}), library_(model_), compare_(model_, *library_.marks()),
       films_(files::FileSystem::real(), document), filmBatch_(films_), lifecycle_(std::move(exit)),
       devices_([this] { model_.drives().update(); }, {.mountDescriptor = mounts_.number()}),
       fullscreen_(model_, *library_.marks(), engine_), details_(model_, engine_), editors_(films_, engine_) {

@@ -46,6 +46,16 @@ bool holds(const Cache& cache, const typename Cache::value_type& entry) {
 
 StoredCaches::StoredCaches(std::string file) : database_(std::move(file)) {}
 
+MatchResult StoredCaches::findMatches(const std::vector<library::Photo>& photos, SimilarityMethod method,
+                                      SimilarityLevel level, MatchCaches& known,
+                                      const MatchProgress& progress, const std::stop_token& stop) {
+    load(known, photos, method, stop);
+    auto result = similarity::findMatches(photos, method, level, known, progress, stop);
+    store(result.caches, known);
+    result.storageProblem = problem();
+    return result;
+}
+
 void StoredCaches::load(MatchCaches& known, const std::vector<library::Photo>& photos,
                         SimilarityMethod method, const std::stop_token& stop) {
     if (method == SimilarityMethod::nearDuplicates) {
@@ -96,16 +106,6 @@ void StoredCaches::write(std::string algorithm, std::vector<StoredValue> values)
                 database_.write(algorithm, batch);
             });
     }
-}
-
-MatchResult findMatches(StoredCaches& stored, const std::vector<library::Photo>& photos,
-                        SimilarityMethod method, SimilarityLevel level, MatchCaches& known,
-                        const MatchProgress& progress, const std::stop_token& stop) {
-    stored.load(known, photos, method, stop);
-    auto result = findMatches(photos, method, level, known, progress, stop);
-    stored.store(result.caches, known);
-    result.storageProblem = stored.problem();
-    return result;
 }
 
 } // namespace lumisort::similarity

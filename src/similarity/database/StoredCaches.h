@@ -13,6 +13,12 @@ class StoredCaches {
 public:
     explicit StoredCaches(std::string file = FingerprintDatabase::defaultFile());
 
+    /// similarity::findMatches with the values that earlier runs stored; stores what this one computes.
+    /// `known` gets what was read, also where the search is stopped later.
+    MatchResult findMatches(const std::vector<library::Photo>& photos, SimilarityMethod method,
+                            SimilarityLevel level, MatchCaches& known, const MatchProgress& progress,
+                            const std::stop_token& stop);
+
     /// Adds to `known` the stored values of those `photos` that have none there yet, for the method. Blocks
     /// while it reads. Throws tasks::Cancelled, and FeaturePrintError where the network's weights cannot be
     /// read.
@@ -33,11 +39,5 @@ private:
     FingerprintDatabase database_;
     tasks::SerialExecutor writer_; ///< last: its jobs use the database
 };
-
-/// findMatches with the values that earlier runs stored; stores what this one computes. `known` gets what was
-/// read, also where the search is stopped later.
-MatchResult findMatches(StoredCaches& stored, const std::vector<library::Photo>& photos,
-                        SimilarityMethod method, SimilarityLevel level, MatchCaches& known,
-                        const MatchProgress& progress, const std::stop_token& stop);
 
 } // namespace lumisort::similarity

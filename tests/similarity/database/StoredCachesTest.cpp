@@ -44,7 +44,7 @@ struct StoredCachesTest : testing::Test {
         photos.push_back({.url = files::FileUrl::fromPath(pathOf(number)), .date = {}});
     }
     MatchResult search(StoredCaches& stored, SimilarityMethod method, MatchCaches&& known = {}) {
-        return findMatches(stored, photos, method, SimilarityLevel::balanced, known, silent, {});
+        return stored.findMatches(photos, method, SimilarityLevel::balanced, known, silent, {});
     }
     library::FingerprintStamp stampOf(int number) const {
         return library::FingerprintStamp::read(files::FileSystem::real(), photos[number].url);
