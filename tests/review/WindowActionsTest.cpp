@@ -1,5 +1,6 @@
 #include "ReviewWorld.h"
 
+#include <QSignalSpy>
 #include <set>
 
 namespace lumisort::review {
@@ -46,13 +47,17 @@ TEST_F(WindowActionsTest, FollowWhatIsThereAndSelected) {
     EXPECT_EQ(enabled(), selected_);
     EXPECT_EQ(action(ActionSet::Film).reason(), "Select a RAW photo for Film");
     model_->selection().toggle(named(1));
-    EXPECT_EQ(enabled(), with(selected_, {"Compare Ctrl+E"}));
+    const auto* exportFilm = "Export Film… Ctrl+Shift+E"; // of the RAW photos among them
+    EXPECT_EQ(enabled(), with(selected_, {"Compare Ctrl+E", exportFilm}));
     model_->selection().toggle(named(2));
-    EXPECT_EQ(enabled(), selected_) << "three are not two";
+    EXPECT_EQ(enabled(), with(selected_, {exportFilm})) << "three are not two";
     trigger(ActionSet::ClearChoice);
     EXPECT_THAT(selectedNames(), IsEmpty());
     model_->selection().toggle(named(1));
-    EXPECT_NE(action(ActionSet::Film).reason(), "Select a RAW photo for Film");
+    EXPECT_EQ(action(ActionSet::Film).reason(), "");
+    QSignalSpy wanted(window_->state(), &WindowState::filmWanted);
+    trigger(ActionSet::Film);
+    EXPECT_EQ(wanted.size(), 1);
 }
 
 TEST_F(WindowActionsTest, MarkThePickedAndTakeItBack) {
