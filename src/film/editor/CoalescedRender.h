@@ -61,7 +61,9 @@ private:
             QElapsedTimer clock;
             clock.start();
             try {
-                picture = co_await state->render(*request, stop);
+                auto rendering =
+                    state->render(*request, stop); // named: g++ 12 loses temporaries across co_await
+                picture = co_await rendering;
             } catch (...) {
             }
             if (!stop.stop_requested() && !picture.isNull())

@@ -68,7 +68,8 @@ QCoro::Task<> FilmBatch::exportAll(files::FileUrl folder, std::stop_token stop) 
         Q_EMIT changed();
         QString failure;
         try {
-            co_await exportOne(photo, folder, stop);
+            auto exporting = exportOne(photo, folder, stop);
+            co_await exporting;
         } catch (const tasks::Cancelled&) {
         } catch (const std::exception& error) {
             failure = QString::fromUtf8(error.what());
@@ -79,7 +80,8 @@ QCoro::Task<> FilmBatch::exportAll(files::FileUrl folder, std::stop_token stop) 
         ++finished_;
     }
     const auto exported = finished_ - failures_.size();
-    summary_ = exported == 1 ? QStringLiteral("1 photo exported") : QStringLiteral("%1 photos exported").arg(exported);
+    summary_ = exported == 1 ? QStringLiteral("1 photo exported")
+                             : QStringLiteral("%1 photos exported").arg(exported);
     if (!failures_.isEmpty()) summary_ += QStringLiteral(" · %1 failed").arg(failures_.size());
     if (stop.stop_requested()) summary_ += QStringLiteral(" · cancelled");
     running_ = false;
@@ -88,12 +90,15 @@ QCoro::Task<> FilmBatch::exportAll(files::FileUrl folder, std::stop_token stop) 
 
 QCoro::Task<> FilmBatch::exportOne(files::FileUrl photo, files::FileUrl folder, std::stop_token stop) {
     auto& services = services_;
-    const auto snapshot = co_await services.load(photo);
+    auto loading = services.load(photo);
+    const auto snapshot = co_await loading;
     if (snapshot.persistenceWarning) throw std::runtime_error(*snapshot.persistenceWarning);
     for (int number = 1;; ++number) {
         tasks::checkCancelled(stop);
         try {
-            co_await services.exportTiff(photo, snapshot.settings, folder.child(exportName(photo, number)), stop);
+            auto exporting =
+                services.exportTiff(photo, snapshot.settings, folder.child(exportName(photo, number)), stop);
+            co_await exporting;
             co_return;
         } catch (const FilmRenderError& error) {
             if (error.problem() != FilmRenderProblem::outputExists || number == mostNumbers) throw;

@@ -67,7 +67,9 @@ QUrl FilmEditorModel::destination(const QUrl& folder, const QString& name) const
     return QUrl(QString::fromStdString(url->child(full.toStdString()).string()));
 }
 
-// A coroutine below reads members only after it made sure that the model is still there and open.
+// g++ 12 loses temporaries of an expression with co_await when the coroutine is suspended in it, so what is
+// awaited has a name. A coroutine below reads members only after it made sure that the model is still there
+// and open.
 
 void FilmEditorModel::start() {
     if (loading_ || closed_) return;
@@ -80,7 +82,8 @@ QCoro::Task<> FilmEditorModel::load(quint64 revision) {
     const auto stop = loadStop_.get_token();
     const auto current = [&] { return self && !closed_ && !stop.stop_requested() && revision == revision_; };
     try {
-        const auto snapshot = co_await services_.load(photo_);
+        auto loading = services_.load(photo_);
+        const auto snapshot = co_await loading;
         if (!current()) co_return;
         settings_ = snapshot.settings;
         sourceStamp_ = snapshot.stamp;
@@ -142,8 +145,9 @@ void FilmEditorModel::requestPreview(Persist persist) {
 }
 
 QCoro::Task<> FilmEditorModel::requireUnchanged(library::FingerprintStamp expected) {
-    if (co_await services_.stamp(photo_) != expected)
-        throw FilmEditStoreError(FilmEditStoreError::Kind::sourceChanged);
+    auto reading = services_.stamp(photo_);
+    const auto stamp = co_await reading;
+    if (stamp != expected) throw FilmEditStoreError(FilmEditStoreError::Kind::sourceChanged);
 }
 
 QCoro::Task<> FilmEditorModel::save(const Request& request, std::function<bool()> isCurrent,
@@ -151,7 +155,8 @@ QCoro::Task<> FilmEditorModel::save(const Request& request, std::function<bool()
     const QPointer<FilmEditorModel> self(this);
     if (!canPersist_) co_return;
     try {
-        co_await services_.save(request.settings, photo_, request.stamp);
+        auto saving = services_.save(request.settings, photo_, request.stamp);
+        co_await saving;
         if (self) saved();
     } catch (const FilmEditStoreError& error) {
         if (error.kind() == FilmEditStoreError::Kind::sourceChanged || !isCurrent()) throw;
@@ -170,18 +175,26 @@ QCoro::Task<> FilmEditorModel::renderPreview(Request request, Persist persist) {
         return self && !closed_ && !request.stop.stop_requested() && request.revision == revision_;
     };
     try {
-        co_await sleep_(debounce);
+        auto sleeping = sleep_(debounce);
+        co_await sleeping;
         if (!current()) co_return;
-        co_await requireUnchanged(request.stamp);
+        auto unchanged = requireUnchanged(request.stamp);
+        co_await unchanged;
         if (!current()) co_return;
-        if (persist == Persist::yes)
-            co_await save(request, current, [&] {
+        if (persist == Persist::yes) {
+            const std::function<bool()> isCurrent = current;
+            const std::function<void()> saved = [&] {
                 if (request.revision == revision_) dirty_ = false;
-            });
+            };
+            auto saving = save(request, isCurrent, saved);
+            co_await saving;
+        }
         if (!current()) co_return;
-        auto preview = co_await services_.preview(photo_, request.settings, request.stop);
+        auto rendering = services_.preview(photo_, request.settings, request.stop);
+        auto preview = co_await rendering;
         if (!current()) co_return;
-        co_await requireUnchanged(request.stamp);
+        auto stillUnchanged = requireUnchanged(request.stamp);
+        co_await stillUnchanged;
         if (!current()) co_return;
         preview_ = std::move(preview);
         previewSettings_ = request.settings;
@@ -259,11 +272,16 @@ QCoro::Task<> FilmEditorModel::writeExport(Request request, files::FileUrl desti
     const auto current = [&] { return self && !closed_ && !request.stop.stop_requested(); };
     std::exception_ptr failure;
     try {
-        co_await requireUnchanged(request.stamp);
+        auto unchanged = requireUnchanged(request.stamp);
+        co_await unchanged;
         if (!current()) co_return;
-        co_await save(request, current, [&] { dirty_ = false; });
+        const std::function<bool()> isCurrent = current;
+        const std::function<void()> saved = [&] { dirty_ = false; };
+        auto saving = save(request, isCurrent, saved);
+        co_await saving;
         if (!current()) co_return;
-        co_await services_.exportTiff(photo_, request.settings, destination, request.stop);
+        auto exporting = services_.exportTiff(photo_, request.settings, destination, request.stop);
+        co_await exporting;
         if (!current()) co_return;
         exportedURL_ = QUrl(QString::fromStdString(destination.string()));
     } catch (const tasks::Cancelled&) {

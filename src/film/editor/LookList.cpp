@@ -49,7 +49,8 @@ void LookList::remove(int index) {
 }
 
 void LookList::importFrom(const QUrl& file) {
-    if (const auto url = files::FileUrl::fromString(file.toEncoded().toStdString()); url && editor_) import(*url);
+    if (const auto url = files::FileUrl::fromString(file.toEncoded().toStdString()); url && editor_)
+        import(*url);
 }
 
 void LookList::exportTo(int index, const QUrl& folder) {
@@ -67,7 +68,8 @@ void LookList::exportTo(int index, const QUrl& folder) {
 QCoro::Task<> LookList::load() {
     const QPointer<LookList> self(this);
     try {
-        auto looks = co_await editor_->services().looks();
+        auto reading = editor_->services().looks();
+        auto looks = co_await reading;
         if (!self) co_return;
         looks_ = std::move(looks);
         Q_EMIT changed();
@@ -89,7 +91,8 @@ QCoro::Task<> LookList::run(QFuture<void> change) {
 QCoro::Task<> LookList::import(files::FileUrl file) {
     const QPointer<LookList> self(this);
     try {
-        const auto look = co_await editor_->services().readLook(file);
+        auto reading = editor_->services().readLook(file);
+        const auto look = co_await reading;
         if (self && editor_) run(editor_->services().saveLook(look));
     } catch (const std::exception& error) {
         if (self && editor_) editor_->tell(QString::fromUtf8(error.what()));

@@ -25,19 +25,19 @@ FilmSettings withPair(FilmSettings settings, const Pair& pair) {
 } // namespace
 
 PairList::PairList()
-    : pictures_(pairCount), render_(
-                                CoalescedRender<int>::Running::isCancelled,
-                                [this](const int& row, std::stop_token stop) {
-                                    return editor_->services().draft(
-                                        editor_->photo(), withPair(editor_->settings(), pairAt(row)), longEdge,
-                                        std::move(stop));
-                                },
-                                [this](const int& row, const QImage& picture, double) {
-                                    pictures_[static_cast<std::size_t>(row)] = picture;
-                                    Q_EMIT dataChanged(index(row), index(row), {PictureRole});
-                                    next_ = row + 1;
-                                    QMetaObject::invokeMethod(this, &PairList::renderNext, Qt::QueuedConnection);
-                                }) {}
+    : pictures_(pairCount),
+      render_(
+          CoalescedRender<int>::Running::isCancelled,
+          [this](const int& row, std::stop_token stop) {
+              return editor_->services().draft(editor_->photo(), withPair(editor_->settings(), pairAt(row)),
+                                               longEdge, std::move(stop));
+          },
+          [this](const int& row, const QImage& picture, double) {
+              pictures_[static_cast<std::size_t>(row)] = picture;
+              Q_EMIT dataChanged(index(row), index(row), {PictureRole});
+              next_ = row + 1;
+              QMetaObject::invokeMethod(this, &PairList::renderNext, Qt::QueuedConnection);
+          }) {}
 
 void PairList::setEditor(FilmEditorModel* editor) {
     if (editor_ == editor) return;
@@ -78,11 +78,14 @@ QVariant PairList::data(const QModelIndex& index, int role) const {
     const auto pair = pairAt(index.row());
     switch (role) {
     case TitleRole:
-        return QString::fromUtf8(title(pair.stock)) + QStringLiteral(" · ") + QString::fromUtf8(title(pair.paper));
-    case PictureRole: return pictures_[static_cast<std::size_t>(index.row())];
+        return QString::fromUtf8(title(pair.stock)) + QStringLiteral(" · ") +
+               QString::fromUtf8(title(pair.paper));
+    case PictureRole:
+        return pictures_[static_cast<std::size_t>(index.row())];
     case CurrentRole:
         return editor_->settings().stock == pair.stock && editor_->settings().paper == pair.paper;
-    default: return {};
+    default:
+        return {};
     }
 }
 
