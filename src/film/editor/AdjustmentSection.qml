@@ -23,6 +23,7 @@ ColumnLayout {
     }
     RowLayout {
         spacing: Theme.xs
+        Layout.preferredHeight: 24 // with or without the dot
         Caption {
             text: group.title
             font.weight: Font.DemiBold
