@@ -113,7 +113,7 @@ void scoreGroups(const fs::path& corpus, const Labels& labels) {
                     const auto a = relative(members[i]), b = relative(members[j]);
                     if (sceneOf(a, labels) == sceneOf(b, labels)) continue;
                     ++wrong;
-                    std::fprintf(stderr, "wrong at %s: %s and %s\n", std::string(rawValue(level)).c_str(),
+                    std::fprintf(stderr, "wrong at %s: %s and %s\n", std::string(storedName(level)).c_str(),
                                  a.c_str(), b.c_str());
                 }
             }
@@ -135,7 +135,7 @@ void scoreGroups(const fs::path& corpus, const Labels& labels) {
                 else if (level == SimilarityLevel::balanced)
                     score.missed.push_back(a->first + " and " + b->first);
             }
-        precision += "| " + std::string(rawValue(level)) + " | " + std::to_string(result.groups.size()) +
+        precision += "| " + std::string(storedName(level)) + " | " + std::to_string(result.groups.size()) +
                      " | " + std::to_string(pairs) + " | " + std::to_string(wrong) + " |\n";
         cache = std::move(result.cache);
     }

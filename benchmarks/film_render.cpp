@@ -204,8 +204,8 @@ void settingsTable() {
                     .stock = stock, .paper = paper, .format = format, .grain = 1, .halation = 0};
                 const auto m = measures({optics, settings, scene.width(), scene.height(), 1}, scene);
                 std::printf("  %-10s %-7s %-13s mid-grey %.4f, grain %.4f, orange's red less blue %.4f\n",
-                            rawValue(stock).data(), rawValue(paper).data(), rawValue(format).data(), m.mean,
-                            m.deviation, m.saturation);
+                            storedName(stock).data(), storedName(paper).data(), storedName(format).data(),
+                            m.mean, m.deviation, m.saturation);
             }
         }
 }

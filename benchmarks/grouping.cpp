@@ -40,7 +40,7 @@ std::vector<VisualFingerprint> randomFingerprints(std::size_t count) {
                        .aspect = random() % 2 ? 1.5 : 0.75,
                        .deviation = 0.2,
                        .orientationHashes = {}};
-        for (std::size_t i = 0; i < colorValueCount; ++i)
+        for (std::size_t i = 0; i < colourValueCount; ++i)
             fingerprint.colors.push_back(static_cast<double>(random() % 4081) / 4080);
         for (std::size_t k = 0; k < orientationCount; ++k) fingerprint.orientationHashes.push_back(random());
         fingerprint.hash = fingerprint.orientationHashes.front();
@@ -124,8 +124,8 @@ void measure(const char* name, const std::vector<VisualFingerprint>& fingerprint
         const double seconds = processorSeconds() - start;
         std::size_t grouped = 0;
         for (const auto& group : groups) grouped += group.photos.size();
-        std::printf("| %s | %s | %zu | %zu | %.2f s | %.0f × |\n", name, std::string(rawValue(level)).c_str(),
-                    groups.size(), grouped, seconds, plain / seconds);
+        std::printf("| %s | %s | %zu | %zu | %.2f s | %.0f × |\n", name,
+                    std::string(storedName(level)).c_str(), groups.size(), grouped, seconds, plain / seconds);
         std::fflush(stdout);
     }
 }

@@ -187,7 +187,7 @@ library::LibraryContents generated(const fs::path& folder, std::size_t count) {
         if (i % 2 == 0)
             session.reviewMarks[path] = {
                 library::ReviewDecision::keep,
-                library::FingerprintStamp::read(files::FileSystem::real(), session.photos.back().url)};
+                library::FileStamp::read(files::FileSystem::real(), session.photos.back().url)};
     }
     return session;
 }

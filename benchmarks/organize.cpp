@@ -6,7 +6,7 @@
 //
 //   benchmark-organize PHOTOS FOLDER [rounds]     (PHOTOS read-only, FOLDER on the medium that counts; 5)
 
-#include "organize/ArchiveEngine.h"
+#include "organize/OrganizeEngine.h"
 #include "platform/files/Digest.h"
 #include "platform/files/DoubleBufferedFile.h"
 
@@ -82,7 +82,7 @@ void compareRuns(const std::vector<library::Photo>& photos, const fs::path& fold
         fs::create_directory(folder / "run");
         run.push_back(seconds([&] {
             const auto report =
-                organize::ArchiveEngine().copy(photos, destination, false, [](double, const auto&) {}, {});
+                organize::OrganizeEngine().copy(photos, destination, false, [](double, const auto&) {}, {});
             if (report.copied.size() != photos.size()) std::abort();
         }));
         fs::remove_all(folder / "run");

@@ -141,7 +141,7 @@ public:
             const auto whole = std::ranges::count_if(burstGroups, [&](const auto& burst) {
                 return burst.second.size() == 1 && ungrouped[burst.first] == 0;
             });
-            std::printf("| %s | %zu | %d of %zu | %zu", std::string(rawValue(level)).c_str(),
+            std::printf("| %s | %zu | %d of %zu | %zu", std::string(storedName(level)).c_str(),
                         result.groups.size(), static_cast<int>(whole), burstGroups.size(), mixtures.size());
             for (const auto& mixture : mixtures) std::printf("; %s", mixture.c_str());
             std::printf(" |\n");
@@ -174,7 +174,7 @@ public:
             "share |\n|---|---|---|\n",
             photos.size(), levels[0].all);
         for (std::size_t level = 0; level < levels.size(); ++level)
-            std::printf("| %s | %d | %.1e |\n", std::string(rawValue(allSimilarityLevels[level])).c_str(),
+            std::printf("| %s | %d | %.1e |\n", std::string(storedName(allSimilarityLevels[level])).c_str(),
                         levels[level].found, static_cast<double>(levels[level].found) / levels[level].all);
         std::printf("\n| distance | pair |\n|---|---|\n");
         for (const auto& [apart, pair] : nearest)

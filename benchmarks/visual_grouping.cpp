@@ -144,7 +144,7 @@ void printTable(int count) {
         int anchors = 0;
         for (int i = 0; i < count; ++i) anchors += matches[static_cast<std::size_t>(i)].anchor == i;
         std::printf("| %s | %d | %.2f %% | %.2f | %.2f | %.1f | %.1f |\n",
-                    std::string(rawValue(level)).c_str(), anchors,
+                    std::string(storedName(level)).c_str(), anchors,
                     100.0 * static_cast<double>(distances) / pairs, times.processor, times.wall, loop,
                     loop / times.processor);
         std::fflush(stdout);

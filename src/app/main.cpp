@@ -16,9 +16,9 @@ using namespace lumisort::app;
 
 ExitStatus run(const Command& command, const Interrupt& interrupt) {
     ProgressBar progress;
-    Surroundings with{.out = std::cout, .notes = std::cerr, .progress = progress, .stop = interrupt.token()};
+    Dependencies deps{.out = std::cout, .notes = std::cerr, .progress = progress, .stop = interrupt.token()};
     try {
-        const auto status = command(with);
+        const auto status = command(deps);
         std::cout.flush();
         if (!std::cout) throw std::runtime_error("The results could not be written to standard output.");
         return status;
@@ -47,7 +47,7 @@ int main(int argc, char** argv) {
 
     DesktopOptions desktop;
     addDesktopOptions(program, desktop);
-    Command chosen = [&desktop](Surroundings& with) { return startDesktop(desktop, with.stop); };
+    Command chosen = [&desktop](Dependencies& deps) { return startDesktop(desktop, deps.stop); };
     addScanCommand(program, chosen);
     addMatchCommand(program, chosen);
     addFingerprintCommand(program, chosen);

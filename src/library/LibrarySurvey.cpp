@@ -22,12 +22,12 @@ FolderState folderState(files::FileSystem& system, const files::FileUrl& folder)
 }
 
 /// The stamp of a photo that can be read now, none of another.
-std::optional<FingerprintStamp> readableStamp(files::FileSystem& system, const files::FileUrl& url) {
+std::optional<FileStamp> readableStamp(files::FileSystem& system, const files::FileUrl& url) {
     try {
         if (!system.isReadable(url.path())) return std::nullopt;
         const auto status = system.status(url.path(), files::Links::doNotFollow);
         if (status.kind != files::FileKind::regular) return std::nullopt;
-        return FingerprintStamp::of(status);
+        return FileStamp::of(status);
     } catch (const files::FileError&) {
         return std::nullopt;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "library/Photo.h"
 #include "platform/files/FileSystem.h"
 
@@ -26,7 +26,7 @@ std::string_view title(FolderState state);
 struct LibrarySurvey {
     std::unordered_map<files::FileUrl, FolderState> folders;
     /// The current stamp of each photo, in the order of the photos; none where it cannot be read.
-    std::vector<std::optional<FingerprintStamp>> stamps;
+    std::vector<std::optional<FileStamp>> stamps;
 };
 
 /// Looks at every folder and photo: one status query and one access check each, no contents. A photo is

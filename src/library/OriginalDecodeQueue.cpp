@@ -11,9 +11,9 @@ namespace lumisort::library {
 namespace {
 
 /// Of what the path leads to, as that is what is decoded; none when it cannot be reached.
-std::optional<FingerprintStamp> stampOf(files::FileSystem& system, const files::FileUrl& url) {
+std::optional<FileStamp> stampOf(files::FileSystem& system, const files::FileUrl& url) {
     try {
-        return FingerprintStamp::of(system.status(url.path(), files::Links::follow));
+        return FileStamp::of(system.status(url.path(), files::Links::follow));
     } catch (const files::FileError&) {
         return std::nullopt;
     }
@@ -129,8 +129,7 @@ OriginalDecodeQueue::Answer OriginalDecodeQueue::answer(Job& job) {
 }
 
 /// With `stamp`, only an original of that stamp. The mutex is held.
-OriginalDecodeQueue::Original OriginalDecodeQueue::find(const files::FileUrl& url,
-                                                        const FingerprintStamp* stamp) {
+OriginalDecodeQueue::Original OriginalDecodeQueue::find(const files::FileUrl& url, const FileStamp* stamp) {
     const auto place = alive_.find(url);
     if (place == alive_.end() || (stamp && place->second.stamp != *stamp)) return nullptr;
     kept_.find(url); // counts as used
@@ -144,8 +143,7 @@ OriginalDecodeQueue::Original OriginalDecodeQueue::drop(const files::FileUrl& ur
     return kept_.erase(url).value_or(nullptr);
 }
 
-void OriginalDecodeQueue::keep(const files::FileUrl& url, const FingerprintStamp& stamp,
-                               const Original& original) {
+void OriginalDecodeQueue::keep(const files::FileUrl& url, const FileStamp& stamp, const Original& original) {
     std::vector<Original> removed; // freed after the mutex
     const std::scoped_lock lock(mutex_);
     removed = kept_.insert(url, original, original->bytes());

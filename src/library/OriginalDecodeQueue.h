@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "library/OriginalLoader.h"
 #include "platform/cache/CostedCache.h"
 #include "platform/tasks/SerialExecutor.h"
@@ -113,7 +113,7 @@ public:
 private:
     /// An original that the budget keeps or, when it no longer does, a view still shows.
     struct Alive {
-        FingerprintStamp stamp;
+        FileStamp stamp;
         std::weak_ptr<const images::PicturePyramid> original;
     };
 
@@ -121,9 +121,9 @@ private:
     void post();
     void runNext();
     Answer answer(Job& job);
-    Original find(const files::FileUrl& url, const FingerprintStamp* stamp);
+    Original find(const files::FileUrl& url, const FileStamp* stamp);
     Original drop(const files::FileUrl& url);
-    void keep(const files::FileUrl& url, const FingerprintStamp& stamp, const Original& original);
+    void keep(const files::FileUrl& url, const FileStamp& stamp, const Original& original);
 
     files::FileSystem& system_;
     const Load load_;

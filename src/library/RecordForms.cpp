@@ -13,7 +13,7 @@ std::optional<time::Timestamp> optionalTimestamp(Value value) {
 
 ReviewDecision readDecision(Value value) {
     const auto raw = json::text(value);
-    const auto decision = reviewDecisionFromRawValue(raw);
+    const auto decision = reviewDecisionNames.find(raw);
     if (!decision) throw json::FormatError("“" + std::string(raw) + "” is no decision");
     return *decision;
 }
@@ -51,7 +51,7 @@ Photo readPhoto(Value value) {
             json::required(std::move(width), "width"), json::required(std::move(height), "height"), date};
 }
 
-void write(json::Writer& out, const FingerprintStamp& stamp) {
+void write(json::Writer& out, const FileStamp& stamp) {
     out.beginObject();
     if (stamp.created) out.key("created").timestamp(*stamp.created);
     if (stamp.modified) out.key("modified").timestamp(*stamp.modified);
@@ -59,9 +59,9 @@ void write(json::Writer& out, const FingerprintStamp& stamp) {
     out.endObject();
 }
 
-FingerprintStamp readStamp(Value value) {
+FileStamp readStamp(Value value) {
     std::optional<std::int64_t> size;
-    FingerprintStamp stamp;
+    FileStamp stamp;
     json::eachField(value, [&](std::string_view key, Value field) {
         if (key == "size") size = json::integer(field);
         if (key == "modified") stamp.modified = optionalTimestamp(field);
@@ -73,7 +73,7 @@ FingerprintStamp readStamp(Value value) {
 
 void write(json::Writer& out, const ReviewMark& mark) {
     out.beginObject();
-    out.key("decision").text(rawValue(mark.decision));
+    out.key("decision").text(storedName(mark.decision));
     out.key("stamp");
     write(out, mark.stamp);
     out.endObject();
@@ -81,7 +81,7 @@ void write(json::Writer& out, const ReviewMark& mark) {
 
 ReviewMark readMark(Value value) {
     std::optional<ReviewDecision> decision;
-    std::optional<FingerprintStamp> stamp;
+    std::optional<FileStamp> stamp;
     json::eachField(value, [&](std::string_view key, Value field) {
         if (key == "decision") decision = readDecision(field);
         if (key == "stamp") stamp = readStamp(field);

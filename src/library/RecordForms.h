@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "library/Photo.h"
 #include "library/ReviewMark.h"
 #include "platform/json/Reader.h"
@@ -20,8 +20,8 @@ Photo readPhoto(json::Value value);
 
 /// {"created","modified","size"}, written in this order, which a document with sorted keys needs; the size is
 /// required.
-void write(json::Writer& out, const FingerprintStamp& stamp);
-FingerprintStamp readStamp(json::Value value);
+void write(json::Writer& out, const FileStamp& stamp);
+FileStamp readStamp(json::Value value);
 
 /// {"decision","stamp"}, both required.
 void write(json::Writer& out, const ReviewMark& mark);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "platform/text/EnumNames.h"
 
 #include <optional>
@@ -16,20 +16,15 @@ enum class ReviewDecision { keep, cleanup };
 /// The decisions' texts in documents and to the user.
 inline constexpr text::EnumNames<ReviewDecision, 2> reviewDecisionNames{{"Keep", "For Cleanup"}};
 
-constexpr std::string_view rawValue(ReviewDecision decision) {
+constexpr std::string_view storedName(ReviewDecision decision) {
     return reviewDecisionNames.of(decision);
-}
-
-/// The decision with this text; none for any other.
-constexpr std::optional<ReviewDecision> reviewDecisionFromRawValue(std::string_view raw) {
-    return reviewDecisionNames.find(raw);
 }
 
 /// A note about one photo, bound to the file's state when it was made: it stops applying while the file's
 /// stamp is another one, and is kept nevertheless.
 struct ReviewMark {
     ReviewDecision decision = ReviewDecision::keep;
-    FingerprintStamp stamp;
+    FileStamp stamp;
 
     friend bool operator==(const ReviewMark&, const ReviewMark&) = default;
 };

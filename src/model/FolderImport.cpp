@@ -34,7 +34,7 @@ Sorted sorted(files::FileSystem& system, const std::vector<FileUrl>& urls) {
 } // namespace
 
 FolderImport::FolderImport(Library& library, ExclusiveTask& task, Reports& reports, const TaskRunner& runner,
-                           const ModelSurroundings& with)
+                           const ModelDependencies& with)
     : library_(library), task_(task), reports_(reports), runner_(runner), system_(with.system),
       scanFolder_(with.scan) {
     // Queued: the task that ends may still have signals to emit.

@@ -2,7 +2,7 @@
 
 #include "model/ExclusiveTask.h"
 #include "model/Library.h"
-#include "model/ModelSurroundings.h"
+#include "model/ModelDependencies.h"
 #include "model/Reports.h"
 
 #include <deque>
@@ -19,7 +19,7 @@ class FolderImport : public MainThreadObject {
 
 public:
     FolderImport(Library& library, ExclusiveTask& task, Reports& reports, const TaskRunner& runner,
-                 const ModelSurroundings& with);
+                 const ModelDependencies& with);
     ~FolderImport() override;
 
     /// Scans a folder and adds the photos that are new. Nothing happens while another task runs; the future
@@ -51,7 +51,7 @@ private:
     Reports& reports_;
     const TaskRunner& runner_;
     files::FileSystem& system_;
-    decltype(ModelSurroundings::scan) scanFolder_;
+    decltype(ModelDependencies::scan) scanFolder_;
     std::deque<files::FileUrl> waiting_;
     std::stop_source stop_; ///< of the latest scan
     bool running_ = false;

@@ -119,7 +119,7 @@ bool Library::apply(library::LibrarySurvey survey) {
 }
 
 void Library::mark(PhotoRow row, std::optional<library::ReviewDecision> decision,
-                   const library::FingerprintStamp& fresh) {
+                   const library::FileStamp& fresh) {
     assertMainThread();
     state_.mark(row, decision, fresh);
     Q_EMIT photoChanged(row);

@@ -13,7 +13,7 @@ namespace lumisort::model {
 /// every change. One instance per process, on the main thread.
 class Library : public MainThreadObject {
     Q_OBJECT
-    Q_PROPERTY(int importCount READ importCount NOTIFY countsChanged)
+    Q_PROPERTY(int keptCount READ keptCount NOTIFY countsChanged)
     Q_PROPERTY(int skipCount READ skipCount NOTIFY countsChanged)
     Q_PROPERTY(int availableCount READ availableCount NOTIFY countsChanged)
     Q_PROPERTY(int unavailableCount READ unavailableCount NOTIFY countsChanged)
@@ -41,7 +41,7 @@ public:
     int availableCount() const { return static_cast<int>(state_.readableCount()); }
     /// Photos that the latest look could not read; none before the first look at them.
     int unavailableCount() const { return static_cast<int>(state_.unavailableCount()); }
-    int importCount() const { return static_cast<int>(state_.importCount()); }
+    int keptCount() const { return static_cast<int>(state_.keptCount()); }
     int skipCount() const { return static_cast<int>(state_.skipCount()); }
     int recordedCount() const { return static_cast<int>(photos().size()); }
     /// Whether organizing would have a photo to copy.
@@ -65,8 +65,7 @@ public:
     bool apply(library::LibrarySurvey survey);
     /// Marks the photo at `row` with the stamp that its file has now. The caller ends a series of marks with
     /// marksApplied().
-    void mark(PhotoRow row, std::optional<library::ReviewDecision> decision,
-              const library::FingerprintStamp& fresh);
+    void mark(PhotoRow row, std::optional<library::ReviewDecision> decision, const library::FileStamp& fresh);
     /// Stores a mark as it once was. The caller ends a series with marksApplied().
     void restoreMark(PhotoRow row, const std::optional<library::ReviewMark>& mark);
     void marksApplied();

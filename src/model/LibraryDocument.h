@@ -3,7 +3,7 @@
 #include "library/LibraryFile.h"
 #include "model/ExclusiveTask.h"
 #include "model/Library.h"
-#include "model/ModelSurroundings.h"
+#include "model/ModelDependencies.h"
 #include "model/Reports.h"
 #include "platform/tasks/SerialExecutor.h"
 
@@ -26,7 +26,7 @@ class LibraryDocument : public MainThreadObject {
 
 public:
     LibraryDocument(Library& library, ExclusiveTask& task, Reports& reports, const TaskRunner& runner,
-                    const ModelSurroundings& with, files::FileUrl url);
+                    const ModelDependencies& with, files::FileUrl url);
 
     /// Reads the document into the library, as the exclusive task. Nothing else may run.
     QFuture<LoadOutcome> load();
@@ -43,7 +43,7 @@ private:
     ExclusiveTask& task_;
     Reports& reports_;
     const TaskRunner& runner_;
-    decltype(ModelSurroundings::after) after_;
+    decltype(ModelDependencies::after) after_;
     std::shared_ptr<library::LibraryFile> file_; ///< shared with jobs, which may outlive the model
     bool dirty_ = false;                         ///< a save was asked for since the start
     std::uint64_t saveRequest_ = 0;              ///< the latest request; an older one is not written

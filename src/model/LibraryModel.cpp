@@ -11,13 +11,13 @@ namespace lumisort::model {
 using files::FileUrl;
 using library::Photo;
 
-void ModelSurroundings::afterOnTimer(std::chrono::milliseconds delay, QObject* context,
+void ModelDependencies::afterOnTimer(std::chrono::milliseconds delay, QObject* context,
                                      std::function<void()> function) {
     QTimer::singleShot(delay, Qt::PreciseTimer, context, std::move(function));
 }
 
 LibraryModel::LibraryModel(FileUrl document, std::optional<library::LibraryContents> contents,
-                           ModelSurroundings with)
+                           ModelDependencies with)
     : with_(std::move(with)), runner_(with_.background),
       document_(library_, task_, reports_, runner_, with_, std::move(document)),
       availability_(library_, reports_, runner_, with_.system),

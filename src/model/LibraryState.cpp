@@ -7,7 +7,7 @@
 
 namespace lumisort::model {
 
-using library::FingerprintStamp;
+using library::FileStamp;
 using library::Photo;
 using library::ReviewDecision;
 
@@ -90,7 +90,7 @@ std::optional<library::ReviewMark> LibraryState::mark(PhotoRow row) const {
     return mark != marks_.end() ? std::optional(mark->second) : std::nullopt;
 }
 
-void LibraryState::mark(PhotoRow row, std::optional<ReviewDecision> decision, const FingerprintStamp& fresh) {
+void LibraryState::mark(PhotoRow row, std::optional<ReviewDecision> decision, const FileStamp& fresh) {
     count(row, -1);
     reach_[row] = fresh;
     looked_[row] = true;
@@ -140,12 +140,12 @@ void LibraryState::count(PhotoRow row, int step) {
     readableCount_ += by;
     if (library::isToOrganize(photos()[row], marks_)) eligibleCount_ += by;
     const auto current = decision(row);
-    if (current == ReviewDecision::keep) importCount_ += by;
+    if (current == ReviewDecision::keep) keptCount_ += by;
     if (current == ReviewDecision::cleanup) skipCount_ += by;
 }
 
 void LibraryState::recount() {
-    readableCount_ = unavailableCount_ = importCount_ = skipCount_ = eligibleCount_ = 0;
+    readableCount_ = unavailableCount_ = keptCount_ = skipCount_ = eligibleCount_ = 0;
     for (PhotoRow row = 0; row < reach_.size(); ++row) count(row, +1);
 }
 

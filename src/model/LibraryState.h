@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "library/LibraryContents.h"
 #include "library/LibrarySurvey.h"
 
@@ -43,7 +43,7 @@ public:
     std::optional<PhotoRow> find(const files::FileUrl& url) const;
     bool isReadable(PhotoRow row) const { return reach_[row].has_value(); }
     /// The photo's stamp in the latest look at it; none while it cannot be read.
-    const std::optional<library::FingerprintStamp>& stamp(PhotoRow row) const { return reach_[row]; }
+    const std::optional<library::FileStamp>& stamp(PhotoRow row) const { return reach_[row]; }
     /// The decision that holds now: of a readable photo whose file is as it was when it was marked.
     std::optional<library::ReviewDecision> decision(PhotoRow row) const;
     /// Whether the latest look at the photo found it unreadable; false before the first look.
@@ -56,7 +56,7 @@ public:
     std::vector<PhotoRow> readableRows() const;
     std::size_t readableCount() const { return readableCount_; }
     std::size_t unavailableCount() const { return unavailableCount_; }
-    std::size_t importCount() const { return importCount_; }
+    std::size_t keptCount() const { return keptCount_; }
     std::size_t skipCount() const { return skipCount_; }
     /// Readable photos that organizing would copy.
     std::size_t eligibleCount() const { return eligibleCount_; }
@@ -72,8 +72,7 @@ public:
     void apply(library::LibrarySurvey survey);
 
     /// Notes a fresh stamp and the decision with it, or without a decision removes the mark.
-    void mark(PhotoRow row, std::optional<library::ReviewDecision> decision,
-              const library::FingerprintStamp& fresh);
+    void mark(PhotoRow row, std::optional<library::ReviewDecision> decision, const library::FileStamp& fresh);
     /// Stores a mark as it once was, or without one removes the mark. The known stamp stays.
     void restoreMark(PhotoRow row, const std::optional<library::ReviewMark>& mark);
 
@@ -93,10 +92,10 @@ private:
     library::ReviewMarks marks_;
     std::unordered_map<files::FileUrl, PhotoRow> rows_;
     std::unordered_map<files::FileUrl, library::FolderState> folderStates_;
-    std::vector<std::optional<library::FingerprintStamp>> reach_; ///< by row
-    std::vector<bool> looked_;                                    ///< by row: a survey has reached the photo
+    std::vector<std::optional<library::FileStamp>> reach_; ///< by row
+    std::vector<bool> looked_;                             ///< by row: a survey has reached the photo
     std::size_t readableCount_ = 0, unavailableCount_ = 0;
-    std::size_t importCount_ = 0, skipCount_ = 0, eligibleCount_ = 0;
+    std::size_t keptCount_ = 0, skipCount_ = 0, eligibleCount_ = 0;
 };
 
 } // namespace lumisort::model

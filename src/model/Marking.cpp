@@ -6,17 +6,17 @@
 namespace lumisort::model {
 
 using files::FileUrl;
-using library::FingerprintStamp;
+using library::FileStamp;
 
 namespace {
 
-std::vector<std::optional<FingerprintStamp>> freshStamps(files::FileSystem& system,
-                                                         const std::vector<FileUrl>& photos) {
-    std::vector<std::optional<FingerprintStamp>> stamps;
+std::vector<std::optional<FileStamp>> freshStamps(files::FileSystem& system,
+                                                  const std::vector<FileUrl>& photos) {
+    std::vector<std::optional<FileStamp>> stamps;
     stamps.reserve(photos.size());
     for (const auto& photo : photos) {
         try {
-            stamps.emplace_back(FingerprintStamp::read(system, photo));
+            stamps.emplace_back(FileStamp::read(system, photo));
         } catch (const files::FileError&) {
             stamps.emplace_back();
         }

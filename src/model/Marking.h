@@ -48,7 +48,7 @@ private:
         std::shared_ptr<StoredMarks> restored; ///< none: the request marks
         QPromise<MarkSummary> done;
     };
-    using Stamps = std::vector<std::optional<library::FingerprintStamp>>;
+    using Stamps = std::vector<std::optional<library::FileStamp>>;
 
     QFuture<MarkSummary> add(Request request);
     QCoro::Task<> serve();

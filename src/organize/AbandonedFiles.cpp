@@ -1,6 +1,6 @@
 #include "organize/AbandonedFiles.h"
 
-#include "organize/ArchiveReport.h"
+#include "organize/OrganizeReport.h"
 
 #include <algorithm>
 #include <string_view>

@@ -26,7 +26,7 @@ public:
     }
 
     /// Without asking where the source is, unless that matters.
-    void add(const ArchiveItem& item) {
+    void add(const OrganizeItem& item) {
         try {
             add(item.bytes, device_ ? system_.status(item.source.path(), files::Links::follow).device : 0);
         } catch (const files::FileError&) { // the run reports it with the photo
@@ -54,7 +54,7 @@ private:
 
 } // namespace
 
-void requireFreeSpace(files::FileSystem& system, const std::string& destination, const ArchivePlan& plan) {
+void requireFreeSpace(files::FileSystem& system, const std::string& destination, const OrganizePlan& plan) {
     Need need(system, destination);
     for (const auto& item : plan.items) need.add(item);
     need.require();

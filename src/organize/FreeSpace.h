@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/Photo.h"
-#include "organize/ArchivePlan.h"
+#include "organize/OrganizePlan.h"
 #include "platform/files/FileSystem.h"
 
 #include <span>
@@ -16,7 +16,7 @@ namespace lumisort::organize {
 // meanwhile) ends as a failure of the photos that no longer fit.
 
 /// For the copies of a plan.
-void requireFreeSpace(files::FileSystem& system, const std::string& destination, const ArchivePlan& plan);
+void requireFreeSpace(files::FileSystem& system, const std::string& destination, const OrganizePlan& plan);
 
 /// For a run that is not planned yet, from the sizes of its photos alone, so that nobody waits for the
 /// digests of a run that cannot begin. With `skipDuplicates` only one photo of each size counts: photos of

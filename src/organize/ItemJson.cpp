@@ -18,7 +18,7 @@ std::string digest(json::Value value) {
 
 } // namespace
 
-void writeItem(json::Writer& out, const ArchiveItem& item) {
+void writeItem(json::Writer& out, const OrganizeItem& item) {
     out.beginObject();
     out.key("source").url(item.source);
     out.key("destination").url(item.destination);
@@ -27,7 +27,7 @@ void writeItem(json::Writer& out, const ArchiveItem& item) {
     out.endObject();
 }
 
-ArchiveItem readItem(json::Value value) {
+OrganizeItem readItem(json::Value value) {
     std::optional<files::FileUrl> source, destination;
     std::optional<std::string> sum;
     std::optional<std::int64_t> bytes;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "organize/ArchivePlan.h"
+#include "organize/OrganizePlan.h"
 #include "platform/json/Reader.h"
 #include "platform/json/Writer.h"
 
@@ -8,9 +8,9 @@ namespace lumisort::organize {
 
 // The JSON form of one copy: an object with "source", "destination", "digest" and "bytes".
 
-void writeItem(json::Writer& out, const ArchiveItem& item);
+void writeItem(json::Writer& out, const OrganizeItem& item);
 
 /// Throws json::FormatError where a key is missing or holds something else.
-ArchiveItem readItem(json::Value value);
+OrganizeItem readItem(json::Value value);
 
 } // namespace lumisort::organize

@@ -13,13 +13,13 @@ std::string hiddenPath(const files::FileUrl& logURL) {
 
 } // namespace
 
-ReportFile::ReportFile(files::FileSystem& system, ArchiveReport start)
+ReportFile::ReportFile(files::FileSystem& system, OrganizeReport start)
     : report_(std::move(start)), text_(report_.duplicates, report_.logURL),
       file_(system, report_.logURL.value().path(), hiddenPath(*report_.logURL)) {
     for (const auto& line : report_.failures) text_.addFailure(line);
 }
 
-void ReportFile::addCopied(const ArchiveItem& item) {
+void ReportFile::addCopied(const OrganizeItem& item) {
     unchanged_ = std::min(unchanged_, text_.addCopied(item));
     report_.copied.push_back(item);
 }

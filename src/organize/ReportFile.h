@@ -9,19 +9,19 @@ namespace lumisort::organize {
 class ReportFile {
 public:
     /// The report of a run in which nothing has been copied yet; touches nothing on disk.
-    ReportFile(files::FileSystem& system, ArchiveReport start);
+    ReportFile(files::FileSystem& system, OrganizeReport start);
 
-    void addCopied(const ArchiveItem& item);
+    void addCopied(const OrganizeItem& item);
     void addFailure(std::string line);
 
     /// The report is on the medium when this returns; where nothing was added, it was so before. Throws
     /// FileError; the file then holds what the last save wrote.
     void save();
 
-    const ArchiveReport& report() const { return report_; }
+    const OrganizeReport& report() const { return report_; }
 
 private:
-    ArchiveReport report_;
+    OrganizeReport report_;
     ReportText text_;
     files::DoubleBufferedFile file_;
     std::size_t unchanged_ = 0; ///< bytes at the start of the text that the last save wrote too

@@ -18,7 +18,7 @@ ReportText::ReportText(std::int64_t duplicates, const std::optional<files::FileU
     text_ += end;
 }
 
-std::size_t ReportText::addCopied(const ArchiveItem& item) {
+std::size_t ReportText::addCopied(const OrganizeItem& item) {
     const std::size_t unchanged = copiedEnd_;
     std::string entry = copiedEnd_ == copiedStart_ ? "" : ",";
     entry += json::toText([&](json::Writer& out) { writeItem(out, item); });

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "organize/ArchiveReport.h"
+#include "organize/OrganizeReport.h"
 
 #include <cstddef>
 
@@ -13,7 +13,7 @@ public:
     ReportText(std::int64_t duplicates, const std::optional<files::FileUrl>& logURL);
 
     // Both return how many bytes at the start of the text stayed the same.
-    std::size_t addCopied(const ArchiveItem& item);
+    std::size_t addCopied(const OrganizeItem& item);
     std::size_t addFailure(std::string_view line);
 
     /// Whole JSON at any time.

@@ -121,13 +121,13 @@ void LibraryWindow::setLevel(int level) {
 
 QStringList LibraryWindow::methods() {
     QStringList names;
-    for (const auto method : model::allSimilarityMethods) names << QString::fromUtf8(rawValue(method));
+    for (const auto method : model::allSimilarityMethods) names << QString::fromUtf8(storedName(method));
     return names;
 }
 
 QStringList LibraryWindow::levels() {
     QStringList names;
-    for (const auto level : similarity::allSimilarityLevels) names << QString::fromUtf8(rawValue(level));
+    for (const auto level : similarity::allSimilarityLevels) names << QString::fromUtf8(storedName(level));
     return names;
 }
 

@@ -4,8 +4,8 @@
 #include "review/PhotoActions.h"
 #include "review/PhotoCursor.h"
 #include "review/SimilarRows.h"
-#include "review/WindowActions.h"
 #include "review/StatusLine.h"
+#include "review/WindowActions.h"
 #include "review/WindowState.h"
 #include "review/marks/MarkHistory.h"
 

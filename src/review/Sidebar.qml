@@ -65,7 +65,7 @@ Rectangle {
         SidebarRow {
             text: "Import"
             iconName: "checkmark"
-            count: sidebar.window.library.importCount
+            count: sidebar.window.library.keptCount
             current: sidebar.window.state.section === "keep"
             onClicked: sidebar.window.showSection("keep")
         }

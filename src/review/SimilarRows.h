@@ -4,8 +4,9 @@
 #include "review/GridLayout.h"
 #include "review/WindowState.h"
 
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
+
+#include <QAbstractListModel>
 #include <memory>
 #include <vector>
 

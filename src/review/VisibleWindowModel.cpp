@@ -5,7 +5,6 @@
 
 namespace lumisort::review {
 
-
 void VisibleWindowModel::setSource(QAbstractItemModel* source) {
     if (source == source_) return;
     if (source_) disconnect(source_, nullptr, this, nullptr);

@@ -20,7 +20,7 @@ using Photos = std::vector<library::Photo>;
 /// A photo together with the stamp of its file from before anything was read.
 struct Candidate {
     library::Photo photo;
-    ExactFileStamp stamp;
+    PreciseFileStamp stamp;
 };
 
 /// A file that is read step by step.
@@ -165,16 +165,16 @@ private:
         }
     }
 
-    ExactFileStamp stampOfPath(const files::FileUrl& url) {
+    PreciseFileStamp stampOfPath(const files::FileUrl& url) {
         return stampOf(system_.status(url.path(), files::Links::doNotFollow), url);
     }
 
-    ExactFileStamp stampOfOpen(files::OpenFile& file, const files::FileUrl& url) {
+    PreciseFileStamp stampOfOpen(files::OpenFile& file, const files::FileUrl& url) {
         return stampOf(file.status(), url);
     }
 
-    ExactFileStamp stampOf(const files::FileStatus& status, const files::FileUrl& url) {
-        auto stamp = ExactFileStamp::of(status, url);
+    PreciseFileStamp stampOf(const files::FileStatus& status, const files::FileUrl& url) {
+        auto stamp = PreciseFileStamp::of(status, url);
         auto known = keepsInodes_.find(status.device);
         if (known == keepsInodes_.end())
             known = keepsInodes_.emplace(status.device, system_.volumeFacts(url.path()).keepsInodes).first;
@@ -182,7 +182,7 @@ private:
         return stamp;
     }
 
-    static void requireUnchanged(const ExactFileStamp& now, const ExactFileStamp& before,
+    static void requireUnchanged(const PreciseFileStamp& now, const PreciseFileStamp& before,
                                  const files::FileUrl& url) {
         if (now != before) throwChanged(url);
     }

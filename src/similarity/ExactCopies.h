@@ -2,7 +2,7 @@
 
 #include "library/Photo.h"
 #include "platform/files/FileSystem.h"
-#include "similarity/ExactFileStamp.h"
+#include "similarity/PreciseFileStamp.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -71,10 +71,10 @@ Coefficients lowFrequencies(const GreyImage& grey) {
 }
 
 std::vector<double> colorLayout(const FingerprintCanvas& canvas) {
-    constexpr int cell = canvasSide / colorGridSide;
+    constexpr int cell = canvasSide / colourGridSide;
     constexpr double whiteSum = 255 * cell * cell;
     std::vector<double> colors;
-    colors.reserve(colorValueCount);
+    colors.reserve(colourValueCount);
     for (int top = 0; top < canvasSide; top += cell)
         for (int left = 0; left < canvasSide; left += cell)
             for (int channel = 0; channel < 3; ++channel) {

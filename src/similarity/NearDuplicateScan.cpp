@@ -20,13 +20,13 @@ std::optional<CachedFingerprint> extractUnlessChanged(const NearDuplicateDepende
                                                       const FingerprintCache& cache,
                                                       const std::stop_token& stop) {
     tasks::checkCancelled(stop);
-    const auto before = library::FingerprintStamp::read(deps.system, url);
+    const auto before = library::FileStamp::read(deps.system, url);
     const auto known = cache.find(url);
     const bool unchanged = known != cache.end() && known->second.stamp == before;
     tasks::checkCancelled(stop);
     CachedFingerprint cached{before, unchanged ? known->second.fingerprint : deps.fingerprint(url, stop)};
     tasks::checkCancelled(stop);
-    if (library::FingerprintStamp::read(deps.system, url) != before) return std::nullopt;
+    if (library::FileStamp::read(deps.system, url) != before) return std::nullopt;
     return cached;
 }
 
@@ -52,13 +52,13 @@ NearDuplicateDependencies NearDuplicateDependencies::real() {
 }
 
 SimilarityResult scanNearDuplicates(const NearDuplicateDependencies& deps, std::vector<library::Photo> photos,
-                                    SimilarityLevel level, const FingerprintCache& cache, int concurrency,
+                                    SimilarityLevel level, const FingerprintCache& cache, int width,
                                     const ScanProgress& progress, const std::stop_token& stop) {
     tasks::checkCancelled(stop);
     photos = sortedByPath(std::move(photos));
     tasks::ProgressThrottle throttle(deps.clock);
     auto extracted = tasks::orderedWorkers(
-        photos.size(), concurrency,
+        photos.size(), width,
         [&](std::size_t index, const std::stop_token& workerStop) {
             return extract(deps, photos[index].url, index, cache, workerStop);
         },

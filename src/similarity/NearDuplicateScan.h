@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "library/Photo.h"
 #include "platform/files/FileSystem.h"
 #include "platform/time/Clock.h"
@@ -19,7 +19,7 @@ namespace lumisort::similarity {
 
 /// A fingerprint and the state of the file that it was taken of.
 struct CachedFingerprint {
-    library::FingerprintStamp stamp;
+    library::FileStamp stamp;
     VisualFingerprint fingerprint;
 
     friend bool operator==(const CachedFingerprint&, const CachedFingerprint&) = default;
@@ -54,12 +54,12 @@ struct NearDuplicateDependencies {
 /// Called on the thread that runs the scan.
 using ScanProgress = std::function<void(std::size_t completed, std::size_t total)>;
 
-/// Fingerprints `photos` on tasks::threadCount(concurrency) threads, reusing what `cache` holds of files that
+/// Fingerprints `photos` on tasks::threadCount(width) threads, reusing what `cache` holds of files that
 /// have not changed since, and groups them in path order. A photo that cannot be read, or changes while it
 /// is, counts as unreadable and stops nothing. Reports the first photo finished, the last, and in between at
 /// most ten a second. Throws tasks::Cancelled and images::DecoderUnavailable, once all workers have ended.
 SimilarityResult scanNearDuplicates(const NearDuplicateDependencies& deps, std::vector<library::Photo> photos,
-                                    SimilarityLevel level, const FingerprintCache& cache, int concurrency,
+                                    SimilarityLevel level, const FingerprintCache& cache, int width,
                                     const ScanProgress& progress, const std::stop_token& stop = {});
 
 } // namespace lumisort::similarity

@@ -32,13 +32,8 @@ constexpr MatchLimits limits(SimilarityLevel level) {
 /// The levels' names in documents and in the interface.
 inline constexpr text::EnumNames<SimilarityLevel, 3> similarityLevelNames{{"Strict", "Balanced", "Loose"}};
 
-constexpr std::string_view rawValue(SimilarityLevel level) {
+constexpr std::string_view storedName(SimilarityLevel level) {
     return similarityLevelNames.of(level);
-}
-
-/// The level of exactly that name, letter case included; none for any other text.
-constexpr std::optional<SimilarityLevel> similarityLevel(std::string_view name) {
-    return similarityLevelNames.find(name);
 }
 
 } // namespace lumisort::similarity

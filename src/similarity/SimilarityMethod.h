@@ -14,7 +14,7 @@ inline constexpr std::array allSimilarityMethods{SimilarityMethod::exact, Simila
 inline constexpr text::EnumNames<SimilarityMethod, 3> similarityMethodNames{
     {"Exact Copies", "Near Duplicates", "Visual Similarity"}};
 
-constexpr std::string_view rawValue(SimilarityMethod method) {
+constexpr std::string_view storedName(SimilarityMethod method) {
     return similarityMethodNames.of(method);
 }
 

@@ -10,7 +10,7 @@ namespace lumisort::similarity {
 
 namespace {
 
-constexpr int cellCount = colorGridSide * colorGridSide;
+constexpr int cellCount = colourGridSide * colourGridSide;
 /// Sums of squared brightness differences up to this are rounding noise, not structure.
 constexpr double flatSumOfSquares = 1e-12;
 
@@ -20,11 +20,11 @@ using CellSources = std::array<int, cellCount>;
 constexpr std::array<CellSources, orientationCount> cellSources = [] {
     std::array<CellSources, orientationCount> tables{};
     for (std::size_t k = 0; k < orientationCount; ++k)
-        for (int y = 0; y < colorGridSide; ++y)
-            for (int x = 0; x < colorGridSide; ++x) {
+        for (int y = 0; y < colourGridSide; ++y)
+            for (int x = 0; x < colourGridSide; ++x) {
                 const auto source =
-                    sourceCell(FingerprintOrientation{static_cast<int>(k)}, {y, x}, colorGridSide);
-                tables[k][y * colorGridSide + x] = source.y * colorGridSide + source.x;
+                    sourceCell(FingerprintOrientation{static_cast<int>(k)}, {y, x}, colourGridSide);
+                tables[k][y * colourGridSide + x] = source.y * colourGridSide + source.x;
             }
     return tables;
 }();
@@ -56,19 +56,19 @@ std::optional<double> colorDistance(std::span<const double> a, std::span<const d
         for (std::size_t i = 0; i < a.size(); ++i) sum += std::abs(a[i] - b[i]);
         return sum / static_cast<double>(a.size());
     }
-    if (a.size() != colorValueCount) return std::nullopt;
+    if (a.size() != colourValueCount) return std::nullopt;
     const auto& sources = sourcesOf(orientation);
     for (std::size_t cell = 0; cell < sources.size(); ++cell)
         for (std::size_t channel = 0; channel < 3; ++channel)
             sum += std::abs(a[3 * cell + channel] - b[3 * sources[cell] + channel]);
-    return sum / static_cast<double>(colorValueCount);
+    return sum / static_cast<double>(colourValueCount);
 }
 
 } // namespace
 
 std::optional<double> VisualFingerprint::structureCorrelation(const VisualFingerprint& other,
                                                               FingerprintOrientation orientation) const {
-    if (colors.size() != colorValueCount || other.colors.size() != colorValueCount) return std::nullopt;
+    if (colors.size() != colourValueCount || other.colors.size() != colourValueCount) return std::nullopt;
     const Lumas lumasA = lumas(colors);
     const Lumas lumasB = lumas(other.colors);
     const double meanA = mean(lumasA);

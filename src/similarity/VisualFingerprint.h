@@ -11,9 +11,9 @@
 namespace lumisort::similarity {
 
 /// Cells along each side of a fingerprint's colour layout.
-inline constexpr int colorGridSide = 8;
+inline constexpr int colourGridSide = 8;
 /// Values of a complete colour layout: red, green and blue of each cell.
-inline constexpr std::size_t colorValueCount = 3 * colorGridSide * colorGridSide;
+inline constexpr std::size_t colourValueCount = 3 * colourGridSide * colourGridSide;
 /// A photo whose grey values deviate less than this is too plain to be told from others.
 inline constexpr double lowDetailDeviation = 0.025;
 /// Least correlation of brightness that a turned or mirrored match must have.

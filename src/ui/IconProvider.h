@@ -4,8 +4,8 @@
 
 namespace lumisort::ui {
 
-/// The icons of the program, tinted: `image://icon/<name>/<colour>`, the colour as QColor names it, or as they
-/// are drawn: `image://icon/<name>`. Any thread.
+/// The icons of the program, tinted: `image://icon/<name>/<colour>`, the colour as QColor names it, or as
+/// they are drawn: `image://icon/<name>`. Any thread.
 class IconProvider : public QQuickImageProvider {
 public:
     IconProvider() : QQuickImageProvider(Image) {}

@@ -15,8 +15,8 @@ namespace lumisort::ui {
 QString thumbnailSource(const files::FileUrl& photo, int revision);
 
 /// Previews for Image, provider name "thumbnail": decoded by the store, never on the main or the render
-/// thread. An Image that goes or changes its source stops its request. Where there is no preview, the Image is
-/// Ready and has no size: an error would print a line for each.
+/// thread. An Image that goes or changes its source stops its request. Where there is no preview, the Image
+/// is Ready and has no size: an error would print a line for each.
 ///
 /// The preview is at most ThumbnailStore::maxSide on its longest side. With a sourceSize it comes scaled to
 /// fit into that, which saves memory and looks better than scaling while drawing; it is never enlarged.

@@ -1,7 +1,7 @@
 // The program from outside: what it prints, what it returns, what it leaves behind.
 
 #include "library/LibraryStorage.h"
-#include "organize/ArchiveReport.h"
+#include "organize/OrganizeReport.h"
 #include "platform/files/FileLock.h"
 #include "platform/files/FileSystem.h"
 #include "support/TemporaryFolder.h"

@@ -64,8 +64,8 @@ TEST(LibrarySurvey, SaysWhatCanBeReachedNow) {
                                                     std::pair(url("/gone"), FolderState::offline),
                                                     std::pair(url("/file"), FolderState::unavailable),
                                                     std::pair(url("/secret"), FolderState::unavailable)));
-    std::vector<std::optional<FingerprintStamp>> expected(photos.size());
-    expected[0] = FingerprintStamp::read(system, url("/on/a.jpg"));
+    std::vector<std::optional<FileStamp>> expected(photos.size());
+    expected[0] = FileStamp::read(system, url("/on/a.jpg"));
     EXPECT_EQ(found.stamps, expected);
 }
 

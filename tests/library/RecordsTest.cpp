@@ -1,4 +1,4 @@
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "library/OrganizeSelection.h"
 #include "support/TemporaryFolder.h"
 
@@ -9,13 +9,13 @@
 namespace lumisort::library {
 namespace {
 
-TEST(FingerprintStamp, TellsEveryChangeOfTheItemItself) {
+TEST(FileStamp, TellsEveryChangeOfTheItemItself) {
     const test::TemporaryFolder folder;
     const auto photo = folder.write("a.jpg", "12345");
     const auto stampAt = [&](long nanoseconds) {
         const timespec times[2] = {{0, UTIME_OMIT}, {time::Timestamp::unixOffsetSeconds + 10, nanoseconds}};
         EXPECT_EQ(utimensat(AT_FDCWD, photo.path().c_str(), times, 0), 0);
-        return FingerprintStamp::read(files::FileSystem::real(), photo);
+        return FileStamp::read(files::FileSystem::real(), photo);
     };
     const auto stamp = stampAt(250'000'000);
     EXPECT_EQ(stamp.size, 5);
@@ -26,9 +26,8 @@ TEST(FingerprintStamp, TellsEveryChangeOfTheItemItself) {
     EXPECT_NE(stampAt(250'000'000), stamp);
 
     std::filesystem::create_symlink("a.jpg", folder.path() / "link.jpg");
-    EXPECT_NE(FingerprintStamp::read(files::FileSystem::real(), folder.url().child("link.jpg")).size, 6);
-    EXPECT_THROW(FingerprintStamp::read(files::FileSystem::real(), folder.url().child("none")),
-                 files::FileError);
+    EXPECT_NE(FileStamp::read(files::FileSystem::real(), folder.url().child("link.jpg")).size, 6);
+    EXPECT_THROW(FileStamp::read(files::FileSystem::real(), folder.url().child("none")), files::FileError);
 }
 
 TEST(OrganizeSelection, LeavesOutWhatIsMarkedForCleanup) {

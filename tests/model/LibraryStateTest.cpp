@@ -20,7 +20,7 @@ LibraryState stateOf(int count) {
     for (int i = 0; i < count; ++i) {
         const auto number = std::to_string(i);
         photos.push_back({.url = files::FileUrl::fromPath("/p/" + number + "/IMG_" + number + ".jpg")});
-        survey.stamps.emplace_back(library::FingerprintStamp{.size = i});
+        survey.stamps.emplace_back(library::FileStamp{.size = i});
     }
     LibraryState state;
     state.setPhotos(std::move(photos));
@@ -37,8 +37,7 @@ TEST(VisibleRows, SearchesNamesAsPeopleTypeThem) {
          {"/img/IMG_0001.JPG", "/img/my-img.png", "/img/other.jpg", "/x/Cafe\u0301.jpg", "/x/\xFF.jpg"})
         photos.push_back({.url = files::FileUrl::fromPath(path)});
     state.setPhotos(photos);
-    state.apply(
-        {.stamps = std::vector<std::optional<library::FingerprintStamp>>(5, library::FingerprintStamp{})});
+    state.apply({.stamps = std::vector<std::optional<library::FileStamp>>(5, library::FileStamp{})});
     SearchNames names;
     names.update(state.sharedPhotos());
     const auto found = [&](std::string text) { return visibleRows(state, names, {.text = std::move(text)}); };
@@ -77,7 +76,7 @@ TEST(LibraryState, CountsStayRightThroughAnything) {
         default: {
             library::LibrarySurvey survey;
             for (int i = 0; i < 50; ++i)
-                survey.stamps.push_back(random() % 4 ? std::optional(library::FingerprintStamp{.size = 1})
+                survey.stamps.push_back(random() % 4 ? std::optional(library::FileStamp{.size = 1})
                                                      : std::nullopt);
             state.apply(std::move(survey));
         }
@@ -92,7 +91,7 @@ TEST(LibraryState, CountsStayRightThroughAnything) {
             eligible += state.isReadable(each) && library::isToOrganize(state.photos()[each], state.marks());
         }
         ASSERT_EQ(state.readableCount(), readable);
-        ASSERT_EQ(state.importCount(), keep);
+        ASSERT_EQ(state.keptCount(), keep);
         ASSERT_EQ(state.skipCount(), cleanup);
         ASSERT_EQ(state.eligibleCount(), eligible);
     }

@@ -105,7 +105,7 @@ TEST_F(LibraryTest, FollowsADriveThatComesAndGoes) {
     EXPECT_EQ(model->library().folderState(url("/p/")), FolderState::offline);
     EXPECT_EQ(reported().back(), "available 0 2");
     EXPECT_THAT(model->selection().selected(), IsEmpty());
-    EXPECT_EQ(model->library().importCount(), 0);
+    EXPECT_EQ(model->library().keptCount(), 0);
     model->selection().toggle(session.photos[0]); // not readable: ignored
     EXPECT_THAT(model->selection().selected(), IsEmpty());
 
@@ -113,7 +113,7 @@ TEST_F(LibraryTest, FollowsADriveThatComesAndGoes) {
     model->availability().refresh();
     settle();
     EXPECT_THAT(reported(), ElementsAre("available 2 0"));
-    EXPECT_EQ(model->library().importCount(), 1); // the mark's stamp still fits
+    EXPECT_EQ(model->library().keptCount(), 1); // the mark's stamp still fits
 }
 
 TEST_F(LibraryTest, RequestsDuringAnInspectionCostOneMore) {
@@ -160,7 +160,7 @@ TEST_F(LibraryTest, MarksInOrderAndOnlyWhatIsThere) {
     settle();
     EXPECT_EQ(reported().back(), "marked 1 2");
     EXPECT_EQ(model->library().skipCount(), 1);
-    EXPECT_EQ(model->library().importCount(), 0);
+    EXPECT_EQ(model->library().keptCount(), 0);
 }
 
 TEST_F(LibraryTest, AMarkGoesStaleWithItsFile) {
@@ -172,11 +172,11 @@ TEST_F(LibraryTest, AMarkGoesStaleWithItsFile) {
     model->availability().refresh();
     settle();
     EXPECT_FALSE(model->library().decision(session.photos[0]));
-    EXPECT_EQ(model->library().importCount(), 0);
+    EXPECT_EQ(model->library().keptCount(), 0);
     EXPECT_EQ(model->library().reviewMarks().size(), 1u); // kept, in case the file comes back
     model->marking().mark(session.photos, ReviewDecision::keep);
     settle();
-    EXPECT_EQ(model->library().importCount(), 1);
+    EXPECT_EQ(model->library().keptCount(), 1);
 }
 
 TEST_F(LibraryTest, PreparesToOrganizeWhatIsNotForCleanup) {
@@ -205,12 +205,12 @@ TEST_F(LibraryTest, ARenameTakesEverythingAlong) {
     model->rename(session.photos[0], " holiday ");
     EXPECT_EQ(reported().back(), "renamed holiday.jpg");
     EXPECT_THAT(names(model->library().photos()), ElementsAre("holiday.jpg", "b.jpg"));
-    EXPECT_EQ(model->library().importCount(), 1);
+    EXPECT_EQ(model->library().keptCount(), 1);
     EXPECT_EQ(model->library().decision(photo("/p/holiday.jpg")), ReviewDecision::keep);
     EXPECT_THAT(model->selection().selected(), UnorderedElementsAre(url("/p/holiday.jpg")));
     EXPECT_EQ(model->selection().focused(), url("/p/holiday.jpg"));
     settle();
-    EXPECT_EQ(model->library().importCount(), 1);
+    EXPECT_EQ(model->library().keptCount(), 1);
 
     EXPECT_EQ(model->rename(session.photos[0], "x").error(), "Please wait for the current task to finish.");
     EXPECT_EQ(model->rename(session.photos[1], "holiday").error(), "A file with this name already exists.");
@@ -272,7 +272,7 @@ TEST_F(LibraryTest, MarksFollowAPhotoThatIsRenamedMeanwhile) {
     model->marking().mark(session.photos, ReviewDecision::keep, before);
     ASSERT_TRUE(model->rename(session.photos[0], "z"));
     settle();
-    EXPECT_EQ(model->library().importCount(), 1);
+    EXPECT_EQ(model->library().keptCount(), 1);
     ASSERT_EQ(before->size(), 1u);
     EXPECT_EQ(before->front().photo, url("/p/z.jpg"));
 }
@@ -292,7 +292,7 @@ TEST_F(LibraryTest, RestoresMarksAsTheyWereStaleOnesToo) {
     model->marking().restore(before); // asked for before the marks are set
     settle();
     EXPECT_EQ(model->library().reviewMarks(), marks);
-    EXPECT_EQ(model->library().importCount(), 0);
+    EXPECT_EQ(model->library().keptCount(), 0);
 }
 
 TEST_F(LibraryTest, MarkingNothingChangesNothing) {

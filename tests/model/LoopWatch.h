@@ -16,8 +16,8 @@ namespace lumisort::model {
 class LoopWatch {
 public:
 #ifdef __SANITIZE_THREAD__
-    /// The sanitizer does not see into Qt's event queue, takes every value that comes out of it for a race and
-    /// needs seconds to find that those are to be passed over.
+    /// The sanitizer does not see into Qt's event queue, takes every value that comes out of it for a race
+    /// and needs seconds to find that those are to be passed over.
     static constexpr std::chrono::milliseconds bearable{60'000};
 #else
     /// What people take for a window that hangs begins at about this.

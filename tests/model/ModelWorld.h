@@ -23,8 +23,8 @@ protected:
     static files::FileUrl url(std::string_view path) { return files::FileUrl::fromPath(path); }
     static library::Photo photo(std::string_view path) { return {.url = url(path), .bytes = 1}; }
 
-    ModelSurroundings surroundings() {
-        ModelSurroundings with{
+    ModelDependencies surroundings() {
+        ModelDependencies with{
             .system = system_,
             .clock = {.now = [] { return time::Timestamp(0); }, .uptimeSeconds = [] { return 0.0; }}};
         with.volumes = [this] { return volumes_; };

@@ -50,7 +50,7 @@ inline std::string words(const Report& report) {
         std::string operator()(const MatchStarted&) const { return "analyzing"; }
         std::string operator()(const MatchProgress& progress) const { return progress.text; }
         std::string operator()(const MatchSummary& summary) const {
-            return std::string(rawValue(summary.method)) +
+            return std::string(storedName(summary.method)) +
                    list({summary.groups, summary.unreadable, summary.lowDetail, summary.failures.size()});
         }
         std::string operator()(const StorageProblem& problem) const { return problem.line; }

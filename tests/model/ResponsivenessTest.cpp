@@ -13,7 +13,7 @@ class ResponsivenessTest : public ThreadedWorld {
 protected:
     static constexpr std::size_t photosPerFolder = 500;
 
-    ModelSurroundings slow() {
+    ModelDependencies slow() {
         auto with = threaded(photosPerFolder);
         with.background = [this](std::function<void()> job) {
             pool_.start([this, job = std::move(job)] {
@@ -66,7 +66,7 @@ TEST_F(ResponsivenessTest, TheEventLoopTurnsWhateverGoesOn) {
          [&] { return model.library().unavailableCount() == static_cast<int>(photosPerFolder); }},
         {"marks",
          [&] { return QFuture<void>(model.marking().mark(model.library().photos(), ReviewDecision::keep)); },
-         [&] { return model.library().importCount() == static_cast<int>(photosPerFolder); }},
+         [&] { return model.library().keptCount() == static_cast<int>(photosPerFolder); }},
         {"similarity", [&] { return QFuture<void>(model.matches().find()); },
          [&] { return model.matches().complete(); }},
         {"organize",

@@ -129,7 +129,7 @@ TEST_F(SessionTest, AFailedSaveIsSaidAndTheNextOneTriesAgain) {
     finish(flushed);
     EXPECT_FALSE(flushed.result().has_value());
     EXPECT_THAT(reported().back(), StartsWith("save failed: "));
-    EXPECT_EQ(model->library().importCount(), 1);
+    EXPECT_EQ(model->library().keptCount(), 1);
 
     system_.remove("/data");
     finish(model->flush());

@@ -33,7 +33,7 @@ protected:
     }
 
     /// Folders hold so many photos each.
-    ModelSurroundings threaded(std::size_t photosPerFolder) {
+    ModelDependencies threaded(std::size_t photosPerFolder) {
         auto with = surroundings();
         with.background = {};
         with.after = [](std::chrono::milliseconds, QObject* context, std::function<void()> function) {

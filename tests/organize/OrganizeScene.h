@@ -1,6 +1,6 @@
 #pragma once
 
-#include "organize/ArchiveEngine.h"
+#include "organize/OrganizeEngine.h"
 #include "platform/time/LocalTime.h"
 #include "support/MemoryFileSystem.h"
 
@@ -22,7 +22,7 @@ inline void unheard(double, const std::string&) {}
 struct OrganizeScene {
     MemoryFileSystem system;
     int identifiers = 1000;
-    organize::ArchiveEngine engine{
+    organize::OrganizeEngine engine{
         system, {.now = [] { return midMonth(2026, 11); }, .uptimeSeconds = [] { return 0.0; }}, [this] {
             return "ABCD" + std::to_string(++identifiers) + "-0000-4000-8000-000000000000";
         }};
@@ -40,13 +40,13 @@ struct OrganizeScene {
         photos.push_back({.url = url, .date = date});
         return *this;
     }
-    organize::ArchivePlan plan(bool skipDuplicates = true) {
+    organize::OrganizePlan plan(bool skipDuplicates = true) {
         return engine.plan(photos, destination, skipDuplicates, unheard, {});
     }
-    organize::ArchiveReport execute(const organize::ArchivePlan& plan) {
+    organize::OrganizeReport execute(const organize::OrganizePlan& plan) {
         return engine.execute(plan, [](std::int64_t, std::int64_t) {}, {});
     }
-    organize::ArchiveReport storedReport() {
+    organize::OrganizeReport storedReport() {
         return organize::readReport(system, files::FileUrl::fromPath(root + "/Lumisort-report.json"));
     }
     bool isEmpty() const { return system.filesBelow("/usb").empty(); }

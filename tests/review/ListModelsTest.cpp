@@ -115,8 +115,9 @@ protected:
             const int row = visibleWindow_.rowOf(position);
             ASSERT_GE(row, 0);
             EXPECT_EQ(seen_[row].first, position);
-            EXPECT_EQ(seen_[row].second, QString::fromUtf8(photo.url.name()) +
-                                             QString::number(model::Decision::of(model_->library().decision(photo))));
+            EXPECT_EQ(seen_[row].second,
+                      QString::fromUtf8(photo.url.name()) +
+                          QString::number(model::Decision::of(model_->library().decision(photo))));
         }
     }
 
@@ -124,8 +125,7 @@ protected:
         const auto text = [&](int row, int role) { return visibleWindow_.index(row).data(role).toString(); };
         for (int row = from; row <= to; ++row)
             seen_[row] = {visibleWindow_.index(row).data(review::VisibleWindowModel::PositionRole).toInt(),
-                          text(row, VisiblePhotos::NameRole) +
-                              text(row, VisiblePhotos::DecisionRole)};
+                          text(row, VisiblePhotos::NameRole) + text(row, VisiblePhotos::DecisionRole)};
     }
 
     void followWindow() {
@@ -171,7 +171,8 @@ TEST_F(ListModelsTest, KeepTheRulesOfListsThroughEverythingThatHappens) {
         QCoreApplication::sendPostedEvents();
         checkWindow();
         EXPECT_EQ(window_->folders()->rowCount(), std::ssize(model_->library().folders()));
-        EXPECT_LT(window_->cursor()->position(), std::max<std::ptrdiff_t>(std::ssize(model_->library().photos()), 1));
+        EXPECT_LT(window_->cursor()->position(),
+                  std::max<std::ptrdiff_t>(std::ssize(model_->library().photos()), 1));
         most = std::max(most, window_->state()->photos().rows().size());
     }
     EXPECT_GT(most, 2U * photosPerFolder) << "the steps came to nothing";

@@ -70,10 +70,10 @@ TEST_F(MainViewTest, IsUsedByKeyboardAlone) {
     EXPECT_TRUE(stage_.has(QStringLiteral("2 selected")));
     stage_.key(Qt::Key_K, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(model_->library().importCount(), 2);
+    EXPECT_EQ(model_->library().keptCount(), 2);
     stage_.key(Qt::Key_Z, Qt::ControlModifier);
     settle();
-    EXPECT_EQ(model_->library().importCount(), 0);
+    EXPECT_EQ(model_->library().keptCount(), 0);
     bool compared = false;
     QObject::connect(window_->state(), &WindowState::compareWanted, [&] { compared = true; });
     stage_.key(Qt::Key_E, Qt::ControlModifier);

@@ -63,7 +63,8 @@ TEST_F(PhotoCursorTest, ClicksToggleAndShiftAddsARange) {
 
 TEST_F(PhotoCursorTest, StaysWithItsPhotoAndTakesTheNextOnesPlace) {
     open({"a.jpg", "b.jpg", "c.jpg", "d.jpg"});
-    for (const auto index : {1u, 2u, 3u}) model_->marking().mark({named(index)}, library::ReviewDecision::keep);
+    for (const auto index : {1u, 2u, 3u})
+        model_->marking().mark({named(index)}, library::ReviewDecision::keep);
     settle();
     window_->showSection("keep");
     cursor().move(0, 0, false);

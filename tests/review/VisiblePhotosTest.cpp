@@ -1,5 +1,6 @@
-#include "model/Decision.h"
 #include "review/VisiblePhotos.h"
+
+#include "model/Decision.h"
 
 #include <gmock/gmock.h>
 
@@ -21,7 +22,7 @@ void fill(model::Library& library, int count) {
     for (int i = 0; i < count; ++i) {
         const auto number = std::to_string(i);
         photos.push_back({.url = files::FileUrl::fromPath("/p/" + number + "/IMG_" + number + ".jpg")});
-        survey.stamps.emplace_back(library::FingerprintStamp{.size = i});
+        survey.stamps.emplace_back(library::FileStamp{.size = i});
     }
     library.add(files::FileUrl::fromPath("/p"), photos);
     library.apply(std::move(survey));

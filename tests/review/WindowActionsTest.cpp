@@ -67,7 +67,7 @@ TEST_F(WindowActionsTest, MarkThePickedAndTakeItBack) {
     model_->selection().toggle(named(1));
     trigger(ActionSet::Keep);
     settle();
-    EXPECT_EQ(model_->library().importCount(), 2);
+    EXPECT_EQ(model_->library().keptCount(), 2);
     model_->selection().toggle(named(2));
     trigger(ActionSet::Skip);
     settle();
@@ -75,7 +75,7 @@ TEST_F(WindowActionsTest, MarkThePickedAndTakeItBack) {
     EXPECT_FALSE(action(ActionSet::Organize).isEnabled()) << "every photo is skipped";
     trigger(ActionSet::Undo);
     settle();
-    EXPECT_EQ(model_->library().importCount(), 2);
+    EXPECT_EQ(model_->library().keptCount(), 2);
     EXPECT_EQ(model_->library().skipCount(), 0);
     EXPECT_EQ(model_->library().decision(named(2)), std::nullopt);
     trigger(ActionSet::Undo);

@@ -78,7 +78,7 @@ TEST(Fingerprint, DescribesColoursCellByCell) {
         for (int x = 8; x < 12; ++x)
             canvas.rgb[3 * (y * canvasSide + x) + 1] = static_cast<std::uint8_t>(10 * x);
     const auto fingerprint = similarity::fingerprint(canvas, 4.0);
-    ASSERT_EQ(fingerprint.colors.size(), colorValueCount);
+    ASSERT_EQ(fingerprint.colors.size(), colourValueCount);
     for (std::size_t i = 0; i < fingerprint.colors.size(); ++i)
         EXPECT_EQ(fingerprint.colors[i], i == 3 * (8 * 1 + 2) + 1 ? 4 * (80 + 90 + 100 + 110) / 4080.0 : 1.0)
             << i;

@@ -44,8 +44,8 @@ struct Collection {
 VisualFingerprint fingerprint(std::uint64_t hash) {
     VisualFingerprint made{
         .hash = hash, .colors = {}, .aspect = 1.5, .deviation = 0.2, .orientationHashes = {hash}};
-    for (std::size_t i = 0; i < colorValueCount; ++i)
-        made.colors.push_back(static_cast<double>(i) / colorValueCount);
+    for (std::size_t i = 0; i < colourValueCount; ++i)
+        made.colors.push_back(static_cast<double>(i) / colourValueCount);
     return made;
 }
 

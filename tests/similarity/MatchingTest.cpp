@@ -123,7 +123,7 @@ TEST(Matching, CorrelationTellsStructureFromBrightness) {
     auto other = photo;
     for (double& color : other.colors) color = 1 - color;
     EXPECT_NEAR(*photo.structureCorrelation(other, upright), -1, 1e-12);
-    other.colors.assign(colorValueCount, 0.4);
+    other.colors.assign(colourValueCount, 0.4);
     EXPECT_EQ(photo.structureCorrelation(other, upright), std::nullopt);
     EXPECT_EQ(other.structureCorrelation(photo, upright), std::nullopt);
     other.colors.resize(3);
@@ -131,10 +131,11 @@ TEST(Matching, CorrelationTellsStructureFromBrightness) {
 }
 
 TEST(SimilarityLevels, AreNamedExactly) {
-    for (const auto level : allSimilarityLevels) EXPECT_EQ(similarityLevel(rawValue(level)), level);
-    EXPECT_EQ(rawValue(balanced), "Balanced");
+    for (const auto level : allSimilarityLevels)
+        EXPECT_EQ(similarityLevelNames.find(storedName(level)), level);
+    EXPECT_EQ(storedName(balanced), "Balanced");
     for (const auto* other : {"", "strict", "Strict ", "Balance"})
-        EXPECT_EQ(similarityLevel(other), std::nullopt);
+        EXPECT_EQ(similarityLevelNames.find(other), std::nullopt);
 }
 
 } // namespace

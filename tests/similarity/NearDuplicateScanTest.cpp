@@ -34,7 +34,7 @@ struct NearDuplicateScanTest : testing::Test {
         photos.push_back({.url = files::FileUrl::fromPath("/p/" + name)});
     }
 
-    SimilarityResult scan(const FingerprintCache& cache = {}, int concurrency = 4,
+    SimilarityResult scan(const FingerprintCache& cache = {}, int width = 4,
                           const std::stop_token& stop = {}) {
         const auto fingerprint = [this](const files::FileUrl& url, const std::stop_token& workerStop) {
             ++fingerprinted;
@@ -44,7 +44,7 @@ struct NearDuplicateScanTest : testing::Test {
             const bool plain = contents == "plain";
             const std::uint64_t hash = plain ? 0 : std::stoull(contents, nullptr, 16);
             return VisualFingerprint{.hash = hash,
-                                     .colors = std::vector(colorValueCount, 0.5),
+                                     .colors = std::vector(colourValueCount, 0.5),
                                      .aspect = 1.5,
                                      .deviation = plain ? 0.0249 : 0.1,
                                      .orientationHashes = {hash}};
@@ -54,7 +54,7 @@ struct NearDuplicateScanTest : testing::Test {
             .clock = {.now = {}, .uptimeSeconds = [this] { return now += secondsPerPhoto; }},
             .fingerprint = fingerprint};
         return scanNearDuplicates(
-            services, photos, SimilarityLevel::balanced, cache, concurrency,
+            services, photos, SimilarityLevel::balanced, cache, width,
             [this](std::size_t completed, std::size_t total) { progress.emplace_back(completed, total); },
             stop);
     }
@@ -68,8 +68,8 @@ TEST_F(NearDuplicateScanTest, GroupsInPathOrderAndCountsTheRest) {
     photos.push_back({.url = files::FileUrl::fromPath("/p/missing")});
     add("a", "ffffffff00");
     add("d", "7f");
-    for (const int concurrency : {0, 1, 4, 10}) {
-        const auto result = scan({}, concurrency);
+    for (const int width : {0, 1, 4, 10}) {
+        const auto result = scan({}, width);
         ASSERT_EQ(result.groups.size(), 1U);
         EXPECT_EQ(result.groups.front().photos, (std::vector{photos[1], photos[0], photos[6]}));
         EXPECT_EQ(result.unreadable, 2U);

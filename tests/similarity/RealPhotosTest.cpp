@@ -25,7 +25,7 @@ TEST(RealPhotos, DamagedAndHostileFilesAreCountedAtMost) {
             try {
                 const auto made = fingerprint(files::FileUrl::fromPath(entry.path().string()));
                 ++fingerprinted;
-                EXPECT_EQ(made.colors.size(), colorValueCount);
+                EXPECT_EQ(made.colors.size(), colourValueCount);
                 EXPECT_EQ(made.orientationHashes.size(), orientationCount);
                 EXPECT_TRUE(made.aspect > 0 && made.deviation >= 0 && made.deviation <= 0.5) << entry.path();
             } catch (const images::ImageError&) {
@@ -89,7 +89,7 @@ TEST(RealPhotos, CopiesAreGroupedAndOtherPhotosAreNot) {
         for (const auto& found : result.groups)
             for (const auto& photo : found.photos) {
                 EXPECT_EQ(labels.at(photo.url).first, labels.at(found.anchor.url).first)
-                    << photo.url.path() << " at " << rawValue(level);
+                    << photo.url.path() << " at " << storedName(level);
                 anchors[photo.url] = found.anchor.url;
             }
         cache = std::move(result.cache);

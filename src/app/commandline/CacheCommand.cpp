@@ -20,11 +20,11 @@ std::unique_ptr<similarity::FingerprintDatabase> openDatabase() {
     return database;
 }
 
-ExitStatus status(bool asJson, Surroundings& with) {
+ExitStatus status(bool asJson, Dependencies& deps) {
     const auto database = openDatabase();
     const auto found = database->status();
     if (asJson) {
-        printJson(with.out, [&](json::Writer& json) {
+        printJson(deps.out, [&](json::Writer& json) {
             json.beginObject();
             json.key("file").text(database->file());
             json.key("photos").integer(found.photos);
@@ -34,7 +34,7 @@ ExitStatus status(bool asJson, Surroundings& with) {
             json.endObject();
         });
     } else {
-        with.out << printable(database->file()) << '\n'
+        deps.out << printable(database->file()) << '\n'
                  << counted(found.photos, "photo") << " · " << counted(found.values, "value") << " · "
                  << text::byteCount(found.bytes) << " of at most "
                  << text::byteCount(similarity::FingerprintDatabase::defaultLimitBytes) << '\n';
@@ -42,14 +42,14 @@ ExitStatus status(bool asJson, Surroundings& with) {
     return ExitStatus::done;
 }
 
-ExitStatus clear(Surroundings& with) {
+ExitStatus clear(Dependencies& deps) {
     const auto database = openDatabase();
     const auto before = database->status();
     database->clear();
     if (const auto problem = database->problem(); !problem.empty()) throw std::runtime_error(problem);
     if (database->status().values > 0)
         throw std::runtime_error("“" + printable(database->file()) + "” is in use by another program.");
-    with.out << "Removed: " << counted(before.values, "value") << '\n';
+    deps.out << "Removed: " << counted(before.values, "value") << '\n';
     return ExitStatus::done;
 }
 
@@ -62,7 +62,7 @@ void addCacheCommand(CLI::App& program, Command& chosen) {
     auto* showing = group->add_subcommand("status", "Show where it is, how much it holds and its size");
     showing->add_flag("--json", *json, "Print JSON");
     showing->callback(
-        [json, &chosen] { chosen = [json](Surroundings& with) { return status(*json, with); }; });
+        [json, &chosen] { chosen = [json](Dependencies& deps) { return status(*json, deps); }; });
     group->add_subcommand("clear", "Remove everything; the next search computes it again")
         ->callback([&chosen] { chosen = clear; });
 }

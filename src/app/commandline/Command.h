@@ -14,7 +14,7 @@ class App;
 namespace lumisort::app {
 
 /// What a command works with. Results go to `out`; `progress` and `notes` are for the person at the terminal.
-struct Surroundings {
+struct Dependencies {
     std::ostream& out;
     std::ostream& notes;
     ProgressBar& progress;
@@ -23,7 +23,7 @@ struct Surroundings {
 
 /// A command after its arguments were read. Throws tasks::Cancelled when it was interrupted, and any
 /// std::exception whose message says what failed.
-using Command = std::function<ExitStatus(Surroundings&)>;
+using Command = std::function<ExitStatus(Dependencies&)>;
 
 /// Each adds one subcommand with its options to `program`; when that subcommand is the one on the command
 /// line, `chosen` is set while the arguments are parsed.

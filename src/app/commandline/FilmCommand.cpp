@@ -44,17 +44,17 @@ struct Job {
 };
 
 /// The stored adjustments or those of a new edit, with what the command line says instead.
-film::FilmSettings settingsFor(const FilmOptions& options, const files::FileUrl& photo, Surroundings& with) {
+film::FilmSettings settingsFor(const FilmOptions& options, const files::FileUrl& photo, Dependencies& deps) {
     film::FilmSettings settings;
     if (options.fromEdits) {
         film::FilmEditFile edits(files::FileSystem::real(), film::filmEditsOf(library::libraryLocation()));
         const auto stored = edits.load(photo);
-        if (stored.persistenceWarning) with.notes << *stored.persistenceWarning << '\n';
+        if (stored.persistenceWarning) deps.notes << *stored.persistenceWarning << '\n';
         settings = stored.settings;
     }
-    if (options.stock) settings.stock = film::filmStockFromRawValue(*options.stock).value();
-    if (options.paper) settings.paper = film::filmPaperFromRawValue(*options.paper).value();
-    if (options.format) settings.format = film::filmFormatFromRawValue(*options.format).value();
+    if (options.stock) settings.stock = film::filmStockNames.find(*options.stock).value();
+    if (options.paper) settings.paper = film::filmPaperNames.find(*options.paper).value();
+    if (options.format) settings.format = film::filmFormatNames.find(*options.format).value();
     const auto take = [](const std::optional<double>& given, double& setting) {
         setting = given.value_or(setting);
     };
@@ -108,18 +108,18 @@ private:
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-void printTimings(const film::FilmRenderEngine& engine, double seconds, Surroundings& with) {
+void printTimings(const film::FilmRenderEngine& engine, double seconds, Dependencies& deps) {
     std::array<char, 80> line{};
     for (std::size_t i = 0; i < film::filmStages().size(); ++i) {
         std::snprintf(line.data(), line.size(), "%-12s %8.3f s of processor time\n",
                       film::filmStages()[i].name.data(), static_cast<double>(engine.stageTimes()[i]) * 1e-9);
-        with.notes << line.data();
+        deps.notes << line.data();
     }
     std::snprintf(line.data(), line.size(), "%-12s %8.3f s\n", "in all", seconds);
-    with.notes << line.data();
+    deps.notes << line.data();
 }
 
-ExitStatus render(const FilmOptions& options, Surroundings& with) {
+ExitStatus render(const FilmOptions& options, Dependencies& deps) {
     const Stopwatch stopwatch;
     const auto jobs = jobsOf(options);
     film::FilmRenderEngine engine(options.rendered ? film::FilmInputs::renderedAsWell
@@ -129,34 +129,34 @@ ExitStatus render(const FilmOptions& options, Surroundings& with) {
         const auto& [photo, destination] = jobs[i];
         const auto name = printable(photo.name());
         const auto show = [&](double share) {
-            with.progress.show((static_cast<double>(i) + share) / static_cast<double>(jobs.size()), name);
+            deps.progress.show((static_cast<double>(i) + share) / static_cast<double>(jobs.size()), name);
         };
         try {
             show(0);
-            const auto settings = settingsFor(options, photo, with);
+            const auto settings = settingsFor(options, photo, deps);
             if (destination) {
-                engine.exportPhoto(photo, settings, *destination, show, with.stop);
-                with.progress.clear();
-                with.out << printable(destination->path()) << '\n';
+                engine.exportPhoto(photo, settings, *destination, show, deps.stop);
+                deps.progress.clear();
+                deps.out << printable(destination->path()) << '\n';
             }
             if (!options.preview.empty()) {
                 const auto file = fileArgument(options.preview);
-                writePng(engine.preview(photo, settings, with.stop).film, file);
-                with.progress.clear();
-                with.out << printable(file.path()) << '\n';
+                writePng(engine.preview(photo, settings, deps.stop).film, file);
+                deps.progress.clear();
+                deps.out << printable(file.path()) << '\n';
             }
         } catch (const film::FilmRenderError& error) {
-            with.progress.clear();
-            with.notes << printable(photo.path()) << ": " << error.what() << '\n';
+            deps.progress.clear();
+            deps.notes << printable(photo.path()) << ": " << error.what() << '\n';
             failed = true;
         } catch (const files::FileError& error) {
-            with.progress.clear();
-            with.notes << error.what() << '\n';
+            deps.progress.clear();
+            deps.notes << error.what() << '\n';
             failed = true;
         }
     }
-    with.progress.clear();
-    if (options.timings) printTimings(engine, stopwatch.seconds(), with);
+    deps.progress.clear();
+    if (options.timings) printTimings(engine, stopwatch.seconds(), deps);
     return failed ? jobs.size() == 1 ? ExitStatus::failed : ExitStatus::doneWithFailures : ExitStatus::done;
 }
 
@@ -202,7 +202,7 @@ void addFilmCommand(CLI::App& program, Command& chosen) {
     command->callback([command, options, &chosen] {
         if (!command->get_subcommands().empty()) return;
         checkOutputs(*options);
-        chosen = [options](Surroundings& with) { return render(*options, with); };
+        chosen = [options](Dependencies& deps) { return render(*options, deps); };
     });
 }
 

@@ -22,20 +22,20 @@ struct InspectOptions {
     bool json = false;
 };
 
-void writeText(const std::string& argument, const std::string& text, Surroundings& with) {
+void writeText(const std::string& argument, const std::string& text, Dependencies& deps) {
     const auto file = fileArgument(argument);
     files::replaceFile(files::FileSystem::real(), file.path(), text);
-    with.notes << "Written: " << printable(file.path()) << '\n';
+    deps.notes << "Written: " << printable(file.path()) << '\n';
 }
 
-ExitStatus inspect(const InspectOptions& options, Surroundings& with) {
-    const auto stock = film::filmStockFromRawValue(options.stock).value();
-    const auto paper = film::filmPaperFromRawValue(options.paper).value();
-    with.out << (options.json ? film::inspectJson(stock, paper) : film::inspectText(stock, paper));
-    if (!options.plot.empty()) writeText(options.plot, film::plotSvg(stock, paper), with);
+ExitStatus inspect(const InspectOptions& options, Dependencies& deps) {
+    const auto stock = film::filmStockNames.find(options.stock).value();
+    const auto paper = film::filmPaperNames.find(options.paper).value();
+    deps.out << (options.json ? film::inspectJson(stock, paper) : film::inspectText(stock, paper));
+    if (!options.plot.empty()) writeText(options.plot, film::plotSvg(stock, paper), deps);
     if (!options.cube.empty()) {
-        const auto cube = film::inspectedCubeFromRawValue(options.cube).value();
-        writeText(options.out, film::cubeText(stock, paper, cube, with.stop), with);
+        const auto cube = film::inspectedCubeNames.find(options.cube).value();
+        writeText(options.out, film::cubeText(stock, paper, cube, deps.stop), deps);
     }
     return ExitStatus::done;
 }
@@ -59,7 +59,7 @@ void addFilmInspectCommand(CLI::App& film, Command& chosen) {
     cube->needs(out);
     out->needs(cube);
     command->callback(
-        [options, &chosen] { chosen = [options](Surroundings& with) { return inspect(*options, with); }; });
+        [options, &chosen] { chosen = [options](Dependencies& deps) { return inspect(*options, deps); }; });
 }
 
 } // namespace lumisort::app

@@ -68,7 +68,7 @@ void print(std::ostream& out, const files::FileUrl& url, const Outcome& outcome)
     out << hexadecimal(outcome->hash) << shape.data();
 }
 
-ExitStatus fingerprints(const FingerprintOptions& options, Surroundings& with) {
+ExitStatus fingerprints(const FingerprintOptions& options, Dependencies& deps) {
     std::vector<files::FileUrl> urls;
     for (const auto& file : options.files) urls.push_back(fileArgument(file));
     const auto outcomes = tasks::orderedWorkers(
@@ -78,21 +78,21 @@ ExitStatus fingerprints(const FingerprintOptions& options, Surroundings& with) {
         },
         [&](std::size_t completed) {
             const auto total = static_cast<double>(urls.size());
-            with.progress.show(static_cast<double>(completed) / total, "Analyzing photos…");
+            deps.progress.show(static_cast<double>(completed) / total, "Analyzing photos…");
         },
-        with.stop);
-    with.progress.clear();
+        deps.stop);
+    deps.progress.clear();
 
     bool failed = false;
     for (const auto& outcome : outcomes) failed = failed || !outcome->has_value();
     if (options.json) {
-        printJson(with.out, [&](json::Writer& json) {
+        printJson(deps.out, [&](json::Writer& json) {
             json.beginArray();
             for (std::size_t i = 0; i < urls.size(); ++i) write(json, urls[i], *outcomes[i]);
             json.endArray();
         });
     } else {
-        for (std::size_t i = 0; i < urls.size(); ++i) print(with.out, urls[i], *outcomes[i]);
+        for (std::size_t i = 0; i < urls.size(); ++i) print(deps.out, urls[i], *outcomes[i]);
     }
     return failed ? ExitStatus::doneWithFailures : ExitStatus::done;
 }
@@ -105,7 +105,7 @@ void addFingerprintCommand(CLI::App& program, Command& chosen) {
     command->add_option("FILE", options->files, "Photos")->required();
     command->add_flag("--json", options->json, "Print JSON");
     command->callback([options, &chosen] {
-        chosen = [options](Surroundings& with) { return fingerprints(*options, with); };
+        chosen = [options](Dependencies& deps) { return fingerprints(*options, deps); };
     });
 }
 

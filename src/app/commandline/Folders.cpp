@@ -54,21 +54,21 @@ std::vector<files::FileUrl> folderArguments(const std::vector<std::string>& argu
     return outermost;
 }
 
-FoundPhotos scanFolders(const std::vector<files::FileUrl>& folders, Surroundings& with) {
+FoundPhotos scanFolders(const std::vector<files::FileUrl>& folders, Dependencies& deps) {
     FoundPhotos found;
     for (const auto& folder : folders) {
         const auto before = found.photos.size();
         auto scanned = library::scanFolder(
             files::FileSystem::real(), folder,
             [&](std::size_t count) {
-                with.progress.show(-1, "Scanning " + counted(before + count, "photo") + "…");
+                deps.progress.show(-1, "Scanning " + counted(before + count, "photo") + "…");
             },
-            with.stop);
+            deps.stop);
         std::ranges::move(scanned.photos, std::back_inserter(found.photos));
         found.skipped += scanned.skipped;
     }
-    with.progress.clear();
-    tasks::checkCancelled(with.stop);
+    deps.progress.clear();
+    tasks::checkCancelled(deps.stop);
     return found;
 }
 

@@ -28,6 +28,6 @@ struct FoundPhotos {
 };
 
 /// Scans the folders, showing progress. Throws tasks::Cancelled when stopped.
-FoundPhotos scanFolders(const std::vector<files::FileUrl>& folders, Surroundings& with);
+FoundPhotos scanFolders(const std::vector<files::FileUrl>& folders, Dependencies& deps);
 
 } // namespace lumisort::app

@@ -31,22 +31,22 @@ files::FileUrl asFolder(const files::FileUrl& url) {
     return files::FileUrl::fromPath(url.path() == "/" ? url.path() : url.path() + "/");
 }
 
-ExitStatus add(const LibraryOptions& options, Surroundings& with) {
+ExitStatus add(const LibraryOptions& options, Dependencies& deps) {
     const auto folders = folderArguments(options.paths);
-    OpenLibrary library(options.document, with);
+    OpenLibrary library(options.document, deps);
     bool unreadable = false;
     for (const auto& folder : folders) {
         const auto summary = library.result(library.model().folderImport().importFolder(asFolder(folder)));
         unreadable = unreadable || summary.unreadable > 0;
-        with.out << outcomeText(summary) << '\n';
+        deps.out << outcomeText(summary) << '\n';
         library.wait(library.model().availability().refreshing());
     }
     library.close();
     return unreadable ? ExitStatus::doneWithFailures : ExitStatus::done;
 }
 
-ExitStatus remove(const LibraryOptions& options, Surroundings& with) {
-    OpenLibrary library(options.document, with);
+ExitStatus remove(const LibraryOptions& options, Dependencies& deps) {
+    OpenLibrary library(options.document, deps);
     auto& model = library.model();
     std::vector<files::FileUrl> folders;
     for (const auto& argument : options.paths) {
@@ -61,7 +61,7 @@ ExitStatus remove(const LibraryOptions& options, Surroundings& with) {
     }
     for (const auto& folder : folders) {
         model.removeFolder(folder);
-        with.out << outcomeText(model::FolderRemoved()) << '\n';
+        deps.out << outcomeText(model::FolderRemoved()) << '\n';
         library.wait(model.availability().refreshing());
     }
     library.close();
@@ -71,12 +71,12 @@ ExitStatus remove(const LibraryOptions& options, Surroundings& with) {
 void writeListed(json::Writer& json, const model::Library& library, const library::Photo& photo) {
     json.beginObject();
     library::writeFields(json, photo);
-    if (const auto decision = library.decision(photo)) json.key("decision").text(rawValue(*decision));
+    if (const auto decision = library.decision(photo)) json.key("decision").text(storedName(*decision));
     json.endObject();
 }
 
-ExitStatus list(const LibraryOptions& options, Surroundings& with) {
-    OpenLibrary open(options.document, with);
+ExitStatus list(const LibraryOptions& options, Dependencies& deps) {
+    OpenLibrary open(options.document, deps);
     const auto& library = open.model().library();
     std::vector<library::Photo> photos;
     for (const auto row :
@@ -84,7 +84,7 @@ ExitStatus list(const LibraryOptions& options, Surroundings& with) {
                             {.section = model::sectionNamed(options.section), .text = options.search}))
         photos.push_back(library.photos()[row]);
     if (options.json) {
-        printJson(with.out, [&](json::Writer& json) {
+        printJson(deps.out, [&](json::Writer& json) {
             json.beginObject();
             json.key("photos").beginArray();
             for (const auto& photo : photos) writeListed(json, library, photo);
@@ -93,11 +93,11 @@ ExitStatus list(const LibraryOptions& options, Surroundings& with) {
         });
     } else {
         for (const auto& photo : photos) {
-            with.out << printable(photo.url.path());
-            if (const auto decision = library.decision(photo)) with.out << "  " << rawValue(*decision);
-            with.out << '\n';
+            deps.out << printable(photo.url.path());
+            if (const auto decision = library.decision(photo)) deps.out << "  " << storedName(*decision);
+            deps.out << '\n';
         }
-        with.out << counted(std::ssize(photos), "photo") << '\n';
+        deps.out << counted(std::ssize(photos), "photo") << '\n';
     }
     open.close();
     return ExitStatus::done;
@@ -105,47 +105,47 @@ ExitStatus list(const LibraryOptions& options, Surroundings& with) {
 
 /// The library's photos at these paths; `missing` counts those that are not in it, each noted.
 std::vector<library::Photo> named(const std::vector<std::string>& arguments, const model::Library& library,
-                                  Surroundings& with, std::size_t& missing) {
+                                  Dependencies& deps, std::size_t& missing) {
     std::vector<library::Photo> photos;
     for (const auto& argument : arguments) {
         const auto url = fileArgument(argument);
         if (const auto found = library.photo(url)) {
             photos.push_back(*found);
         } else {
-            with.notes << printable(url.path()) << ": not in the library\n";
+            deps.notes << printable(url.path()) << ": not in the library\n";
             ++missing;
         }
     }
     return photos;
 }
 
-ExitStatus mark(const LibraryOptions& options, Surroundings& with) {
-    OpenLibrary library(options.document, with);
+ExitStatus mark(const LibraryOptions& options, Dependencies& deps) {
+    OpenLibrary library(options.document, deps);
     std::size_t missing = 0;
-    const auto photos = named(options.paths, library.model().library(), with, missing);
+    const auto photos = named(options.paths, library.model().library(), deps, missing);
     const auto decision = options.keep      ? std::optional(library::ReviewDecision::keep)
                           : options.cleanup ? std::optional(library::ReviewDecision::cleanup)
                                             : std::nullopt;
     const auto summary = library.result(library.model().marking().mark(photos, decision));
-    with.out << outcomeText(summary) << '\n';
+    deps.out << outcomeText(summary) << '\n';
     library.close();
     return missing || summary.unavailable > 0 ? ExitStatus::doneWithFailures : ExitStatus::done;
 }
 
-ExitStatus rename(const LibraryOptions& options, Surroundings& with) {
-    OpenLibrary library(options.document, with);
+ExitStatus rename(const LibraryOptions& options, Dependencies& deps) {
+    OpenLibrary library(options.document, deps);
     std::size_t missing = 0;
-    const auto photos = named({options.file}, library.model().library(), with, missing);
+    const auto photos = named({options.file}, library.model().library(), deps, missing);
     if (missing) return ExitStatus::failed;
     const auto renamed = library.model().rename(photos.front(), options.stem);
     if (!renamed) throw std::runtime_error(renamed.error());
-    with.out << outcomeText(model::PhotoRenamed{*renamed}) << '\n';
+    deps.out << outcomeText(model::PhotoRenamed{*renamed}) << '\n';
     library.close();
     return ExitStatus::done;
 }
 
-ExitStatus status(const LibraryOptions& options, Surroundings& with) {
-    OpenLibrary open(options.document, with);
+ExitStatus status(const LibraryOptions& options, Dependencies& deps) {
+    OpenLibrary open(options.document, deps);
     const auto& library = open.model().library();
     const auto available = outcomeText(
         model::AvailabilitySummary{library.state().readableCount(), library.state().unavailableCount()});
@@ -153,7 +153,7 @@ ExitStatus status(const LibraryOptions& options, Surroundings& with) {
         return title(library.folderState(folder).value_or(library::FolderState::unavailable));
     };
     if (options.json) {
-        printJson(with.out, [&](json::Writer& json) {
+        printJson(deps.out, [&](json::Writer& json) {
             json.beginObject();
             json.key("folders").beginArray();
             for (const auto& folder : library.folders()) {
@@ -166,15 +166,15 @@ ExitStatus status(const LibraryOptions& options, Surroundings& with) {
             json.key("photos").integer(std::ssize(library.photos()));
             json.key("available").integer(library.availableCount());
             json.key("unavailable").integer(library.unavailableCount());
-            json.key("import").integer(library.importCount());
+            json.key("import").integer(library.keptCount());
             json.key("skip").integer(library.skipCount());
             json.key("status").text(available);
             json.endObject();
         });
     } else {
         for (const auto& folder : library.folders())
-            with.out << printable(folder.path()) << "  " << stateOf(folder) << '\n';
-        with.out << counted(std::ssize(library.photos()), "photo") << " · " << library.importCount()
+            deps.out << printable(folder.path()) << "  " << stateOf(folder) << '\n';
+        deps.out << counted(std::ssize(library.photos()), "photo") << " · " << library.keptCount()
                  << " to import · " << library.skipCount() << " to skip\n"
                  << available << '\n';
     }
@@ -194,11 +194,11 @@ void addLibraryCommand(CLI::App& program, Command& chosen) {
     };
     addDocument(*group); // before the command's name as well as behind it
     const auto subcommand = [&](const char* name, const char* description,
-                                ExitStatus (*run)(const LibraryOptions&, Surroundings&)) {
+                                ExitStatus (*run)(const LibraryOptions&, Dependencies&)) {
         auto* command = group->add_subcommand(name, description);
         addDocument(*command);
         command->callback([options, run, &chosen] {
-            chosen = [options, run](Surroundings& with) { return run(*options, with); };
+            chosen = [options, run](Dependencies& deps) { return run(*options, deps); };
         });
         return command;
     };

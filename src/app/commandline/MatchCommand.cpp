@@ -30,33 +30,33 @@ std::vector<std::string> words(const Names& words) {
     return {words.names.begin(), words.names.end()};
 }
 
-void writeContactSheet(const MatchOptions& options, const Matches& matches, Surroundings& with) {
+void writeContactSheet(const MatchOptions& options, const Matches& matches, Dependencies& deps) {
     std::string page;
     similarity::writeContactSheet(
         matches.result.groups,
-        {.title = std::string(rawValue(matches.method)),
+        {.title = std::string(storedName(matches.method)),
          .subtitle = matches.method == similarity::SimilarityMethod::exact ? "" : options.level,
          .failures = matches.result.failures},
-        [&](std::string_view piece) { page += piece; }, with.stop);
+        [&](std::string_view piece) { page += piece; }, deps.stop);
     const auto file = fileArgument(options.contactSheet);
     files::replaceFile(files::FileSystem::real(), file.path(), page);
-    with.notes << "Written: " << printable(file.path()) << '\n';
+    deps.notes << "Written: " << printable(file.path()) << '\n';
 }
 
-ExitStatus match(const MatchOptions& options, Surroundings& with) {
+ExitStatus match(const MatchOptions& options, Dependencies& deps) {
     const auto method = methodWords.find(options.method).value();
     const auto level = levelWords.find(options.level).value();
-    const auto found = options.folders.empty() ? FoundPhotos{libraryContents(options.library, with).available}
-                                               : scanFolders(folderArguments(options.folders), with);
+    const auto found = options.folders.empty() ? FoundPhotos{libraryContents(options.library, deps).available}
+                                               : scanFolders(folderArguments(options.folders), deps);
     const auto matches = findMatches(found.photos, method, level,
-                                     options.noCache ? StoredValues::ignored : StoredValues::used, with);
-    with.progress.clear();
-    if (!options.contactSheet.empty()) writeContactSheet(options, matches, with);
+                                     options.noCache ? StoredValues::ignored : StoredValues::used, deps);
+    deps.progress.clear();
+    if (!options.contactSheet.empty()) writeContactSheet(options, matches, deps);
     if (options.json)
-        printJson(matches, with.out);
+        printJson(matches, deps.out);
     else
-        printText(matches, with.out);
-    if (found.skipped) with.notes << found.skipped << " unreadable files were left out\n";
+        printText(matches, deps.out);
+    if (found.skipped) deps.notes << found.skipped << " unreadable files were left out\n";
     return found.skipped || matches.failed() ? ExitStatus::doneWithFailures : ExitStatus::done;
 }
 
@@ -80,7 +80,7 @@ void addMatchCommand(CLI::App& program, Command& chosen) {
     command->add_flag("--no-cache", options->noCache,
                       "Neither use what earlier runs computed nor store what this one does (near, visual)");
     command->callback(
-        [options, &chosen] { chosen = [options](Surroundings& with) { return match(*options, with); }; });
+        [options, &chosen] { chosen = [options](Dependencies& deps) { return match(*options, deps); }; });
 }
 
 } // namespace lumisort::app

@@ -41,20 +41,20 @@ bool Matches::failed() const {
 }
 
 Matches findMatches(const std::vector<library::Photo>& photos, similarity::SimilarityMethod method,
-                    similarity::SimilarityLevel level, StoredValues storedValues, Surroundings& with) {
-    if (method == similarity::SimilarityMethod::exact) with.progress.show(-1, "Comparing files…");
-    const auto progress = [&](double fraction, std::string_view text) { with.progress.show(fraction, text); };
+                    similarity::SimilarityLevel level, StoredValues storedValues, Dependencies& deps) {
+    if (method == similarity::SimilarityMethod::exact) deps.progress.show(-1, "Comparing files…");
+    const auto progress = [&](double fraction, std::string_view text) { deps.progress.show(fraction, text); };
     similarity::MatchCaches known;
     if (storedValues == StoredValues::ignored || method == similarity::SimilarityMethod::exact)
         return {.method = method,
-                .result = similarity::findMatches(photos, method, level, known, progress, with.stop)};
+                .result = similarity::findMatches(photos, method, level, known, progress, deps.stop)};
     similarity::StoredCaches stored;
     Matches matches{.method = method,
-                    .result = stored.findMatches(photos, method, level, known, progress, with.stop)};
+                    .result = stored.findMatches(photos, method, level, known, progress, deps.stop)};
     stored.flush();
     if (const auto problem = stored.problem(); !problem.empty()) {
-        with.progress.clear();
-        with.notes << problem << '\n';
+        deps.progress.clear();
+        deps.notes << problem << '\n';
     }
     return matches;
 }

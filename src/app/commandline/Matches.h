@@ -23,7 +23,7 @@ enum class StoredValues { used, ignored };
 
 /// Searches `photos`, showing progress. Throws as similarity::findMatches.
 Matches findMatches(const std::vector<library::Photo>& photos, similarity::SimilarityMethod method,
-                    similarity::SimilarityLevel level, StoredValues storedValues, Surroundings& with);
+                    similarity::SimilarityLevel level, StoredValues storedValues, Dependencies& deps);
 
 /// One block a group, the anchor first, then a summary.
 void printText(const Matches& matches, std::ostream& out);

@@ -9,7 +9,7 @@ namespace lumisort::app {
 template <class Values>
 std::vector<std::string> namesOf(const Values& values) {
     std::vector<std::string> names;
-    for (const auto value : values) names.emplace_back(rawValue(value));
+    for (const auto value : values) names.emplace_back(storedName(value));
     return names;
 }
 

@@ -24,8 +24,8 @@ std::unique_ptr<QCoreApplication> application() {
 
 } // namespace
 
-OpenLibrary::OpenLibrary(const std::string& document, const Surroundings& with)
-    : stop_(with.stop), document_(documentAt(document)), lock_(lockDocument(document_)),
+OpenLibrary::OpenLibrary(const std::string& document, const Dependencies& deps)
+    : stop_(deps.stop), document_(documentAt(document)), lock_(lockDocument(document_)),
       application_(application()), model_(std::make_unique<model::LibraryModel>(document_)) {
     if (const auto loaded = result(model_->loading()); !loaded)
         throw std::runtime_error("Could not restore library: " + loaded.error());
@@ -63,8 +63,8 @@ void OpenLibrary::close() {
         throw std::runtime_error("Could not save library: " + outcome.error());
 }
 
-LibraryContents libraryContents(const std::string& document, const Surroundings& with) {
-    const OpenLibrary library(document, with);
+LibraryContents libraryContents(const std::string& document, const Dependencies& deps) {
+    const OpenLibrary library(document, deps);
     const auto& found = library.model().library();
     return {found.availablePhotos(), found.reviewMarks()};
 }

@@ -15,7 +15,7 @@ class OpenLibrary {
 public:
     /// `document` is the path of a library document, the user's own when empty. Throws std::runtime_error
     /// when another program has it open, or it cannot be read; nothing has changed then.
-    OpenLibrary(const std::string& document, const Surroundings& with);
+    OpenLibrary(const std::string& document, const Dependencies& deps);
 
     model::LibraryModel& model() { return *model_; }
     const model::LibraryModel& model() const { return *model_; }
@@ -49,6 +49,6 @@ struct LibraryContents {
     std::vector<library::Photo> available; ///< the photos that can be read now, in library order
     library::ReviewMarks marks;
 };
-LibraryContents libraryContents(const std::string& document, const Surroundings& with);
+LibraryContents libraryContents(const std::string& document, const Dependencies& deps);
 
 } // namespace lumisort::app

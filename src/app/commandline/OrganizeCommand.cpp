@@ -4,8 +4,8 @@
 #include "app/commandline/Text.h"
 #include "library/LibraryStorage.h"
 #include "library/OrganizeSelection.h"
-#include "organize/ArchiveEngine.h"
 #include "organize/FailureLine.h"
+#include "organize/OrganizeEngine.h"
 #include "platform/tasks/Cancellation.h"
 #include "platform/text/ByteCount.h"
 
@@ -28,12 +28,12 @@ struct OrganizeOptions {
 
 /// The photos to copy: of the folders or, without any, of the library; less those marked for cleanup in the
 /// library document, where one takes part.
-FoundPhotos chosenPhotos(const OrganizeOptions& options, Surroundings& with) {
+FoundPhotos chosenPhotos(const OrganizeOptions& options, Dependencies& deps) {
     if (options.folders.empty()) {
-        const auto library = libraryContents(options.library, with);
+        const auto library = libraryContents(options.library, deps);
         return {library::photosToOrganize(library.available, library.marks)};
     }
-    auto found = scanFolders(folderArguments(options.folders), with);
+    auto found = scanFolders(folderArguments(options.folders), deps);
     if (!options.library.empty()) {
         const auto session = library::readLibrary(files::FileSystem::real(), fileArgument(options.library));
         found.photos = library::photosToOrganize(found.photos, session.reviewMarks);
@@ -57,7 +57,7 @@ void printRest(std::int64_t duplicates, const std::vector<std::string>& failures
     out << '\n';
 }
 
-void printPlan(const organize::ArchivePlan& plan, std::ostream& out) {
+void printPlan(const organize::OrganizePlan& plan, std::ostream& out) {
     std::int64_t bytes = 0;
     for (const auto& item : plan.items) {
         out << printable(item.source.path()) << "\n  → " << printable(item.destination.path()) << '\n';
@@ -67,44 +67,44 @@ void printPlan(const organize::ArchivePlan& plan, std::ostream& out) {
     printRest(plan.duplicates, plan.failures, out);
 }
 
-void printReport(const organize::ArchiveReport& report, std::ostream& out) {
+void printReport(const organize::OrganizeReport& report, std::ostream& out) {
     out << counted(std::ssize(report.copied), "photo") << " copied and verified";
     printRest(report.duplicates, report.failures, out);
     if (report.logURL) out << "Report: " << printable(report.logURL->path()) << '\n';
 }
 
-ExitStatus organize(const OrganizeOptions& options, Surroundings& with) {
+ExitStatus organize(const OrganizeOptions& options, Dependencies& deps) {
     const auto destination = folderArgument(options.destination, "copy photos to");
-    const auto found = chosenPhotos(options, with);
+    const auto found = chosenPhotos(options, deps);
     const auto progress = [&](double fraction, const std::string& text) {
-        with.progress.show(fraction, text);
+        deps.progress.show(fraction, text);
     };
-    const organize::ArchiveEngine engine;
+    const organize::OrganizeEngine engine;
 
     std::vector<std::string> failures;
     if (options.dryRun) {
         const auto plan =
-            engine.plan(found.photos, destination, !options.keepDuplicates, progress, with.stop);
-        with.progress.clear();
-        tasks::checkCancelled(with.stop);
+            engine.plan(found.photos, destination, !options.keepDuplicates, progress, deps.stop);
+        deps.progress.clear();
+        tasks::checkCancelled(deps.stop);
         if (options.json)
-            with.out << organize::toJson(plan) << '\n';
+            deps.out << organize::toJson(plan) << '\n';
         else
-            printPlan(plan, with.out);
+            printPlan(plan, deps.out);
         failures = plan.failures;
     } else {
         const auto report =
-            engine.copy(found.photos, destination, !options.keepDuplicates, progress, with.stop);
-        with.progress.clear();
+            engine.copy(found.photos, destination, !options.keepDuplicates, progress, deps.stop);
+        deps.progress.clear();
         if (options.json)
-            with.out << organize::toJson(report) << '\n';
+            deps.out << organize::toJson(report) << '\n';
         else
-            printReport(report, with.out);
+            printReport(report, deps.out);
         failures = report.failures;
     }
-    printFailures(failures, with.notes);
-    if (found.skipped) with.notes << counted(found.skipped, "unreadable file") << " left out\n";
-    if (with.stop.stop_requested()) return ExitStatus::interrupted;
+    printFailures(failures, deps.notes);
+    if (found.skipped) deps.notes << counted(found.skipped, "unreadable file") << " left out\n";
+    if (deps.stop.stop_requested()) return ExitStatus::interrupted;
     return found.skipped || !failures.empty() ? ExitStatus::doneWithFailures : ExitStatus::done;
 }
 
@@ -123,7 +123,7 @@ void addOrganizeCommand(CLI::App& program, Command& chosen) {
     command->add_flag("--dry-run", options->dryRun, "Print the plan and copy nothing");
     command->add_flag("--json", options->json, "Print JSON: the report, or the plan");
     command->callback(
-        [options, &chosen] { chosen = [options](Surroundings& with) { return organize(*options, with); }; });
+        [options, &chosen] { chosen = [options](Dependencies& deps) { return organize(*options, deps); }; });
 }
 
 } // namespace lumisort::app

@@ -28,10 +28,10 @@ void printText(const FoundPhotos& found, std::ostream& out) {
     out << '\n';
 }
 
-ExitStatus scan(const ScanOptions& options, Surroundings& with) {
-    const auto found = scanFolders(folderArguments(options.folders), with);
+ExitStatus scan(const ScanOptions& options, Dependencies& deps) {
+    const auto found = scanFolders(folderArguments(options.folders), deps);
     if (options.json) {
-        printJson(with.out, [&](json::Writer& json) {
+        printJson(deps.out, [&](json::Writer& json) {
             json.beginObject();
             json.key("photos").beginArray();
             for (const auto& photo : found.photos) library::write(json, photo);
@@ -40,7 +40,7 @@ ExitStatus scan(const ScanOptions& options, Surroundings& with) {
             json.endObject();
         });
     } else {
-        printText(found, with.out);
+        printText(found, deps.out);
     }
     return found.skipped ? ExitStatus::doneWithFailures : ExitStatus::done;
 }
@@ -53,7 +53,7 @@ void addScanCommand(CLI::App& program, Command& chosen) {
     command->add_option("FOLDER", options->folders, "Folders to scan, with all folders in them")->required();
     command->add_flag("--json", options->json, "Print JSON");
     command->callback(
-        [options, &chosen] { chosen = [options](Surroundings& with) { return scan(*options, with); }; });
+        [options, &chosen] { chosen = [options](Dependencies& deps) { return scan(*options, deps); }; });
 }
 
 } // namespace lumisort::app

@@ -16,7 +16,7 @@ namespace {
 
 /// Without a graphics driver the window is painted by the processor. Qt Quick chooses once per process, so
 /// the program starts over; nothing has been changed by then.
-void startOverInSoftware() {
+void restartWithSoftwareRenderer() {
     if (qEnvironmentVariable("QT_QUICK_BACKEND") == QLatin1String("software"))
         qFatal("The window cannot be drawn, not even without a graphics driver.");
     qputenv("QT_QUICK_BACKEND", "software");
@@ -34,14 +34,15 @@ void startOverInSoftware() {
 } // namespace
 
 Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
-    : document_(document), model_(document, {}, {.findMatches = model::engineWithStoredCaches()}), library_(model_), compare_(model_, *library_.marks()),
-      films_(files::FileSystem::real(), document), filmBatch_(films_), lifecycle_(std::move(exit)),
+    : document_(document), model_(document, {}, {.findMatches = model::engineWithStoredCaches()}),
+      library_(model_), compare_(model_, *library_.marks()), films_(files::FileSystem::real(), document),
+      filmBatch_(films_), lifecycle_(std::move(exit)),
       devices_([this] { model_.drives().update(); }, {.mountDescriptor = mounts_.number()}),
       fullscreen_(model_, *library_.marks(), engine_), details_(model_, engine_), editors_(films_, engine_) {
     connectFilm();
     auto* window = library_.state();
     connect(window, &review::WindowState::compareWanted, &compare_, &review::CompareState::open);
-    connect(window, &review::WindowState::organizeWanted, &archive_, &organize::ArchiveState::open);
+    connect(window, &review::WindowState::organizeWanted, &archive_, &organize::OrganizeState::open);
     connect(window, &review::WindowState::detailsWanted, &details_, &review::PhotoDetailsController::show);
     connect(window, &review::WindowState::fullscreenWanted, this,
             [this](const std::vector<library::Photo>& photos, int index) {
@@ -64,7 +65,7 @@ Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
                                 filmBatch_.cancel();
                             }});
     connect(&filmBatch_, &film::FilmBatch::changed, &lifecycle_, &Lifecycle::workChanged);
-    for (const auto change : {&organize::ArchiveState::changed, &organize::ArchiveState::progressChanged})
+    for (const auto change : {&organize::OrganizeState::changed, &organize::OrganizeState::progressChanged})
         connect(&archive_, change, &lifecycle_, &Lifecycle::workChanged);
     connect(&lifecycle_, &Lifecycle::quitting, this, [this] {
         editors_.closeAll();
@@ -113,7 +114,8 @@ void Desktop::show() {
     window_ = roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(roots.first());
     if (!window_) throw std::runtime_error("The window could not be loaded.\n" + problems.toStdString());
     // At once and on whatever thread it draws: there is nothing to show until then.
-    connect(window_, &QQuickWindow::sceneGraphError, window_, startOverInSoftware, Qt::DirectConnection);
+    connect(window_, &QQuickWindow::sceneGraphError, window_, restartWithSoftwareRenderer,
+            Qt::DirectConnection);
     connect(window_, &QWindow::visibleChanged, this, &Desktop::windowShown);
     window_->show();
 }

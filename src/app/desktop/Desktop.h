@@ -7,7 +7,7 @@
 #include "film/editor/LocalFilmServices.h"
 #include "library/ThumbnailStore.h"
 #include "model/LibraryModel.h"
-#include "organize/sheet/ArchiveState.h"
+#include "organize/sheet/OrganizeState.h"
 #include "platform/volumes/MountTable.h"
 #include "review/LibraryWindow.h"
 #include "review/details/PhotoDetailsController.h"
@@ -37,7 +37,7 @@ public:
     model::LibraryModel& model() { return model_; }
     review::LibraryWindow& library() { return library_; }
     review::CompareState& compare() { return compare_; }
-    organize::ArchiveState& archive() { return archive_; }
+    organize::OrganizeState& archive() { return archive_; }
     review::FullscreenPhotoController& fullscreen() { return fullscreen_; }
     review::PhotoDetailsController& details() { return details_; }
     film::FilmEditorController& editors() { return editors_; }
@@ -58,7 +58,7 @@ private:
     library::ThumbnailStore thumbnails_;
     review::LibraryWindow library_;
     review::CompareState compare_;
-    organize::ArchiveState archive_;
+    organize::OrganizeState archive_;
     film::LocalFilmServices films_;
     film::FilmBatch filmBatch_;
     Lifecycle lifecycle_;

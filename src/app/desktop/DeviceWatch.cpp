@@ -4,10 +4,10 @@
 
 namespace lumisort::app {
 
-DeviceWatch::DeviceWatch(std::function<void()> look, Surroundings with, QObject* parent)
-    : QObject(parent), look_(std::move(look)), with_(std::move(with)) {
-    if (with_.mountDescriptor < 0) return;
-    mounts_.setSocket(with_.mountDescriptor);
+DeviceWatch::DeviceWatch(std::function<void()> look, Dependencies deps, QObject* parent)
+    : QObject(parent), look_(std::move(look)), deps_(std::move(deps)) {
+    if (deps_.mountDescriptor < 0) return;
+    mounts_.setSocket(deps_.mountDescriptor);
     mounts_.setEnabled(true);
     connect(&mounts_, &QSocketNotifier::activated, this, &DeviceWatch::onMountTableChanged);
 }
@@ -24,7 +24,7 @@ void DeviceWatch::applicationActivated() {
 
 void DeviceWatch::tick() {
     look_();
-    with_.after(interval, this, [this, showing = showing_] {
+    deps_.after(interval, this, [this, showing = showing_] {
         if (showing == showing_) tick();
     });
 }
@@ -33,7 +33,7 @@ void DeviceWatch::tick() {
 // nothing.
 void DeviceWatch::onMountTableChanged() {
     if (!shown_ || std::exchange(settling_, true)) return;
-    with_.after(settling, this, [this] {
+    deps_.after(settling, this, [this] {
         settling_ = false;
         if (shown_) look_();
     });

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/ModelSurroundings.h"
+#include "model/ModelDependencies.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -19,14 +19,14 @@ public:
     /// How long changes of the mount table are collected: one drive makes several.
     static constexpr std::chrono::milliseconds settling{200};
 
-    struct Surroundings {
+    struct Dependencies {
         /// File descriptor that signals POLLPRI when mounts change (volumes::watchMountTable); -1 for none.
         /// Nothing else may poll it.
         int mountDescriptor = -1;
-        decltype(model::ModelSurroundings::after) after = model::ModelSurroundings::afterOnTimer;
+        decltype(model::ModelDependencies::after) after = model::ModelDependencies::afterOnTimer;
     };
 
-    DeviceWatch(std::function<void()> look, Surroundings with, QObject* parent = nullptr);
+    DeviceWatch(std::function<void()> look, Dependencies deps, QObject* parent = nullptr);
 
     void setShown(bool shown);
     void applicationActivated();
@@ -36,7 +36,7 @@ private:
     void onMountTableChanged();
 
     std::function<void()> look_;
-    Surroundings with_;
+    Dependencies deps_;
     QSocketNotifier mounts_{QSocketNotifier::Exception};
     bool shown_ = false;
     bool settling_ = false;

@@ -24,7 +24,7 @@ void setUnlessSet(const char* variable, const char* value) {
 }
 
 /// While the screen is opened: what Qt says of a missing one is for its own developers.
-void hearOpening(QtMsgType type, const QMessageLogContext&, const QString& message) {
+void handleStartupMessage(QtMsgType type, const QMessageLogContext&, const QString& message) {
     if (type == QtFatalMsg) {
         std::fputs(
             "lumisort: No window can be opened: no screen answers. DISPLAY or WAYLAND_DISPLAY must name "
@@ -59,7 +59,7 @@ std::unique_ptr<QGuiApplication> openDisplay(Screen screen) {
     // distance field for every letter.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 
-    const auto before = qInstallMessageHandler(hearOpening);
+    const auto before = qInstallMessageHandler(handleStartupMessage);
     auto application = std::make_unique<QGuiApplication>(count, arguments);
     qInstallMessageHandler(before);
     // Qt takes the user's locale over; numbers in files are written with a point everywhere.

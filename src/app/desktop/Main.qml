@@ -12,7 +12,7 @@ Window {
     required property QtObject lifecycle
     required property LibraryWindow library
     required property CompareState compare
-    required property ArchiveState archive
+    required property OrganizeState archive
     required property FilmBatch filmBatch
     required property string libraryPath
 
@@ -53,7 +53,7 @@ Window {
     }
     Loader {
         active: root.archive.open || item
-        sourceComponent: ArchiveSheet { state: root.archive }
+        sourceComponent: OrganizeSheet { state: root.archive }
     }
     Loader {
         active: root.filmBatch.open || item

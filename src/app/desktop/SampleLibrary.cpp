@@ -68,7 +68,7 @@ void SampleLibrary::writeDocument() const {
                                      .folders = {pictures_, unplugged}};
     const auto mark = [&](const char* name, library::ReviewDecision decision) {
         const auto photo = pictures_.child(name);
-        session.reviewMarks[photo.path()] = {decision, library::FingerprintStamp::read(system, photo)};
+        session.reviewMarks[photo.path()] = {decision, library::FileStamp::read(system, photo)};
     };
     mark("lake.png", library::ReviewDecision::keep);
     mark("hills small.png", library::ReviewDecision::cleanup);

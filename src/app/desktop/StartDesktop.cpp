@@ -27,7 +27,7 @@ std::unique_ptr<PerformanceDiagnostics> wantedDiagnostics() {
     if (output.isEmpty()) return nullptr;
     return std::make_unique<PerformanceDiagnostics>(
         files::FileUrl::fromPath(output.toStdString()).path(),
-        PerformanceSampler::Surroundings{
+        PerformanceSampler::Dependencies{
             .system = files::FileSystem::real(), .clock = time::Clock::system(), .post = post});
 }
 

@@ -11,8 +11,8 @@ constexpr std::chrono::milliseconds samplingInterval{16};
 
 } // namespace
 
-PerformanceDiagnostics::PerformanceDiagnostics(std::string output, PerformanceSampler::Surroundings with)
-    : sampler_(std::move(output), std::move(with)), timer_([this](const std::stop_token& stop) {
+PerformanceDiagnostics::PerformanceDiagnostics(std::string output, PerformanceSampler::Dependencies deps)
+    : sampler_(std::move(output), std::move(deps)), timer_([this](const std::stop_token& stop) {
           std::mutex mutex;
           std::condition_variable_any ended;
           auto due = std::chrono::steady_clock::now();

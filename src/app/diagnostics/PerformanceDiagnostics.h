@@ -9,7 +9,7 @@ namespace lumisort::app {
 /// Samples every 16 ms, about a display frame, on a thread of its own from construction to destruction.
 class PerformanceDiagnostics {
 public:
-    PerformanceDiagnostics(std::string output, PerformanceSampler::Surroundings with);
+    PerformanceDiagnostics(std::string output, PerformanceSampler::Dependencies deps);
 
 private:
     PerformanceSampler sampler_;

@@ -34,14 +34,14 @@ std::int64_t residentBytes() {
     return 0;
 }
 
-PerformanceSampler::PerformanceSampler(std::string output, Surroundings with)
-    : output_(std::move(output)), with_(std::move(with)), started_(with_.clock.uptimeSeconds()),
+PerformanceSampler::PerformanceSampler(std::string output, Dependencies deps)
+    : output_(std::move(output)), deps_(std::move(deps)), started_(deps_.clock.uptimeSeconds()),
       lastWrite_(started_) {}
 
 void PerformanceSampler::sample() {
-    const double footprintMB = static_cast<double>(with_.footprintBytes()) * mebibytesPerByte;
+    const double footprintMB = static_cast<double>(deps_.footprintBytes()) * mebibytesPerByte;
     peakMB_ = std::max(peakMB_, footprintMB);
-    const double now = with_.clock.uptimeSeconds();
+    const double now = deps_.clock.uptimeSeconds();
     probeMainThread(now);
     if (now - lastWrite_ >= recordSeconds) {
         record(now, footprintMB);
@@ -55,7 +55,7 @@ void PerformanceSampler::probeMainThread(double now) {
         const std::scoped_lock guard(probes_->lock);
         if (std::exchange(probes_->pending, true)) return;
     }
-    with_.post([probes = probes_, uptime = with_.clock.uptimeSeconds, now] {
+    deps_.post([probes = probes_, uptime = deps_.clock.uptimeSeconds, now] {
         const double arrived = uptime();
         const std::scoped_lock guard(probes->lock);
         probes->delaysMS.push_back((arrived - now) * 1000);
@@ -97,7 +97,7 @@ void PerformanceSampler::write() const {
     }
     json.EndArray();
     try {
-        files::replaceFile(with_.system, output_, {text.GetString(), text.GetSize()});
+        files::replaceFile(deps_.system, output_, {text.GetString(), text.GetSize()});
     } catch (const files::FileError&) {
         // Measuring must not disturb what is measured, and there is nobody to tell.
     }

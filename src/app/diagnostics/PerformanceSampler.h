@@ -35,7 +35,7 @@ public:
     /// Has a function run on the main thread, soon.
     using PostToMainThread = std::function<void(std::function<void()>)>;
 
-    struct Surroundings {
+    struct Dependencies {
         files::FileSystem& system;
         time::Clock clock;
         PostToMainThread post;
@@ -44,7 +44,7 @@ public:
 
     /// All records so far go to the file `output` once a second, as a JSON array; what keeps it from being
     /// written is passed over.
-    PerformanceSampler(std::string output, Surroundings with);
+    PerformanceSampler(std::string output, Dependencies deps);
 
     void sample();
 
@@ -63,7 +63,7 @@ private:
     void write() const;
 
     std::string output_;
-    Surroundings with_;
+    Dependencies deps_;
     std::shared_ptr<Probes> probes_ = std::make_shared<Probes>();
     std::vector<PerformanceRecord> records_;
     double started_ = 0;

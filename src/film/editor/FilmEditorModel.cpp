@@ -144,7 +144,7 @@ void FilmEditorModel::requestPreview(Persist persist) {
                   persist);
 }
 
-QCoro::Task<> FilmEditorModel::requireUnchanged(library::FingerprintStamp expected) {
+QCoro::Task<> FilmEditorModel::requireUnchanged(library::FileStamp expected) {
     auto reading = services_.stamp(photo_);
     const auto stamp = co_await reading;
     if (stamp != expected) throw FilmEditStoreError(FilmEditStoreError::Kind::sourceChanged);

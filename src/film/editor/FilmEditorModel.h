@@ -132,7 +132,7 @@ private:
     enum class Persist { no, yes };
     /// What a render task began with.
     struct Request {
-        library::FingerprintStamp stamp;
+        library::FileStamp stamp;
         quint64 revision;
         FilmSettings settings;
         std::stop_token stop;
@@ -144,7 +144,7 @@ private:
     /// Saves the settings of `request`. A failure other than a changed photo becomes the message while
     /// `isCurrent` holds.
     QCoro::Task<> save(const Request& request, std::function<bool()> isCurrent, std::function<void()> saved);
-    QCoro::Task<> requireUnchanged(library::FingerprintStamp expected);
+    QCoro::Task<> requireUnchanged(library::FileStamp expected);
     void applySettings(const FilmSettings& settings);
     void requestPreview(Persist persist);
     void cancelPreview();
@@ -177,7 +177,7 @@ private:
     QRect detailRectangle_, wantedDetail_;
     QString error_;
     QUrl exportedURL_;
-    std::optional<library::FingerprintStamp> sourceStamp_; ///< of the file that was loaded
+    std::optional<library::FileStamp> sourceStamp_; ///< of the file that was loaded
     bool rendering_ = true, exporting_ = false, loaded_ = false, sourceChanged_ = false;
     bool showsOriginal_ = false, savePanelOpen_ = false;
     bool loading_ = false;   ///< a load task exists

@@ -3,7 +3,7 @@
 #include "film/edits/FilmEditStore.h"
 #include "film/edits/FilmLook.h"
 #include "film/optics/FilmSettings.h"
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "platform/files/FileUrl.h"
 
 #include <QFuture>
@@ -34,9 +34,8 @@ public:
     // The edit store; see FilmEditStore.
 
     virtual QFuture<FilmEditSnapshot> load(files::FileUrl photo) = 0;
-    virtual QFuture<library::FingerprintStamp> stamp(files::FileUrl photo) = 0;
-    virtual QFuture<void> save(FilmSettings settings, files::FileUrl photo,
-                               library::FingerprintStamp expected) = 0;
+    virtual QFuture<library::FileStamp> stamp(files::FileUrl photo) = 0;
+    virtual QFuture<void> save(FilmSettings settings, files::FileUrl photo, library::FileStamp expected) = 0;
 
     // The user's looks; see FilmLooks.
 

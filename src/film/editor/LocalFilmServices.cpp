@@ -75,15 +75,15 @@ QFuture<FilmEditSnapshot> LocalFilmServices::load(files::FileUrl photo) {
     return promise->future();
 }
 
-QFuture<library::FingerprintStamp> LocalFilmServices::stamp(files::FileUrl photo) {
+QFuture<library::FileStamp> LocalFilmServices::stamp(files::FileUrl photo) {
     return run(disk_, [this, photo = std::move(photo)] {
         const auto resolved = files::FileUrl::fromPath(files::resolvedPath(system_, photo.path()));
-        return library::FingerprintStamp::read(system_, resolved);
+        return library::FileStamp::read(system_, resolved);
     });
 }
 
 QFuture<void> LocalFilmServices::save(FilmSettings settings, files::FileUrl photo,
-                                      library::FingerprintStamp expected) {
+                                      library::FileStamp expected) {
     auto promise = std::make_shared<QPromise<void>>();
     store_.save(settings, std::move(photo), expected, finishing(promise));
     return promise->future();

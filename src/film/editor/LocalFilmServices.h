@@ -17,9 +17,8 @@ public:
                       FilmInputs inputs = FilmInputs::raw);
 
     QFuture<FilmEditSnapshot> load(files::FileUrl photo) override;
-    QFuture<library::FingerprintStamp> stamp(files::FileUrl photo) override;
-    QFuture<void> save(FilmSettings settings, files::FileUrl photo,
-                       library::FingerprintStamp expected) override;
+    QFuture<library::FileStamp> stamp(files::FileUrl photo) override;
+    QFuture<void> save(FilmSettings settings, files::FileUrl photo, library::FileStamp expected) override;
     QFuture<std::vector<FilmLook>> looks() override;
     QFuture<void> saveLook(FilmLook look) override;
     QFuture<void> removeLook(std::string name) override;

@@ -14,7 +14,7 @@ namespace {
 
 FilmEditEntry readEntry(Value value) {
     std::optional<FilmSettings> settings;
-    std::optional<library::FingerprintStamp> stamp;
+    std::optional<library::FileStamp> stamp;
     json::eachField(value, [&](std::string_view key, Value field) {
         if (key == "settings") settings = readFilmSettings(field);
         if (key == "stamp") stamp = library::readStamp(field);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "film/optics/FilmSettings.h"
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "platform/files/FileSystem.h"
 
 #include <map>
@@ -12,7 +12,7 @@ namespace lumisort::film {
 /// The settings of one photo and the state of its file when they were saved.
 struct FilmEditEntry {
     FilmSettings settings;
-    library::FingerprintStamp stamp;
+    library::FileStamp stamp;
 
     friend bool operator==(const FilmEditEntry&, const FilmEditEntry&) = default;
 };

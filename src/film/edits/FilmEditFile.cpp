@@ -8,7 +8,7 @@
 
 namespace lumisort::film {
 
-using library::FingerprintStamp;
+using library::FileStamp;
 
 FilmEditFile::FilmEditFile(files::FileSystem& system, files::FileUrl document)
     : system_(system), url_(std::move(document)) {}
@@ -18,15 +18,15 @@ const FilmEditDocument& FilmEditFile::read() {
     return *document_;
 }
 
-FilmSettings FilmEditFile::settingsFor(const std::string& photo, const FingerprintStamp& stamp) {
+FilmSettings FilmEditFile::settingsFor(const std::string& photo, const FileStamp& stamp) {
     const auto& photos = read().photos;
     const auto entry = photos.find(filmEditKey(photo));
     if (entry == photos.end() || entry->second.stamp != stamp) return {};
     return entry->second.settings.validatedForEditing();
 }
 
-void FilmEditFile::requireUnchanged(const files::FileUrl& photo, const FingerprintStamp& expected) {
-    if (FingerprintStamp::read(system_, photo) != expected)
+void FilmEditFile::requireUnchanged(const files::FileUrl& photo, const FileStamp& expected) {
+    if (FileStamp::read(system_, photo) != expected)
         throw FilmEditStoreError(FilmEditStoreError::Kind::sourceChanged);
 }
 
@@ -37,7 +37,7 @@ void FilmEditFile::removeLeftovers() {
 FilmEditSnapshot FilmEditFile::load(const files::FileUrl& url) {
     const auto photo = files::resolvedPath(system_, url.path());
     FilmEditSnapshot snapshot;
-    snapshot.stamp = FingerprintStamp::read(system_, files::FileUrl::fromPath(photo));
+    snapshot.stamp = FileStamp::read(system_, files::FileUrl::fromPath(photo));
     try {
         snapshot.settings = settingsFor(photo, snapshot.stamp);
     } catch (const std::runtime_error& error) {
@@ -46,8 +46,7 @@ FilmEditSnapshot FilmEditFile::load(const files::FileUrl& url) {
     return snapshot;
 }
 
-void FilmEditFile::save(const FilmSettings& settings, const files::FileUrl& url,
-                        const FingerprintStamp& expected) {
+void FilmEditFile::save(const FilmSettings& settings, const files::FileUrl& url, const FileStamp& expected) {
     const auto photo = files::FileUrl::fromPath(files::resolvedPath(system_, url.path()));
     requireUnchanged(photo, expected);
     auto updated = read();

@@ -12,7 +12,7 @@ namespace lumisort::film {
 /// What an editor starts from.
 struct FilmEditSnapshot {
     FilmSettings settings;
-    library::FingerprintStamp stamp; ///< of the photo's file now; the editor passes it back when it saves
+    library::FileStamp stamp; ///< of the photo's file now; the editor passes it back when it saves
     /// Why stored adjustments could not be read; the settings are then those of a new edit.
     std::optional<std::string> persistenceWarning;
 };
@@ -38,13 +38,12 @@ public:
     /// photo's stamp is not `expected`, at the start or right before the document is replaced;
     /// files::FileError and unsupportedFormat as they come. On failure the document is as it was, or, where
     /// only the last flush failed, holds the settings.
-    void save(const FilmSettings& settings, const files::FileUrl& photo,
-              const library::FingerprintStamp& expected);
+    void save(const FilmSettings& settings, const files::FileUrl& photo, const library::FileStamp& expected);
 
 private:
     const FilmEditDocument& read();
-    FilmSettings settingsFor(const std::string& photo, const library::FingerprintStamp& stamp);
-    void requireUnchanged(const files::FileUrl& photo, const library::FingerprintStamp& expected);
+    FilmSettings settingsFor(const std::string& photo, const library::FileStamp& stamp);
+    void requireUnchanged(const files::FileUrl& photo, const library::FileStamp& expected);
 
     files::FileSystem& system_;
     const files::FileUrl url_;

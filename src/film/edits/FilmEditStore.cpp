@@ -34,7 +34,7 @@ void FilmEditStore::load(files::FileUrl photo, std::function<void(Outcome<FilmEd
 }
 
 void FilmEditStore::save(const FilmSettings& settings, files::FileUrl photo,
-                         const library::FingerprintStamp& expected, std::function<void(Outcome<void>)> done) {
+                         const library::FileStamp& expected, std::function<void(Outcome<void>)> done) {
     executor_.post([this, settings, photo = std::move(photo), expected, done = std::move(done)] {
         done(outcomeOf([&] { file_.save(settings, photo, expected); }));
     });

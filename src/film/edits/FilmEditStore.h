@@ -26,7 +26,7 @@ public:
     void load(files::FileUrl photo, std::function<void(Outcome<FilmEditSnapshot>)> done);
 
     /// See FilmEditFile::save.
-    void save(const FilmSettings& settings, files::FileUrl photo, const library::FingerprintStamp& expected,
+    void save(const FilmSettings& settings, files::FileUrl photo, const library::FileStamp& expected,
               std::function<void(Outcome<void>)> done);
 
 private:

@@ -48,7 +48,7 @@ std::string cubeText(FilmStock stock, FilmPaper paper, InspectedCube kind, std::
     std::string text;
     text.reserve(cube.data().size() * 10);
     text.append("TITLE \"").append(title(stock)).append(" on ").append(title(paper)).append(" paper, ");
-    text.append(rawValue(kind)).append(" cube\"\n# ").append(meaning(kind)).append("\n");
+    text.append(storedName(kind)).append(" cube\"\n# ").append(meaning(kind)).append("\n");
     text += "LUT_3D_SIZE " + std::to_string(cube.dimension()) + "\n";
     text += "DOMAIN_MIN 0.0 0.0 0.0\nDOMAIN_MAX 1.0 1.0 1.0\n";
     const auto data = cube.data();

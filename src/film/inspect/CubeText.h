@@ -21,12 +21,8 @@ inline constexpr std::array allInspectedCubes{InspectedCube::exposure, Inspected
 
 inline constexpr text::EnumNames<InspectedCube, 3> inspectedCubeNames{{"exposure", "negative", "paper"}};
 
-constexpr std::string_view rawValue(InspectedCube cube) {
+constexpr std::string_view storedName(InspectedCube cube) {
     return inspectedCubeNames.of(cube);
-}
-
-constexpr std::optional<InspectedCube> inspectedCubeFromRawValue(std::string_view raw) {
-    return inspectedCubeNames.find(raw);
 }
 
 /// A cube as a .cube text (UTF-8, ends with a line break): 33 nodes an axis, domain 0 to 1, red fastest. The

@@ -30,7 +30,7 @@ std::string row(const Triple<Space>& numbers, int decimals) {
 void describeProfile(std::ostream& out, const StockProfile& profile) {
     out << "\nWhere the film's numbers come from (" << profile.id << ")\n";
     for (const MaterialProvenance& entry : profile.provenance) {
-        out << "  " << entry.component << ": " << rawValue(entry.evidence);
+        out << "  " << entry.component << ": " << storedName(entry.evidence);
         if (entry.source) out << ", " << *entry.source;
         if (entry.sourcePage) out << ", page " << *entry.sourcePage;
         out << "\n    " << entry.conditions << "\n    " << entry.uncertainty << "\n";
@@ -46,8 +46,8 @@ std::string inspectJson(FilmStock stock, FilmPaper paper) {
                    write(out.key(key), value);
                };
                out.beginObject();
-               out.key("stock").text(rawValue(stock));
-               out.key("paper").text(rawValue(paper));
+               out.key("stock").text(storedName(stock));
+               out.key("paper").text(storedName(paper));
                if (model.stock.isMeasured()) {
                    out.key("neutralLogExposure").number(model.stock.neutralLogExposure);
                }

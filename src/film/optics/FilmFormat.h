@@ -17,7 +17,7 @@ inline constexpr std::array allFilmFormats{FilmFormat::mm35, FilmFormat::mediumF
 
 inline constexpr text::EnumNames<FilmFormat, 2> filmFormatNames{{"mm35", "mediumFormat"}};
 
-constexpr std::string_view rawValue(FilmFormat format) {
+constexpr std::string_view storedName(FilmFormat format) {
     return filmFormatNames.of(format);
 }
 
@@ -30,11 +30,6 @@ constexpr std::string_view title(FilmFormat format) {
 /// the image's long edge in pixels stands for this length.
 constexpr double longEdgeMM(FilmFormat format) {
     return format == FilmFormat::mm35 ? 36 : 60;
-}
-
-/// The format with this raw value; none for any other text.
-constexpr std::optional<FilmFormat> filmFormatFromRawValue(std::string_view raw) {
-    return filmFormatNames.find(raw);
 }
 
 } // namespace lumisort::film

@@ -17,18 +17,13 @@ inline constexpr std::array allFilmPapers{FilmPaper::glossy, FilmPaper::soft};
 
 inline constexpr text::EnumNames<FilmPaper, 2> filmPaperNames{{"glossy", "soft"}};
 
-constexpr std::string_view rawValue(FilmPaper paper) {
+constexpr std::string_view storedName(FilmPaper paper) {
     return filmPaperNames.of(paper);
 }
 
 constexpr std::string_view title(FilmPaper paper) {
     constexpr std::array<std::string_view, 2> titles{"Standard", "Soft"};
     return titles[static_cast<std::size_t>(paper)];
-}
-
-/// The paper with this raw value; none for any other text.
-constexpr std::optional<FilmPaper> filmPaperFromRawValue(std::string_view raw) {
-    return filmPaperNames.find(raw);
 }
 
 } // namespace lumisort::film

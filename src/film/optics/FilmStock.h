@@ -20,7 +20,7 @@ inline constexpr std::array allFilmStocks{FilmStock::portra400, FilmStock::color
 inline constexpr text::EnumNames<FilmStock, 4> filmStockNames{
     {"portra400", "color100", "color400", "mono400"}};
 
-constexpr std::string_view rawValue(FilmStock stock) {
+constexpr std::string_view storedName(FilmStock stock) {
     return filmStockNames.of(stock);
 }
 
@@ -28,11 +28,6 @@ constexpr std::string_view title(FilmStock stock) {
     constexpr std::array<std::string_view, 4> titles{"Portrait 400 Study", "Color 100", "Color 400",
                                                      "Mono 400"};
     return titles[static_cast<std::size_t>(stock)];
-}
-
-/// The stock with this raw value; none for any other text.
-constexpr std::optional<FilmStock> filmStockFromRawValue(std::string_view raw) {
-    return filmStockNames.find(raw);
 }
 
 } // namespace lumisort::film

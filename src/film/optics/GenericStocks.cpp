@@ -43,7 +43,7 @@ StockProfile profileOf(const GenericStock& row) {
     };
     constexpr double first = wavelengthNM(0), last = wavelengthNM(spectralSampleCount - 1);
     return {.stock = row.stock,
-            .id = std::string(rawValue(row.stock)) + "-generic-v1",
+            .id = std::string(storedName(row.stock)) + "-generic-v1",
             .summary = "Independent physical simulation using generic film and paper materials",
             .isoSpeed = std::nullopt,
             .layers = {layer(0), layer(1), layer(2)},

@@ -19,13 +19,8 @@ inline constexpr std::array allMaterialEvidence{
 inline constexpr text::EnumNames<MaterialEvidence, 3> materialEvidenceNames{
     {"publishedValue", "graphEstimate", "modelAssumption"}};
 
-constexpr std::string_view rawValue(MaterialEvidence evidence) {
+constexpr std::string_view storedName(MaterialEvidence evidence) {
     return materialEvidenceNames.of(evidence);
-}
-
-/// The evidence with this raw value; none for any other text.
-constexpr std::optional<MaterialEvidence> materialEvidenceFromRawValue(std::string_view raw) {
-    return materialEvidenceNames.find(raw);
 }
 
 /// Where one component of a profile comes from and how far it can be trusted.

@@ -11,8 +11,8 @@ namespace lumisort::files {
 /// shown as \x0A there, so that it is one line of valid text for any path.
 class FileError : public std::runtime_error {
 public:
-    /// `action` is the verb phrase behind "Could not", which goes on with the file ("open", "read the attributes of") or
-    /// ends in "the folder"; `code` an errno value.
+    /// `action` is the verb phrase behind "Could not", which goes on with the file ("open", "read the
+    /// attributes of") or ends in "the folder"; `code` an errno value.
     FileError(std::string_view action, std::string path, int code);
     /// For failures that are no errno: `reason` is a short sentence without a full stop.
     FileError(std::string_view action, std::string path, std::string reason);

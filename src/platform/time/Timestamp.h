@@ -21,7 +21,9 @@ public:
     }
 
     constexpr double secondsSince2001() const { return seconds_; }
-    constexpr double secondsSinceUnixEpoch() const { return seconds_ + static_cast<double>(unixOffsetSeconds); }
+    constexpr double secondsSinceUnixEpoch() const {
+        return seconds_ + static_cast<double>(unixOffsetSeconds);
+    }
 
     friend constexpr bool operator==(Timestamp, Timestamp) = default;
     friend constexpr auto operator<=>(Timestamp, Timestamp) = default;

@@ -2,8 +2,9 @@
 
 #include "model/Decision.h"
 
-#include <QObject>
 #include <QtQml/qqmlregistration.h>
+
+#include <QObject>
 
 namespace lumisort::review {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "platform/files/FileUrl.h"
 
 #include <cstdint>
@@ -17,7 +17,7 @@ namespace lumisort::similarity {
 /// One computed value of one photo, with the state of the file that it was computed from.
 struct StoredValue {
     files::FileUrl photo;
-    library::FingerprintStamp stamp;
+    library::FileStamp stamp;
     std::string bytes;
 };
 

@@ -14,7 +14,7 @@ namespace {
 static_assert(std::endian::native == std::endian::little, "numbers are stored as they lie in memory");
 
 /// A cell's mean is the sum of its 8-bit values over this.
-constexpr double whiteSum = 255.0 * (canvasSide / colorGridSide) * (canvasSide / colorGridSide);
+constexpr double whiteSum = 255.0 * (canvasSide / colourGridSide) * (canvasSide / colourGridSide);
 constexpr double normTolerance = 1e-3;
 
 template <class Number>
@@ -32,7 +32,7 @@ Number take(std::string_view& bytes) {
 }
 
 constexpr std::size_t fingerprintBytes = sizeof(std::uint64_t) * (1 + orientationCount) + sizeof(double) * 2 +
-                                         sizeof(std::uint16_t) * colorValueCount;
+                                         sizeof(std::uint16_t) * colourValueCount;
 
 } // namespace
 
@@ -56,7 +56,7 @@ std::optional<VisualFingerprint> fingerprintFrom(std::string_view bytes) {
         fingerprint.orientationHashes.push_back(take<std::uint64_t>(bytes));
     fingerprint.aspect = take<double>(bytes);
     fingerprint.deviation = take<double>(bytes);
-    for (std::size_t i = 0; i < colorValueCount; ++i)
+    for (std::size_t i = 0; i < colourValueCount; ++i)
         fingerprint.colors.push_back(take<std::uint16_t>(bytes) / whiteSum);
     if (!(fingerprint.aspect > 0) || !std::isfinite(fingerprint.aspect) ||
         !std::isfinite(fingerprint.deviation))

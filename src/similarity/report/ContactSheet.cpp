@@ -117,7 +117,7 @@ void writeContactSheet(const std::vector<SimilarityGroup>& groups, const Contact
 
     for (std::size_t begin = 0; begin < shown.size(); begin += photosPerBatch) {
         const auto tiles = tasks::orderedWorkers(
-            std::min(photosPerBatch, shown.size() - begin), options.concurrency,
+            std::min(photosPerBatch, shown.size() - begin), options.width,
             [&](std::size_t offset, const std::stop_token& inner) {
                 const auto& [group, photo] = shown[begin + offset];
                 return tile(groups[group].photos[photo], options, inner);

@@ -20,7 +20,7 @@ struct ContactSheetOptions {
     int thumbnailSide = 180; ///< longest side in pixels
     /// Photos of one group that are shown; the page names the number of the others.
     std::size_t mostPhotosOfGroup = 200;
-    int concurrency = images::mostDecodesAtOnce; ///< decoding threads
+    int width = images::mostDecodesAtOnce; ///< decoding threads
     /// The upright photo, longest side at most the given number of pixels; images::decoder() makes it unless
     /// a test says otherwise. A photo for which it throws images::ImageError is shown as a tile with the
     /// reason.

@@ -24,23 +24,22 @@ using GroupingProgress = std::function<void(int)>;
 
 /// Grouping around anchors: every item belongs to the nearest anchor with a smaller number that is at most
 /// `radius` away (of equally near ones to that with the smallest number), and becomes an anchor itself where
-/// there is none. The matches, in item order, are those of one pass over the items, whatever the concurrency.
+/// there is none. The matches, in item order, are those of one pass over the items, whatever the width.
 struct AnchorGrouping {
     /// Items searched for at once. Anchors found in a batch are compared one by one until it ends, so that
     /// more would spread the search better and cost more comparisons.
     static constexpr int batchSize = 64;
 
-    /// For any metric. Searches on tasks::threadCount(concurrency) threads. Throws tasks::Cancelled, and what
+    /// For any metric. Searches on tasks::threadCount(width) threads. Throws tasks::Cancelled, and what
     /// `distance` or `progress` throws.
     template <ItemDistance Distance>
-    static std::vector<AnchorMatch> matches(int count, float radius, int concurrency,
-                                            const Distance& distance, const GroupingProgress& progress,
-                                            const std::stop_token& stop);
+    static std::vector<AnchorMatch> matches(int count, float radius, int width, const Distance& distance,
+                                            const GroupingProgress& progress, const std::stop_token& stop);
 };
 
 template <ItemDistance Distance>
-std::vector<AnchorMatch> AnchorGrouping::matches(int count, float radius, int concurrency,
-                                                 const Distance& distance, const GroupingProgress& progress,
+std::vector<AnchorMatch> AnchorGrouping::matches(int count, float radius, int width, const Distance& distance,
+                                                 const GroupingProgress& progress,
                                                  const std::stop_token& stop) {
     tasks::checkCancelled(stop);
     std::vector<AnchorMatch> result;
@@ -49,7 +48,7 @@ std::vector<AnchorMatch> AnchorGrouping::matches(int count, float radius, int co
     for (int begin = 0; begin < count; begin += batchSize) {
         const int end = std::min(begin + batchSize, count);
         const auto candidates = tasks::orderedWorkers(
-            static_cast<std::size_t>(end - begin), concurrency,
+            static_cast<std::size_t>(end - begin), width,
             [&](std::size_t offset, const std::stop_token& inner) {
                 return index.nearest(begin + static_cast<int>(offset), radius, distance, inner);
             },

@@ -22,9 +22,9 @@ constexpr std::size_t fewestPrints = 512;
 
 using Prints = std::span<const std::shared_ptr<const FeaturePrint>>;
 
-std::vector<AnchorMatch> matchSketched(Prints prints, const PrintSketches& sketches, float radius,
-                                       int concurrency, const GroupingProgress& progress,
-                                       const std::stop_token& stop, std::atomic<std::int64_t>& computed) {
+std::vector<AnchorMatch> matchSketched(Prints prints, const PrintSketches& sketches, float radius, int width,
+                                       const GroupingProgress& progress, const std::stop_token& stop,
+                                       std::atomic<std::int64_t>& computed) {
     const int count = static_cast<int>(prints.size());
     std::vector<AnchorMatch> result;
     result.reserve(prints.size());
@@ -32,7 +32,7 @@ std::vector<AnchorMatch> matchSketched(Prints prints, const PrintSketches& sketc
     for (int begin = 0; begin < count; begin += batchSize) {
         const int end = std::min(begin + batchSize, count);
         auto candidates = tasks::orderedWorkers(
-            static_cast<std::size_t>((end - begin + itemsPerSearch - 1) / itemsPerSearch), concurrency,
+            static_cast<std::size_t>((end - begin + itemsPerSearch - 1) / itemsPerSearch), width,
             [&](std::size_t task, const std::stop_token& inner) {
                 const int first = begin + static_cast<int>(task) * itemsPerSearch;
                 std::vector<std::optional<Neighbour>> best(
@@ -69,22 +69,22 @@ float checkedDistance(const FeaturePrint& a, const FeaturePrint& b) {
 }
 
 std::vector<AnchorMatch> matchPrints(std::span<const std::shared_ptr<const FeaturePrint>> prints,
-                                     float radius, int concurrency, const GroupingProgress& progress,
+                                     float radius, int width, const GroupingProgress& progress,
                                      const std::stop_token& stop, std::int64_t* distances) {
     std::atomic<std::int64_t> computed = 0;
     auto result = [&] {
         if (prints.size() >= fewestPrints) {
-            const PrintSketches sketches(prints, concurrency, stop);
+            const PrintSketches sketches(prints, width, stop);
             if (sketches.valid())
-                return matchSketched(prints, sketches, radius, concurrency, progress, stop, computed);
+                return matchSketched(prints, sketches, radius, width, progress, stop, computed);
         }
         const auto between = [&](int i, int j) {
             computed.fetch_add(1, std::memory_order_relaxed);
             return checkedDistance(*prints[static_cast<std::size_t>(i)],
                                    *prints[static_cast<std::size_t>(j)]);
         };
-        return AnchorGrouping::matches(static_cast<int>(prints.size()), radius, concurrency, between,
-                                       progress, stop);
+        return AnchorGrouping::matches(static_cast<int>(prints.size()), radius, width, between, progress,
+                                       stop);
     }();
     if (distances) *distances = computed;
     return result;

@@ -18,7 +18,7 @@ float checkedDistance(const FeaturePrint& a, const FeaturePrint& b);
 /// whose length is not 1, go the general way. `distances`, where given, becomes the number of distances
 /// computed. 100,000 prints take about 40 MB beside their own. Throws as AnchorGrouping::matches.
 std::vector<AnchorMatch> matchPrints(std::span<const std::shared_ptr<const FeaturePrint>> prints,
-                                     float radius, int concurrency, const GroupingProgress& progress,
+                                     float radius, int width, const GroupingProgress& progress,
                                      const std::stop_token& stop, std::int64_t* distances = nullptr);
 
 } // namespace lumisort::similarity

@@ -27,7 +27,7 @@ constexpr std::size_t printsPerTask = 512;
 
 } // namespace
 
-PrintSketches::PrintSketches(std::span<const std::shared_ptr<const FeaturePrint>> prints, int concurrency,
+PrintSketches::PrintSketches(std::span<const std::shared_ptr<const FeaturePrint>> prints, int width,
                              const std::stop_token& stop)
     : sketches_(prints.size()) {
     std::vector<FeaturePrint> axes(sketchLength - 1);
@@ -39,7 +39,7 @@ PrintSketches::PrintSketches(std::span<const std::shared_ptr<const FeaturePrint>
 
     const std::size_t taskCount = (prints.size() + printsPerTask - 1) / printsPerTask;
     const auto areUnit = tasks::orderedWorkers(
-        taskCount, concurrency,
+        taskCount, width,
         [&](std::size_t task, const std::stop_token&) {
             const std::size_t end = std::min(prints.size(), (task + 1) * printsPerTask);
             bool allUnit = true;

@@ -34,8 +34,8 @@ public:
     /// Prints of another length than 1 (by more than this in the square) have no sketches.
     static constexpr float unitTolerance = 2e-5F;
 
-    /// Uses tasks::threadCount(concurrency) threads. Throws tasks::Cancelled.
-    PrintSketches(std::span<const std::shared_ptr<const FeaturePrint>> prints, int concurrency,
+    /// Uses tasks::threadCount(width) threads. Throws tasks::Cancelled.
+    PrintSketches(std::span<const std::shared_ptr<const FeaturePrint>> prints, int width,
                   const std::stop_token& stop);
 
     /// Whether all prints have length 1; else the sketches promise nothing.

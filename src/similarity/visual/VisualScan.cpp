@@ -28,7 +28,7 @@ struct VisualScan::ExtractedFeature {
 };
 
 VisualScanResult VisualScan::scan(std::vector<library::Photo> photos, SimilarityLevel level,
-                                  const FeaturePrintCache& cache, int concurrency, const Progress& progress,
+                                  const FeaturePrintCache& cache, int width, const Progress& progress,
                                   const std::stop_token& stop) const {
     tasks::checkCancelled(stop);
     if (deps_.identity->revision != FeaturePrintModel::revision)
@@ -38,7 +38,7 @@ VisualScanResult VisualScan::scan(std::vector<library::Photo> photos, Similarity
     photos = sortedByPath(std::move(photos));
     tasks::ProgressThrottle throttle(clock_);
     auto extracted = tasks::orderedWorkers(
-        photos.size(), concurrency,
+        photos.size(), width,
         [&](std::size_t index, const std::stop_token& inner) { return extract(photos[index], cache, inner); },
         [&](std::size_t completed) {
             if (throttle.due(completed, photos.size()))
@@ -69,7 +69,7 @@ VisualScanResult VisualScan::scan(std::vector<library::Photo> photos, Similarity
     tasks::checkCancelled(stop);
     progress(0.8, "Grouping matches…");
     const auto matches = matchPrints(
-        prints, featureRadius(level), concurrency,
+        prints, featureRadius(level), width,
         [&](int done) {
             const auto grouped = static_cast<std::size_t>(done);
             if (throttle.due(grouped, items.size()))
@@ -115,9 +115,8 @@ VisualScan::ExtractedFeature VisualScan::extract(const library::Photo& photo, co
 CachedFeaturePrint VisualScan::printed(const files::FileUrl& url, const FeaturePrintCache& cache,
                                        const std::stop_token& stop) const {
     tasks::checkCancelled(stop);
-    CachedFeaturePrint result{.stamp = library::FingerprintStamp::read(system_, url),
-                              .observation = {},
-                              .identity = deps_.identity};
+    CachedFeaturePrint result{
+        .stamp = library::FileStamp::read(system_, url), .observation = {}, .identity = deps_.identity};
     const auto cached = cache.find(url);
     if (cached != cache.end() && cached->second.stamp == result.stamp &&
         *cached->second.identity == *deps_.identity)
@@ -126,7 +125,7 @@ CachedFeaturePrint VisualScan::printed(const files::FileUrl& url, const FeatureP
         result.observation = std::make_shared<const FeaturePrint>(feature(url, stop));
 
     tasks::checkCancelled(stop);
-    if (library::FingerprintStamp::read(system_, url) != result.stamp)
+    if (library::FileStamp::read(system_, url) != result.stamp)
         throw VisualScanError(VisualScanFailure::fileChanged, "The file changed while it was analyzed.");
     return result;
 }

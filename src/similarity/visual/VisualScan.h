@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/FingerprintStamp.h"
+#include "library/FileStamp.h"
 #include "library/Photo.h"
 #include "platform/files/FileSystem.h"
 #include "platform/time/Clock.h"
@@ -20,7 +20,7 @@ namespace lumisort::similarity {
 
 /// A photo's print, good for as long as the file has the same stamp and the same model makes the prints.
 struct CachedFeaturePrint {
-    library::FingerprintStamp stamp; ///< of the file when the print was made
+    library::FileStamp stamp; ///< of the file when the print was made
     std::shared_ptr<const FeaturePrint> observation;
     std::shared_ptr<const FeaturePrintIdentity> identity;
 };
@@ -49,8 +49,8 @@ public:
     VisualScan(VisualScanDependencies deps, files::FileSystem& system, time::Clock clock)
         : deps_(std::move(deps)), system_(system), clock_(std::move(clock)) {}
 
-    /// Groups photos around anchors, in the order of their paths, on tasks::threadCount(concurrency) threads.
-    /// The result does not depend on the concurrency. Takes prints from `cache` where file and model are
+    /// Groups photos around anchors, in the order of their paths, on tasks::threadCount(width) threads.
+    /// The result does not depend on the width. Takes prints from `cache` where file and model are
     /// unchanged. `progress` is called on the calling thread, at most ten times a second while photos are
     /// counted. Holds 1.6 kB for each photo, beside its names.
     ///
@@ -58,7 +58,7 @@ public:
     /// model makes prints of another revision; VisualScanError `nothingAnalyzed` where there are photos and
     /// none has a print; VisualScanError `corruptFile` where two prints have no distance.
     VisualScanResult scan(std::vector<library::Photo> photos, SimilarityLevel level,
-                          const FeaturePrintCache& cache, int concurrency, const Progress& progress,
+                          const FeaturePrintCache& cache, int width, const Progress& progress,
                           const std::stop_token& stop) const;
 
     /// The print of one file. Throws VisualScanError `corruptFile` or `tooLittleDetail`, FeaturePrintError

@@ -57,16 +57,16 @@ public:
     std::deque<Call<QImage>> drafts;
     std::deque<Done> exports, saves;
     std::vector<std::shared_ptr<QPromise<void>>> sleeps;
-    FilmEditSnapshot snapshot;           ///< what `load` answers
+    FilmEditSnapshot snapshot; ///< what `load` answers
     std::vector<FilmLook> savedLooks;
-    std::exception_ptr loadFailure;      ///< thrown by `load` instead
-    library::FingerprintStamp fileStamp; ///< what `stamp` answers
+    std::exception_ptr loadFailure; ///< thrown by `load` instead
+    library::FileStamp fileStamp;   ///< what `stamp` answers
 
     QFuture<FilmEditSnapshot> load(files::FileUrl) override {
         return loadFailure ? failed<FilmEditSnapshot>(loadFailure) : ready(snapshot);
     }
-    QFuture<library::FingerprintStamp> stamp(files::FileUrl) override { return ready(fileStamp); }
-    QFuture<void> save(FilmSettings settings, files::FileUrl, library::FingerprintStamp) override {
+    QFuture<library::FileStamp> stamp(files::FileUrl) override { return ready(fileStamp); }
+    QFuture<void> save(FilmSettings settings, files::FileUrl, library::FileStamp) override {
         return pending(saves, {settings, {}});
     }
     QFuture<std::vector<FilmLook>> looks() override { return ready(savedLooks); }

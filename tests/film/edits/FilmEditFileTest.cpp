@@ -41,7 +41,7 @@ TEST(FilmEditFile, APhotoThatWasNeverEditedStartsAnew) {
     Desk desk;
     const auto snapshot = desk.file.load(photo);
     EXPECT_EQ(snapshot.settings, FilmSettings{});
-    EXPECT_EQ(snapshot.stamp, library::FingerprintStamp::read(desk.system, photo));
+    EXPECT_EQ(snapshot.stamp, library::FileStamp::read(desk.system, photo));
     EXPECT_EQ(snapshot.persistenceWarning, std::nullopt);
     EXPECT_EQ(desk.system.filesBelow("/"), std::vector{photo.path()});
     EXPECT_THROW(desk.file.load(FileUrl::fromPath("/photos/none.nef")), files::FileError);
@@ -59,7 +59,7 @@ TEST(FilmEditFile, KeepsSettingsWithinTheEditingRanges) {
 }
 
 TEST(FilmEditFile, WritesSortedKeysAtEveryLevel) {
-    const library::FingerprintStamp stamp{3, time::Timestamp(1.5), time::Timestamp(0.5)};
+    const library::FileStamp stamp{3, time::Timestamp(1.5), time::Timestamp(0.5)};
     FilmEditDocument document;
     document.photos[filmEditKey("/b")] = {FilmSettings{}, stamp};
     document.photos[filmEditKey("/a\xFF")] = {FilmSettings{}, {4, std::nullopt, std::nullopt}};
@@ -137,11 +137,11 @@ TEST(FilmEditFile, AFailureOrCrashLeavesTheOldEditsOrTheNewOnes) {
         [](MemoryFileSystem& system) {
             system.write(photo.path(), "raw");
             FilmEditFile file(system, location);
-            file.save(edited(), photo, library::FingerprintStamp::read(system, photo));
+            file.save(edited(), photo, library::FileStamp::read(system, photo));
         },
         [&](MemoryFileSystem& system) {
             FilmEditFile file(system, location);
-            const auto stamp = library::FingerprintStamp::read(system, photo);
+            const auto stamp = library::FileStamp::read(system, photo);
             try {
                 file.save(after, photo, stamp);
             } catch (const files::FileError&) {

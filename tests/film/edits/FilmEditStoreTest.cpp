@@ -21,7 +21,7 @@ TEST(FilmEditStore, TheLaterOfTwoCallsHoldsHoweverSlowTheDiskIs) {
     constexpr int saves = 60;
     test::MemoryFileSystem system;
     system.write(photo.path(), "raw");
-    const auto stamp = library::FingerprintStamp::read(system, photo);
+    const auto stamp = library::FileStamp::read(system, photo);
     std::atomic<int> writes = 0;
     system.before = [&](std::string_view operation, const std::string&) {
         if (operation == "write" && writes++ % 3 == 0) std::this_thread::yield();

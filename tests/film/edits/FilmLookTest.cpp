@@ -71,7 +71,8 @@ TEST(FilmLooks, PassesOverWhatIsNoLookAndSaysSoWhereOneIsImported) {
 
 TEST(FilmLooks, TravelAsText) {
     EXPECT_EQ(lookFromText(lookText({"a \"b\"", warm()})), (FilmLook{"a \"b\"", warm()}));
-    for (const auto* text : {"", "hello", "{}", "[1]", R"({"name":"x","version":1})", R"({"settings":{},"version":1})"})
+    for (const auto* text :
+         {"", "hello", "{}", "[1]", R"({"name":"x","version":1})", R"({"settings":{},"version":1})"})
         EXPECT_EQ(lookFromText(text), std::nullopt) << text;
 }
 

@@ -75,7 +75,7 @@ TEST(Inspect, WritesTheModelAsJsonThatReadsBackExactly) {
                     }
                 });
             });
-            EXPECT_EQ(names, (std::vector{std::string(rawValue(stock)), std::string(rawValue(paper))}));
+            EXPECT_EQ(names, (std::vector{std::string(storedName(stock)), std::string(storedName(paper))}));
             EXPECT_EQ(members, expectedMembers(FilmSpectralModel(stock, paper)));
             EXPECT_THAT(text, HasSubstr("\"greyScale\":[{\"exposure\":0.0,\"layerDensity\":["));
         }
@@ -89,7 +89,7 @@ TEST(Inspect, WritesCubesThatReadBackExactly) {
         {InspectedCube::negative, &optics.negative.cube},
         {InspectedCube::paper, &optics.paper.cube}};
     for (const auto& [kind, cube] : cubes) {
-        EXPECT_EQ(inspectedCubeFromRawValue(rawValue(kind)), kind);
+        EXPECT_EQ(inspectedCubeNames.find(storedName(kind)), kind);
         std::istringstream text(cubeText(FilmStock::color100, FilmPaper::soft, kind));
         std::vector<std::string> head;
         std::vector<float> data;
@@ -104,7 +104,7 @@ TEST(Inspect, WritesCubesThatReadBackExactly) {
             data.push_back(1);
         }
         ASSERT_EQ(head.size(), 5U);
-        EXPECT_EQ(head[0], "TITLE \"Color 100 on Soft paper, " + std::string(rawValue(kind)) + " cube\"");
+        EXPECT_EQ(head[0], "TITLE \"Color 100 on Soft paper, " + std::string(storedName(kind)) + " cube\"");
         EXPECT_EQ(head[2], "LUT_3D_SIZE 33");
         EXPECT_EQ(head[3], "DOMAIN_MIN 0.0 0.0 0.0");
         EXPECT_EQ(head[4], "DOMAIN_MAX 1.0 1.0 1.0");
@@ -114,7 +114,7 @@ TEST(Inspect, WritesCubesThatReadBackExactly) {
     stop.request_stop();
     EXPECT_THROW(cubeText(FilmStock::color100, FilmPaper::soft, InspectedCube::paper, stop.get_token()),
                  tasks::Cancelled);
-    EXPECT_EQ(inspectedCubeFromRawValue("print"), std::nullopt);
+    EXPECT_EQ(inspectedCubeNames.find("print"), std::nullopt);
 }
 
 TEST(Inspect, DrawsAndDescribesEveryStockAndPaper) {

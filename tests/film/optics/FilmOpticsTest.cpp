@@ -72,7 +72,7 @@ TEST(OpticalCubes, AgreeWithTheLiteralSumsAtEveryNode) {
 
 TEST(Cubes, HoldTheReferenceNodesForEveryStock) {
     for (const reference::Stock& expected : reference::stocks) {
-        SCOPED_TRACE(rawValue(expected.stock));
+        SCOPED_TRACE(storedName(expected.stock));
         const FilmSpectralModel model(expected.stock, FilmPaper::glossy);
         const FilmLookupCube exposure = exposureCube(model).cube;
         const FilmLookupCube negative = negativeCube(model).cube;

@@ -33,7 +33,7 @@ void expectNear(const Triple<Space>& actual, const Vector3& expected, double rel
 TEST(FilmSpectralModel, HoldsTheReferenceNumbersForEveryStockAndPaper) {
     for (const reference::Stock& expected : reference::stocks) {
         for (const FilmPaper paper : allFilmPapers) {
-            SCOPED_TRACE(std::string(rawValue(expected.stock)) + "/" + std::string(rawValue(paper)));
+            SCOPED_TRACE(std::string(storedName(expected.stock)) + "/" + std::string(storedName(paper)));
             const FilmSpectralModel model(expected.stock, paper);
             constexpr double rounding = 1e-13;
             expectNear(checksum(model.dyes), expected.dyes, rounding, "dyes");

@@ -29,7 +29,7 @@ template <class Check>
 void forEachPair(const Check& check) {
     for (const StockProfile& stock : stockProfiles()) {
         for (const PaperProfile& paper : paperProfiles()) {
-            SCOPED_TRACE(std::string(rawValue(stock.stock)) + "/" + std::string(rawValue(paper.paper)));
+            SCOPED_TRACE(std::string(storedName(stock.stock)) + "/" + std::string(storedName(paper.paper)));
             check(FilmSpectralModel(stock, paper));
         }
     }

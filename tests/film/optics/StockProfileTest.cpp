@@ -109,9 +109,9 @@ TEST(Portra400, SaysWhereEachGroupOfNumbersComesFrom) {
         EXPECT_EQ(entry.evidence, expected[i].evidence);
         EXPECT_EQ(entry.sourcePage, expected[i].page);
         EXPECT_EQ(entry.source.has_value(), expected[i].page.has_value());
-        EXPECT_EQ(materialEvidenceFromRawValue(rawValue(entry.evidence)), entry.evidence);
+        EXPECT_EQ(materialEvidenceNames.find(storedName(entry.evidence)), entry.evidence);
     }
-    EXPECT_EQ(materialEvidenceFromRawValue("guess"), std::nullopt);
+    EXPECT_EQ(materialEvidenceNames.find("guess"), std::nullopt);
     EXPECT_EQ(profile.grain.provenance, profile.provenance[5]);
     EXPECT_EQ(profile.halation.provenance, profile.provenance[6]);
 }
@@ -120,18 +120,18 @@ TEST(Portra400, SaysWhereEachGroupOfNumbersComesFrom) {
 TEST(FilmChoices, KeepTheirNames) {
     std::string names;
     for (const FilmStock stock : allFilmStocks) {
-        names.append(rawValue(stock)).append("=").append(title(stock)).append(", ");
-        EXPECT_EQ(filmStockFromRawValue(rawValue(stock)), stock);
+        names.append(storedName(stock)).append("=").append(title(stock)).append(", ");
+        EXPECT_EQ(filmStockNames.find(storedName(stock)), stock);
     }
     for (const FilmPaper paper : allFilmPapers) {
-        names.append(rawValue(paper)).append("=").append(title(paper)).append(", ");
-        EXPECT_EQ(filmPaperFromRawValue(rawValue(paper)), paper);
+        names.append(storedName(paper)).append("=").append(title(paper)).append(", ");
+        EXPECT_EQ(filmPaperNames.find(storedName(paper)), paper);
     }
     EXPECT_EQ(names,
               "portra400=Portrait 400 Study, color100=Color 100, color400=Color 400, mono400=Mono 400, "
               "glossy=Standard, soft=Soft, ");
-    EXPECT_EQ(filmStockFromRawValue("Mono 400"), std::nullopt);
-    EXPECT_EQ(filmPaperFromRawValue(""), std::nullopt);
+    EXPECT_EQ(filmStockNames.find("Mono 400"), std::nullopt);
+    EXPECT_EQ(filmPaperNames.find(""), std::nullopt);
 }
 
 // Radii and fractions are sizes on the film, so a wrong one shows only in pictures.

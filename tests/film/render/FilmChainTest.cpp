@@ -29,11 +29,11 @@ TEST(FilmChain, AgreesWithTheLiteralChainForEveryStockAndPaper) {
                 EXPECT_LE(
                     largestDifference(rendered(recipe, hard), literal::film(literal::imageOf(hard), recipe)),
                     edgeTolerance)
-                    << rawValue(stock) << ' ' << rawValue(paper) << ' ' << width << 'x' << height;
+                    << storedName(stock) << ' ' << storedName(paper) << ' ' << width << 'x' << height;
                 EXPECT_LE(largestDifference(rendered(recipe, smooth),
                                             literal::film(literal::imageOf(smooth), recipe)),
                           smoothTolerance)
-                    << rawValue(stock) << ' ' << rawValue(paper) << ' ' << width << 'x' << height;
+                    << storedName(stock) << ' ' << storedName(paper) << ' ' << width << 'x' << height;
             }
         }
 }

@@ -28,7 +28,7 @@ TEST(FilmLaws, MidGreyPrintsAtEighteenPercent) {
             settings.paper = paper;
             const auto picture = rendered(recipeOf(settings, 8, 8), grey(8, 8, 0.18));
             // The cubes interpolate between nodes a tenth of a density apart: 1 % of the light.
-            for (int c = 0; c < 3; ++c) EXPECT_NEAR(picture.row(c, 3)[3], 0.18, 0.0025) << rawValue(stock);
+            for (int c = 0; c < 3; ++c) EXPECT_NEAR(picture.row(c, 3)[3], 0.18, 0.0025) << storedName(stock);
         }
 }
 
@@ -115,7 +115,7 @@ TEST(FilmLaws, GrainVarianceFollowsTheDeviationOfDensity) {
                                                                  i * 613 % size)[static_cast<std::size_t>(c)],
                                              2);
                 const double expected = strength * std::sqrt(noiseSquares / 400);
-                EXPECT_NEAR(measured / expected, 1, 0.12) << rawValue(stock) << ' ' << light << ' ' << c;
+                EXPECT_NEAR(measured / expected, 1, 0.12) << storedName(stock) << ' ' << light << ' ' << c;
                 EXPECT_LT(std::abs(sum / size / size), 0.05 * measured) << "grain moves the mean";
             }
         }
@@ -181,7 +181,7 @@ TEST(FilmLaws, AGradientHasNoBands) {
             }
             // Steps of a quarter of a thousandth: where the slope changes at a node of a cube, no step is
             // visible.
-            EXPECT_LT(255 * jump, 0.1) << rawValue(stock) << ' ' << c;
+            EXPECT_LT(255 * jump, 0.1) << storedName(stock) << ' ' << c;
             EXPECT_LT(255 * steepest, 0.25);
         }
     }

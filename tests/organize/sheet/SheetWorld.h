@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/ModelWorld.h"
-#include "organize/sheet/ArchiveState.h"
+#include "organize/sheet/OrganizeState.h"
 
 namespace lumisort::organize {
 
@@ -13,7 +13,7 @@ protected:
         auto session = libraryOf(names);
         for (const auto& name : names) system_.write("/p/" + name, name.substr(0, 1));
         system_.makeFolder("/out");
-        sheet_ = std::make_unique<ArchiveState>(surroundings());
+        sheet_ = std::make_unique<OrganizeState>(surroundings());
         sheet_->open(session.photos);
         ASSERT_TRUE(sheet_->isOpen() || names.empty());
     }
@@ -21,7 +21,7 @@ protected:
     /// Starts a run; it goes on in `settle`.
     void run() { sheet_->run(); }
 
-    std::unique_ptr<ArchiveState> sheet_;
+    std::unique_ptr<OrganizeState> sheet_;
 };
 
 } // namespace lumisort::organize

@@ -46,8 +46,8 @@ struct StoredCachesTest : testing::Test {
     MatchResult search(StoredCaches& stored, SimilarityMethod method, MatchCaches&& known = {}) {
         return stored.findMatches(photos, method, SimilarityLevel::balanced, known, silent, {});
     }
-    library::FingerprintStamp stampOf(int number) const {
-        return library::FingerprintStamp::read(files::FileSystem::real(), photos[number].url);
+    library::FileStamp stampOf(int number) const {
+        return library::FileStamp::read(files::FileSystem::real(), photos[number].url);
     }
 };
 

@@ -63,8 +63,8 @@ std::vector<AnchorMatch> matchesByTrying(int count, float radius, const AnyDista
     return matches;
 }
 
-std::vector<AnchorMatch> group(int count, float radius, const AnyDistance& distance, int concurrency = 4) {
-    return AnchorGrouping::matches(count, radius, concurrency, distance, [](int) {}, {});
+std::vector<AnchorMatch> group(int count, float radius, const AnyDistance& distance, int width = 4) {
+    return AnchorGrouping::matches(count, radius, width, distance, [](int) {}, {});
 }
 
 TEST(MetricIndex, PartsItemsAtTheMedianAndPutsChildrenBeforeTheirParent) {
@@ -154,8 +154,7 @@ TEST(AnchorGrouping, IsOnePassOverTheItemsWhateverTheConcurrency) {
         const Lattice lattice(count, static_cast<unsigned>(count), 9);
         for (const float radius : {1.0F, 3.0F, 4.5F}) {
             const auto expected = matchesByTrying(count, radius, lattice);
-            for (const int concurrency : {0, 1, 4, 9})
-                EXPECT_EQ(group(count, radius, lattice, concurrency), expected);
+            for (const int width : {0, 1, 4, 9}) EXPECT_EQ(group(count, radius, lattice, width), expected);
         }
     }
 }

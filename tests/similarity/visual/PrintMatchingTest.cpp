@@ -93,8 +93,8 @@ TEST(PrintMatching, GivesTheMatchesOfTheGeneralForm) {
     const float tie = std::sqrt(0.5F);
     for (const auto& [name, prints] : cases) {
         for (const float radius : {0.0F, tie, std::nextafter(tie, 0.0F), 0.855F, 1.5F}) {
-            const int concurrency = radius < 0.8F ? 4 : 1;
-            EXPECT_EQ(matchPrints(prints, radius, concurrency, [](int) {}, {}), literally(prints, radius))
+            const int width = radius < 0.8F ? 4 : 1;
+            EXPECT_EQ(matchPrints(prints, radius, width, [](int) {}, {}), literally(prints, radius))
                 << name << ", radius " << radius;
         }
     }

@@ -82,9 +82,9 @@ struct Darkroom {
                 {.now = {}, .uptimeSeconds = [this] { return uptime += step; }}};
     }
     VisualScanResult scan(SimilarityLevel level = SimilarityLevel::balanced,
-                          const FeaturePrintCache& cache = {}, int concurrency = 4,
+                          const FeaturePrintCache& cache = {}, int width = 4,
                           const std::stop_token& stop = {}) {
-        return engine().scan(photos, level, cache, concurrency, [](double, std::string_view) {}, stop);
+        return engine().scan(photos, level, cache, width, [](double, std::string_view) {}, stop);
     }
 };
 

@@ -1,4 +1,5 @@
 #include "platform/files/FileSystem.h"
+
 #include "platform/tasks/Cancellation.h"
 #include "support/MemoryFileSystem.h"
 #include "support/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "organize/sheet/ArchiveState.h"
+#include "organize/sheet/OrganizeState.h"
 
 #include <algorithm>
 #include <chrono>
@@ -13,15 +13,15 @@ constexpr std::chrono::milliseconds progressInterval(100);
 
 } // namespace
 
-ArchiveState::ArchiveState(model::ModelSurroundings with)
+OrganizeState::OrganizeState(model::ModelDependencies with)
     : with_(std::move(with)), photos_(std::make_shared<const std::vector<library::Photo>>()),
       runner_(with_.background) {}
 
-ArchiveState::~ArchiveState() {
+OrganizeState::~OrganizeState() {
     stop_.request_stop();
 }
 
-void ArchiveState::open(std::vector<library::Photo> photos) {
+void OrganizeState::open(std::vector<library::Photo> photos) {
     if (busy_) return;
     open_ = true;
     photos_ = std::make_shared<const std::vector<library::Photo>>(std::move(photos));
@@ -34,11 +34,11 @@ void ArchiveState::open(std::vector<library::Photo> photos) {
     Q_EMIT changed();
 }
 
-void ArchiveState::done() {
+void OrganizeState::done() {
     if (!busy_ && std::exchange(open_, false)) Q_EMIT openChanged();
 }
 
-void ArchiveState::choose(const QUrl& folder) {
+void OrganizeState::choose(const QUrl& folder) {
     if (busy_) return;
     report_.reset();
     error_.clear();
@@ -50,7 +50,7 @@ void ArchiveState::choose(const QUrl& folder) {
     Q_EMIT changed();
 }
 
-void ArchiveState::setSkipDuplicates(bool skip) {
+void OrganizeState::setSkipDuplicates(bool skip) {
     if (busy_ || skip == skipDuplicates_) return;
     skipDuplicates_ = skip;
     report_.reset();
@@ -58,7 +58,7 @@ void ArchiveState::setSkipDuplicates(bool skip) {
     Q_EMIT changed();
 }
 
-void ArchiveState::run() {
+void OrganizeState::run() {
     if (!canRun()) return;
     busy_ = true;
     error_.clear();
@@ -73,8 +73,8 @@ void ArchiveState::run() {
     followProgress();
 }
 
-QCoro::Task<> ArchiveState::copy() {
-    auto job = [engine = ArchiveEngine(with_.system, with_.clock), photos = photos_,
+QCoro::Task<> OrganizeState::copy() {
+    auto job = [engine = OrganizeEngine(with_.system, with_.clock), photos = photos_,
                 destination = *destination_, skip = skipDuplicates_, underWay = underWay_,
                 stop = stop_.get_token()] {
         const auto note = [&underWay](double fraction, const std::string& text) {
@@ -88,12 +88,12 @@ QCoro::Task<> ArchiveState::copy() {
     finish(std::move(outcome));
 }
 
-void ArchiveState::cancel() {
+void OrganizeState::cancel() {
     if (!busy_ || !stop_.request_stop()) return;
     Q_EMIT changed();
 }
 
-void ArchiveState::followProgress() {
+void OrganizeState::followProgress() {
     with_.after(progressInterval, this, [this, run = underWay_] {
         if (run != underWay_ || !run) return; // that run is over
         {
@@ -106,7 +106,7 @@ void ArchiveState::followProgress() {
     });
 }
 
-void ArchiveState::finish(model::Outcome<ArchiveReport> outcome) {
+void OrganizeState::finish(model::Outcome<OrganizeReport> outcome) {
     busy_ = false;
     underWay_.reset();
     if (outcome)
@@ -116,15 +116,15 @@ void ArchiveState::finish(model::Outcome<ArchiveReport> outcome) {
     Q_EMIT changed();
 }
 
-QString ArchiveState::destination() const {
+QString OrganizeState::destination() const {
     return destination_ ? QString::fromUtf8(destination_->path()) : QString();
 }
 
-QUrl ArchiveState::destinationUrl() const {
+QUrl OrganizeState::destinationUrl() const {
     return destination_ ? QUrl(QString::fromStdString(destination_->string())) : QUrl();
 }
 
-QString ArchiveState::reason() const {
+QString OrganizeState::reason() const {
     if (busy_) return QStringLiteral("The import is running.");
     if (photos_->empty()) return QStringLiteral("There are no photos to import.");
     if (!destination_) return QStringLiteral("Choose a destination first.");
@@ -133,7 +133,7 @@ QString ArchiveState::reason() const {
     return {};
 }
 
-QString ArchiveState::headline() const {
+QString OrganizeState::headline() const {
     if (!report_) return {};
     return QStringLiteral("%1 copied · %2 skipped · %3 failed")
         .arg(report_->copied.size())
@@ -141,14 +141,14 @@ QString ArchiveState::headline() const {
         .arg(report_->failures.size());
 }
 
-QString ArchiveState::cancelledNote() const {
+QString OrganizeState::cancelledNote() const {
     if (!report_ || !stop_.stop_requested() || report_->failures.empty()) return {};
     return QStringLiteral("Cancelled. %1 of %2 photos were copied before.")
         .arg(report_->copied.size())
         .arg(photos_->size());
 }
 
-QString ArchiveState::failures() const {
+QString OrganizeState::failures() const {
     if (!report_) return {};
     const auto& lines = report_->failures;
     const auto shown = std::min(lines.size(), mostFailureLines);
@@ -161,7 +161,7 @@ QString ArchiveState::failures() const {
     return text;
 }
 
-QString ArchiveState::log() const {
+QString OrganizeState::log() const {
     return report_ && report_->logURL ? QString::fromStdString(report_->logURL->string()) : QString();
 }
 

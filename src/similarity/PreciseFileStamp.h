@@ -9,7 +9,7 @@ namespace lumisort::similarity {
 
 /// The identity and the state of one regular file at one moment. Two equal stamps say that nothing was done
 /// to the file in between: it was neither replaced nor written nor touched.
-struct ExactFileStamp {
+struct PreciseFileStamp {
     std::int32_t device = 0; ///< as the kernel packs major and minor number into 32 bits
     std::uint64_t inode = 0; ///< to be left out (0) where the file system does not keep it, see VolumeFacts
     std::int64_t size = 0;   ///< bytes
@@ -20,9 +20,9 @@ struct ExactFileStamp {
 
     /// Throws files::FileError, naming `url`, where `status` is not that of a regular file (a symbolic link
     /// is none).
-    static ExactFileStamp of(const files::FileStatus& status, const files::FileUrl& url);
+    static PreciseFileStamp of(const files::FileStatus& status, const files::FileUrl& url);
 
-    friend bool operator==(const ExactFileStamp&, const ExactFileStamp&) = default;
+    friend bool operator==(const PreciseFileStamp&, const PreciseFileStamp&) = default;
 };
 
 } // namespace lumisort::similarity

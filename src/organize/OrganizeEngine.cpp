@@ -1,9 +1,9 @@
-#include "organize/ArchiveEngine.h"
+#include "organize/OrganizeEngine.h"
 
-#include "organize/ArchiveRun.h"
 #include "organize/DestinationNames.h"
 #include "organize/FailureLine.h"
 #include "organize/FreeSpace.h"
+#include "organize/OrganizeRun.h"
 #include "platform/files/Digest.h"
 #include "platform/tasks/Cancellation.h"
 #include "platform/time/LocalTime.h"
@@ -24,10 +24,10 @@ std::string step(const char* verb, std::int64_t index, std::int64_t total) {
 
 } // namespace
 
-ArchivePlan ArchiveEngine::plan(std::span<const library::Photo> photos, const files::FileUrl& destination,
-                                bool skipDuplicates, const Progress& progress,
-                                const std::stop_token& stop) const {
-    ArchivePlan plan;
+OrganizePlan OrganizeEngine::plan(std::span<const library::Photo> photos, const files::FileUrl& destination,
+                                  bool skipDuplicates, const Progress& progress,
+                                  const std::stop_token& stop) const {
+    OrganizePlan plan;
     plan.root =
         destination.child("Lumisort-" + time::folderStamp(clock_.now()) + "-" + newUuid_().substr(0, 8));
     DestinationNames names(plan.root);
@@ -56,9 +56,9 @@ ArchivePlan ArchiveEngine::plan(std::span<const library::Photo> photos, const fi
     return plan;
 }
 
-ArchiveReport ArchiveEngine::execute(const ArchivePlan& plan, const CopyProgress& progress,
-                                     const std::stop_token& stop) const {
-    ArchiveRun run(system_, newUuid_, plan, stop);
+OrganizeReport OrganizeEngine::execute(const OrganizePlan& plan, const CopyProgress& progress,
+                                       const std::stop_token& stop) const {
+    OrganizeRun run(system_, newUuid_, plan, stop);
     const auto total = static_cast<std::int64_t>(plan.items.size());
     std::int64_t index = 0;
     for (const auto& item : plan.items) {
@@ -68,11 +68,11 @@ ArchiveReport ArchiveEngine::execute(const ArchivePlan& plan, const CopyProgress
     return run.finish();
 }
 
-ArchiveReport ArchiveEngine::copy(std::span<const library::Photo> photos, const files::FileUrl& destination,
-                                  bool skipDuplicates, const Progress& progress,
-                                  const std::stop_token& stop) const {
+OrganizeReport OrganizeEngine::copy(std::span<const library::Photo> photos, const files::FileUrl& destination,
+                                    bool skipDuplicates, const Progress& progress,
+                                    const std::stop_token& stop) const {
     requireFreeSpace(system_, destination.path(), photos, skipDuplicates, stop);
-    ArchivePlan plan = this->plan(photos, destination, skipDuplicates, progress, stop);
+    OrganizePlan plan = this->plan(photos, destination, skipDuplicates, progress, stop);
     if (plan.items.empty())
         return {
             .copied = {}, .duplicates = plan.duplicates, .failures = std::move(plan.failures), .logURL = {}};

@@ -16,7 +16,7 @@ using Entries = test::MemoryFileSystem::UnflushedEntries;
 
 constexpr std::size_t photoCount = 4;
 
-ArchivePlan planOf(OrganizeScene& scene) {
+OrganizePlan planOf(OrganizeScene& scene) {
     scene.add("a.jpg", "abc").add("b.jpg", "bcd", test::midMonth(2025, 1)).add("c.jpg", "cde", std::nullopt);
     auto plan = scene.add("d.jpg", "def").plan();
     scene.system.write("/photos/c.jpg", "edited"); // one that fails
@@ -26,7 +26,7 @@ ArchivePlan planOf(OrganizeScene& scene) {
 /// What holds at every instant: every file under a final name is the whole photo, the checksums name no
 /// copies that the report does not, and the report is well formed and names no file that is not there.
 /// Returns how many copies the report names, 0 without one.
-std::size_t expectWhole(OrganizeScene& scene, const ArchivePlan& plan) {
+std::size_t expectWhole(OrganizeScene& scene, const OrganizePlan& plan) {
     std::string wholeLines; // checksums of the destinations that are there
     for (const auto& item : plan.items) {
         const auto copy = scene.system.contents(item.destination.path());

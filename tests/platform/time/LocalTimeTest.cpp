@@ -1,5 +1,6 @@
-#include "platform/time/Clock.h"
 #include "platform/time/LocalTime.h"
+
+#include "platform/time/Clock.h"
 
 #include <gtest/gtest.h>
 

@@ -73,7 +73,7 @@ TEST(Plan, CountsDuplicatesAndListsWhatCannotBeRead) {
     scene.system.remove("/photos/gone.jpg");
     scene.system.failReads("/photos/broken.jpg", EIO);
     const auto plan = scene.plan();
-    const ArchiveItem item{
+    const OrganizeItem item{
         .source = scene.photos[0].url,
         .destination = plan.root.child("2024/05/first.jpg"),
         .digest = "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad", // FIPS 180-2, B.1

@@ -22,12 +22,12 @@ struct RealDisk : testing::Test {
     void add(const std::string& path, std::string_view contents) {
         photos.push_back({.url = folder.write("photos/" + path, contents)});
     }
-    ArchiveReport copyTo(const std::string& destination) {
+    OrganizeReport copyTo(const std::string& destination) {
         std::filesystem::create_directory(destination);
-        return ArchiveEngine().copy(photos, files::FileUrl::fromPath(destination), true, test::unheard, {});
+        return OrganizeEngine().copy(photos, files::FileUrl::fromPath(destination), true, test::unheard, {});
     }
     /// Whether GNU sha256sum accepts the list beside the report, every line of it.
-    static bool checksumsHold(const ArchiveReport& report) {
+    static bool checksumsHold(const OrganizeReport& report) {
         const auto command = "cd '" + report.logURL.value().parent().path() +
                              "' && sha256sum --check --strict --status SHA256SUMS";
         return std::system(command.c_str()) == 0; // NOLINT(concurrency-mt-unsafe, cert-env33-c)
@@ -62,7 +62,7 @@ TEST_F(RealDisk, FatTakesWhatItCanHoldAndTheRestIsListed) {
     EXPECT_THROW(copyTo(volume.path()), files::FileError);
     EXPECT_TRUE(std::filesystem::is_empty(volume.path()));
 
-    const ArchiveEngine engine;
+    const OrganizeEngine engine;
     auto plan = engine.plan(photos, files::FileUrl::fromPath(volume.path()), true, test::unheard, {});
     for (auto& item : plan.items) item.bytes = 0; // as if the space went after the check
     const auto report = engine.execute(plan, [](std::int64_t, std::int64_t) {}, {});

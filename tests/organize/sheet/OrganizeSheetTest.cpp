@@ -17,9 +17,9 @@ protected:
                        import Lumisort.OrganizeSheet
                        Window {
                            width: 1250; height: 820
-                           property ArchiveState archive
+                           property OrganizeState archive
                            color: Theme.window
-                           ArchiveSheet { state: archive }
+                           OrganizeSheet { state: archive }
                        })",
                     {{QStringLiteral("archive"), QVariant::fromValue(sheet_.get())}});
         ASSERT_TRUE(test::QuickStage::until([this] { return stage_.has(QStringLiteral("Import Photos")); }));

@@ -1,4 +1,4 @@
-#include "organize/ArchiveRun.h"
+#include "organize/OrganizeRun.h"
 
 #include "organize/AbandonedFiles.h"
 #include "organize/FailureLine.h"
@@ -14,7 +14,7 @@ namespace lumisort::organize {
 
 namespace {
 
-void requireInside(const std::string& root, const ArchivePlan& plan) {
+void requireInside(const std::string& root, const OrganizePlan& plan) {
     for (const auto& item : plan.items)
         if (!item.destination.path().starts_with(root + "/"))
             throw std::invalid_argument("organize: a destination lies outside the root");
@@ -46,8 +46,8 @@ void settleOnMedium(files::FileSystem& system, const std::string& path) {
 
 } // namespace
 
-ArchiveRun::ArchiveRun(files::FileSystem& system, std::function<std::string()> newUuid,
-                       const ArchivePlan& plan, std::stop_token stop)
+OrganizeRun::OrganizeRun(files::FileSystem& system, std::function<std::string()> newUuid,
+                         const OrganizePlan& plan, std::stop_token stop)
     : system_(system), newUuid_(std::move(newUuid)), stop_(std::move(stop)), root_(plan.root.path()),
       report_(system, {.copied = {},
                        .duplicates = plan.duplicates,
@@ -64,7 +64,7 @@ ArchiveRun::ArchiveRun(files::FileSystem& system, std::function<std::string()> n
     report_.save();
 }
 
-void ArchiveRun::process(const ArchiveItem& item) {
+void OrganizeRun::process(const OrganizeItem& item) {
     try {
         tasks::checkCancelled(stop_);
         transfer(item);
@@ -79,7 +79,7 @@ void ArchiveRun::process(const ArchiveItem& item) {
     addChecksum(item);
 }
 
-void ArchiveRun::addChecksum(const ArchiveItem& item) {
+void OrganizeRun::addChecksum(const OrganizeItem& item) {
     try {
         checksums_.add(item.digest, std::string_view(item.destination.path()).substr(root_.size() + 1));
     } catch (const files::FileError& error) {
@@ -88,7 +88,7 @@ void ArchiveRun::addChecksum(const ArchiveItem& item) {
     }
 }
 
-void ArchiveRun::transfer(const ArchiveItem& item) {
+void OrganizeRun::transfer(const OrganizeItem& item) {
     const std::string& destination = item.destination.path();
     const std::string partial = root_ + "/." + newUuid_() + ".partial";
     std::string current = partial; // where the copy is, if anywhere
@@ -103,7 +103,7 @@ void ArchiveRun::transfer(const ArchiveItem& item) {
     }
 }
 
-void ArchiveRun::makeVerifiedCopy(const ArchiveItem& item, const std::string& partial) {
+void OrganizeRun::makeVerifiedCopy(const OrganizeItem& item, const std::string& partial) {
     const std::string& source = item.source.path();
     if (files::sha256(system_, source, stop_) != item.digest)
         throw files::FileError("copy", source, "It has changed since it was checked");
@@ -114,7 +114,7 @@ void ArchiveRun::makeVerifiedCopy(const ArchiveItem& item, const std::string& pa
         throw files::FileError("verify the copy", item.destination.path(), "It differs from the original");
 }
 
-void ArchiveRun::moveIntoPlace(const std::string& partial, const std::string& destination) {
+void OrganizeRun::moveIntoPlace(const std::string& partial, const std::string& destination) {
     try {
         system_.moveWithoutOverwrite(partial, destination);
     } catch (const files::FileError& error) {
@@ -127,14 +127,14 @@ void ArchiveRun::moveIntoPlace(const std::string& partial, const std::string& de
 }
 
 /// Flushes the folder and those above it whose entries were not flushed yet, up to the root.
-void ArchiveRun::flushFolders(const std::string& folder) {
+void OrganizeRun::flushFolders(const std::string& folder) {
     system_.flushDirectory(folder);
     if (folder == root_ || settled_.contains(folder)) return;
     flushFolders(folder.substr(0, folder.rfind('/')));
     settled_.insert(folder);
 }
 
-ArchiveReport ArchiveRun::finish() {
+OrganizeReport OrganizeRun::finish() {
     report_.save();
     return report_.report();
 }

@@ -1,4 +1,5 @@
 #include "platform/files/DoubleBufferedFile.h"
+
 #include "support/MemoryFileSystem.h"
 
 #include <gmock/gmock.h>

@@ -94,7 +94,7 @@ TEST_F(ArchiveStateTest, FollowsTheRunAndStopsIt) {
     openFor({"a.jpg", "b.jpg", "c.jpg", "d.jpg"});
     choose("file:///out");
     std::vector<std::pair<double, QString>> seen;
-    QObject::connect(sheet_.get(), &ArchiveState::progressChanged,
+    QObject::connect(sheet_.get(), &OrganizeState::progressChanged,
                      [&] { seen.emplace_back(sheet_->progress(), sheet_->status()); });
     run();
     int copies = 0;

@@ -1,4 +1,5 @@
 #include "platform/files/AtomicFile.h"
+
 #include "support/MemoryFileSystem.h"
 #include "support/TemporaryFolder.h"
 

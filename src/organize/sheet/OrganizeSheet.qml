@@ -6,7 +6,7 @@ import Lumisort.Ui
 /// The sheet that copies the photos to keep into a new dated folder tree.
 Sheet {
     id: sheet
-    required property ArchiveState state
+    required property OrganizeState state
     readonly property string running: "Please wait for the import, or cancel it."
 
     title: "Import Photos"

@@ -9,26 +9,26 @@
 namespace lumisort::organize {
 
 /// One copy: planned, or made and verified.
-struct ArchiveItem {
+struct OrganizeItem {
     files::FileUrl source;      ///< the photo's file in the library
     files::FileUrl destination; ///< where the copy is placed
     std::string digest;         ///< SHA-256 of the source when planned, 64 lower-case hexadecimal digits
     std::int64_t bytes = 0;     ///< size of the source when planned
 
-    friend bool operator==(const ArchiveItem&, const ArchiveItem&) = default;
+    friend bool operator==(const OrganizeItem&, const OrganizeItem&) = default;
 };
 
 /// What a run is going to do. A value: making it writes nothing anywhere.
-struct ArchivePlan {
+struct OrganizePlan {
     files::FileUrl root;               ///< the run's own new folder inside the destination
-    std::vector<ArchiveItem> items;    ///< in the order of the photos; all destinations lie inside `root`
+    std::vector<OrganizeItem> items;   ///< in the order of the photos; all destinations lie inside `root`
     std::int64_t duplicates = 0;       ///< photos left out because an earlier one has the same contents
     std::vector<std::string> failures; ///< one line per photo that could not be planned
 
-    friend bool operator==(const ArchivePlan&, const ArchivePlan&) = default;
+    friend bool operator==(const OrganizePlan&, const OrganizePlan&) = default;
 };
 
 /// Compact JSON with the keys "root", "items", "duplicates" and "failures"; the items as in the report.
-std::string toJson(const ArchivePlan& plan);
+std::string toJson(const OrganizePlan& plan);
 
 } // namespace lumisort::organize

@@ -13,7 +13,7 @@
 namespace lumisort::model {
 
 /// Everything around the model that a test wants in its own hands. The defaults are the real ones.
-struct ModelSurroundings {
+struct ModelDependencies {
     files::FileSystem& system = files::FileSystem::real();
     time::Clock clock = time::Clock::system();
     volumes::VolumeSource volumes = volumes::mountedVolumes;

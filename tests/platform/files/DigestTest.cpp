@@ -1,4 +1,5 @@
 #include "platform/files/Digest.h"
+
 #include "platform/tasks/Cancellation.h"
 #include "support/MemoryFileSystem.h"
 

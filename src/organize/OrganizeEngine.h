@@ -1,8 +1,8 @@
 #pragma once
 
 #include "library/Photo.h"
-#include "organize/ArchivePlan.h"
-#include "organize/ArchiveReport.h"
+#include "organize/OrganizePlan.h"
+#include "organize/OrganizeReport.h"
 #include "platform/files/FileSystem.h"
 #include "platform/files/Uuid.h"
 #include "platform/time/Clock.h"
@@ -23,24 +23,24 @@ namespace lumisort::organize {
 ///
 /// Stateless beside what it was made with; one run at a time works on the calling thread, and calls
 /// `progress` there.
-class ArchiveEngine {
+class OrganizeEngine {
 public:
     /// `fraction` 0…1 of the whole, and what is being done.
     using Progress = std::function<void(double fraction, const std::string& text)>;
     /// The item being worked on, counted from 1, and the number of items.
     using CopyProgress = std::function<void(std::int64_t done, std::int64_t total)>;
 
-    explicit ArchiveEngine(files::FileSystem& system = files::FileSystem::real(),
-                           time::Clock clock = time::Clock::system(),
-                           std::function<std::string()> newUuid = files::randomUuid)
+    explicit OrganizeEngine(files::FileSystem& system = files::FileSystem::real(),
+                            time::Clock clock = time::Clock::system(),
+                            std::function<std::string()> newUuid = files::randomUuid)
         : system_(system), clock_(std::move(clock)), newUuid_(std::move(newUuid)) {}
 
     /// Decides what is copied and where to. Writes nothing; reads every photo in full, 1 MiB at a time. The
     /// root is "Lumisort-" + local time + "-" + eight digits of a random UUID inside `destination`. With
     /// `skipDuplicates`, a photo whose contents an earlier one had is counted and left out.
     /// Progress runs from 0 to 0.4: "Checking i of n…".
-    ArchivePlan plan(std::span<const library::Photo> photos, const files::FileUrl& destination,
-                     bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
+    OrganizePlan plan(std::span<const library::Photo> photos, const files::FileUrl& destination,
+                      bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
 
     /// Carries a plan out. The destination must exist and have room for the items (FreeSpace.h), the root
     /// must not exist yet.
@@ -67,14 +67,14 @@ public:
     /// Throws files::FileError when the run as a whole fails: too little space (the message names both
     /// figures) or no root, and nothing was created; the report not writable, and the copies made so far
     /// stay. Throws std::invalid_argument when a destination lies outside the root.
-    ArchiveReport execute(const ArchivePlan& plan, const CopyProgress& progress,
-                          const std::stop_token& stop) const;
+    OrganizeReport execute(const OrganizePlan& plan, const CopyProgress& progress,
+                           const std::stop_token& stop) const;
 
     /// Plans and executes. With nothing to copy the report has no log and nothing is created. Throws what
     /// `execute` throws; too little space mostly before any photo is read. Progress of the copying runs from
     /// 0.4 to 1: "Copying i of n…".
-    ArchiveReport copy(std::span<const library::Photo> photos, const files::FileUrl& destination,
-                       bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
+    OrganizeReport copy(std::span<const library::Photo> photos, const files::FileUrl& destination,
+                        bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
 
 private:
     files::FileSystem& system_;

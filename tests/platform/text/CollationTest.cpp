@@ -1,4 +1,5 @@
 #include "platform/text/Collation.h"
+
 #include "platform/text/KeySort.h"
 
 #include <gtest/gtest.h>

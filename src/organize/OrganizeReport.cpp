@@ -1,4 +1,4 @@
-#include "organize/ArchiveReport.h"
+#include "organize/OrganizeReport.h"
 
 #include "organize/ItemJson.h"
 #include "organize/ReportText.h"
@@ -8,8 +8,8 @@ namespace lumisort::organize {
 
 namespace {
 
-ArchiveReport readRoot(json::Value root) {
-    std::optional<std::vector<ArchiveItem>> copied;
+OrganizeReport readRoot(json::Value root) {
+    std::optional<std::vector<OrganizeItem>> copied;
     std::optional<std::int64_t> duplicates;
     std::optional<std::vector<std::string>> failures;
     std::optional<files::FileUrl> logURL;
@@ -32,14 +32,14 @@ ArchiveReport readRoot(json::Value root) {
 
 } // namespace
 
-std::string toJson(const ArchiveReport& report) {
+std::string toJson(const OrganizeReport& report) {
     ReportText text(report.duplicates, report.logURL);
     for (const auto& item : report.copied) text.addCopied(item);
     for (const auto& line : report.failures) text.addFailure(line);
     return text.text();
 }
 
-std::string toJson(const ArchivePlan& plan) {
+std::string toJson(const OrganizePlan& plan) {
     return json::toText([&plan](json::Writer& out) {
         out.beginObject();
         out.key("root").url(plan.root);
@@ -54,14 +54,14 @@ std::string toJson(const ArchivePlan& plan) {
     });
 }
 
-ArchiveReport reportFromJson(std::string text) {
-    std::optional<ArchiveReport> report;
+OrganizeReport reportFromJson(std::string text) {
+    std::optional<OrganizeReport> report;
     json::parse(std::move(text), [&report](json::Value root) { report = readRoot(root); });
     return *std::move(report);
 }
 
-ArchiveReport readReport(files::FileSystem& system, const files::FileUrl& url) {
-    std::optional<ArchiveReport> report;
+OrganizeReport readReport(files::FileSystem& system, const files::FileUrl& url) {
+    std::optional<OrganizeReport> report;
     json::readDocument(system, url.path(), [&report](json::Value root) { report = readRoot(root); });
     return *std::move(report);
 }

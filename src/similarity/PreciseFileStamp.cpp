@@ -1,8 +1,8 @@
-#include "similarity/ExactFileStamp.h"
+#include "similarity/PreciseFileStamp.h"
 
 namespace lumisort::similarity {
 
-ExactFileStamp ExactFileStamp::of(const files::FileStatus& status, const files::FileUrl& url) {
+PreciseFileStamp PreciseFileStamp::of(const files::FileStatus& status, const files::FileUrl& url) {
     if (status.kind != files::FileKind::regular)
         throw files::FileError("read", url.path(), std::string("It is no regular file"));
     return {.device = static_cast<std::int32_t>(status.device),

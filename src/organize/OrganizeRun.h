@@ -1,8 +1,8 @@
 #pragma once
 
-#include "organize/ArchivePlan.h"
-#include "organize/ArchiveReport.h"
 #include "organize/ChecksumList.h"
+#include "organize/OrganizePlan.h"
+#include "organize/OrganizeReport.h"
 #include "organize/ReportFile.h"
 
 #include <functional>
@@ -13,24 +13,24 @@
 
 namespace lumisort::organize {
 
-/// One run of a plan, item by item. ArchiveEngine::execute says what it promises. Used by one thread;
+/// One run of a plan, item by item. OrganizeEngine::execute says what it promises. Used by one thread;
 /// the plan, the file system and the stop token outlive it.
-class ArchiveRun {
+class OrganizeRun {
 public:
     /// Checks the free space, removes what killed runs left at the destination, creates the root and writes
     /// the first report. Throws files::FileError.
-    ArchiveRun(files::FileSystem& system, std::function<std::string()> newUuid, const ArchivePlan& plan,
-               std::stop_token stop);
+    OrganizeRun(files::FileSystem& system, std::function<std::string()> newUuid, const OrganizePlan& plan,
+                std::stop_token stop);
 
     /// Copies one item and saves the outcome. Throws files::FileError only when the report cannot be saved.
-    void process(const ArchiveItem& item);
+    void process(const OrganizeItem& item);
 
-    ArchiveReport finish();
+    OrganizeReport finish();
 
 private:
-    void transfer(const ArchiveItem& item);
-    void addChecksum(const ArchiveItem& item);
-    void makeVerifiedCopy(const ArchiveItem& item, const std::string& partial);
+    void transfer(const OrganizeItem& item);
+    void addChecksum(const OrganizeItem& item);
+    void makeVerifiedCopy(const OrganizeItem& item, const std::string& partial);
     void moveIntoPlace(const std::string& partial, const std::string& destination);
     void flushFolders(const std::string& folder);
 

@@ -1,4 +1,4 @@
-#include "organize/ArchiveReport.h"
+#include "organize/OrganizeReport.h"
 #include "platform/json/FormatError.h"
 
 #include <gtest/gtest.h>
@@ -8,11 +8,11 @@ namespace lumisort::organize {
 namespace {
 
 TEST(Report, KeepsPathsByteForByteAndLinesAsText) {
-    const ArchiveItem item{.source = files::FileUrl::fromPath("/p/\xff \"q\"\n%.jpg"),
-                           .destination = files::FileUrl::fromPath("/d/\xff.jpg"),
-                           .digest = std::string(64, 'a'),
-                           .bytes = 1LL << 40};
-    ArchiveReport report{
+    const OrganizeItem item{.source = files::FileUrl::fromPath("/p/\xff \"q\"\n%.jpg"),
+                            .destination = files::FileUrl::fromPath("/d/\xff.jpg"),
+                            .digest = std::string(64, 'a'),
+                            .bytes = 1LL << 40};
+    OrganizeReport report{
         .copied = {item}, .duplicates = 7, .failures = {"/p/a\nb.jpg: “x”", "/p/\xff"}, .logURL = {}};
     const std::string text = toJson(report);
     EXPECT_NE(text.find(R"("source":"file:///p/%FF%20%22q%22%0A%25.jpg")"), std::string::npos);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/ModelSurroundings.h"
-#include "organize/ArchiveEngine.h"
+#include "model/ModelDependencies.h"
+#include "organize/OrganizeEngine.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -19,7 +19,7 @@ namespace lumisort::organize {
 
 /// What stands behind the sheet that copies photos into a dated tree: ready, running, then done with a report
 /// or failed with an error. Main thread.
-class ArchiveState : public QObject {
+class OrganizeState : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
@@ -41,16 +41,16 @@ class ArchiveState : public QObject {
     Q_PROPERTY(QString status READ status NOTIFY progressChanged)
 
 public:
-    explicit ArchiveState(model::ModelSurroundings with = {});
+    explicit OrganizeState(model::ModelDependencies with = {});
     /// Stops a run.
-    ~ArchiveState() override;
+    ~OrganizeState() override;
 
     /// Opens the sheet for these photos, with nothing else chosen. Not during a run.
     void open(std::vector<library::Photo> photos);
     /// Closes the sheet, which forgets everything. Not during a run.
     Q_INVOKABLE void done();
-    /// Takes the folder that the user chose. One that is not local, as some desktops offer, becomes the error.
-    /// Not during a run.
+    /// Takes the folder that the user chose. One that is not local, as some desktops offer, becomes the
+    /// error. Not during a run.
     Q_INVOKABLE void choose(const QUrl& folder);
     void setSkipDuplicates(bool skip);
     /// Copies on another thread. Nothing happens while `canRun` is false.
@@ -104,13 +104,13 @@ private:
 
     QCoro::Task<> copy();
     void followProgress();
-    void finish(model::Outcome<ArchiveReport> outcome);
+    void finish(model::Outcome<OrganizeReport> outcome);
 
-    model::ModelSurroundings with_;
+    model::ModelDependencies with_;
     std::shared_ptr<const std::vector<library::Photo>> photos_;
     std::optional<files::FileUrl> destination_;
     bool open_ = false, skipDuplicates_ = true, busy_ = false;
-    std::optional<ArchiveReport> report_;
+    std::optional<OrganizeReport> report_;
     QString error_, status_;
     double progress_ = 0;
     std::shared_ptr<Progress> underWay_; ///< of the run under way, none without
