@@ -34,9 +34,9 @@ Sorted sorted(files::FileSystem& system, const std::vector<FileUrl>& urls) {
 } // namespace
 
 FolderImport::FolderImport(Library& library, ExclusiveTask& task, Reports& reports, const TaskRunner& runner,
-                           const ModelDependencies& with)
-    : library_(library), task_(task), reports_(reports), runner_(runner), system_(with.system),
-      scanFolder_(with.scan) {
+                           const ModelDependencies& deps)
+    : library_(library), task_(task), reports_(reports), runner_(runner), system_(deps.system),
+      scanFolder_(deps.scan) {
     // Queued: the task that ends may still have signals to emit.
     connect(&task, &ExclusiveTask::busyChanged, this, &FolderImport::startNext, Qt::QueuedConnection);
 }

@@ -19,7 +19,7 @@ class FolderImport : public MainThreadObject {
 
 public:
     FolderImport(Library& library, ExclusiveTask& task, Reports& reports, const TaskRunner& runner,
-                 const ModelDependencies& with);
+                 const ModelDependencies& deps);
     ~FolderImport() override;
 
     /// Scans a folder and adds the photos that are new. Nothing happens while another task runs; the future

@@ -20,9 +20,9 @@ bool isMissingFile(const std::exception_ptr& failure) {
 } // namespace
 
 LibraryDocument::LibraryDocument(Library& library, ExclusiveTask& task, Reports& reports,
-                                 const TaskRunner& runner, const ModelDependencies& with, files::FileUrl url)
-    : library_(library), task_(task), reports_(reports), runner_(runner), after_(with.after),
-      file_(std::make_shared<library::LibraryFile>(with.system, std::move(url), with.clock)) {}
+                                 const TaskRunner& runner, const ModelDependencies& deps, files::FileUrl url)
+    : library_(library), task_(task), reports_(reports), runner_(runner), after_(deps.after),
+      file_(std::make_shared<library::LibraryFile>(deps.system, std::move(url), deps.clock)) {}
 
 QFuture<LoadOutcome> LibraryDocument::load() {
     auto hold = task_.begin();

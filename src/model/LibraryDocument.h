@@ -26,7 +26,7 @@ class LibraryDocument : public MainThreadObject {
 
 public:
     LibraryDocument(Library& library, ExclusiveTask& task, Reports& reports, const TaskRunner& runner,
-                    const ModelDependencies& with, files::FileUrl url);
+                    const ModelDependencies& deps, files::FileUrl url);
 
     /// Reads the document into the library, as the exclusive task. Nothing else may run.
     QFuture<LoadOutcome> load();

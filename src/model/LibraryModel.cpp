@@ -17,14 +17,14 @@ void ModelDependencies::afterOnTimer(std::chrono::milliseconds delay, QObject* c
 }
 
 LibraryModel::LibraryModel(FileUrl document, std::optional<library::LibraryContents> contents,
-                           ModelDependencies with)
-    : with_(std::move(with)), runner_(with_.background),
-      document_(library_, task_, reports_, runner_, with_, std::move(document)),
-      availability_(library_, reports_, runner_, with_.system),
-      drives_(library_, availability_, with_.volumes),
-      folderImport_(library_, task_, reports_, runner_, with_),
-      marking_(library_, reports_, runner_, with_.system), selection_(library_),
-      matches_(library_, availability_, task_, reports_, runner_, with_.findMatches) {
+                           ModelDependencies deps)
+    : deps_(std::move(deps)), runner_(deps_.background),
+      document_(library_, task_, reports_, runner_, deps_, std::move(document)),
+      availability_(library_, reports_, runner_, deps_.system),
+      drives_(library_, availability_, deps_.volumes),
+      folderImport_(library_, task_, reports_, runner_, deps_),
+      marking_(library_, reports_, runner_, deps_.system), selection_(library_),
+      matches_(library_, availability_, task_, reports_, runner_, deps_.findMatches) {
     connect(&matches_, &MatchSearch::started, &selection_, &Selection::clear);
     connect(&library_, &Library::marksChanged, &document_, &LibraryDocument::save);
     connect(&folderImport_, &FolderImport::imported, this, [this] {
@@ -64,7 +64,7 @@ std::expected<Photo, std::string> LibraryModel::rename(const Photo& photo, std::
     if (task_.busy() || !row) return std::unexpected("Please wait for the current task to finish.");
     try {
         const auto& before = library_.photos()[*row];
-        auto renamed = library::renamePhoto(with_.system, before, stem);
+        auto renamed = library::renamePhoto(deps_.system, before, stem);
         if (renamed.url == before.url) return renamed;
         library_.rename(*row, renamed);
         availability_.refresh();

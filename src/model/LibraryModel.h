@@ -23,7 +23,7 @@ class LibraryModel : public MainThreadObject {
 public:
     /// With contents the library is there at once; without them the document is read, as the exclusive task.
     explicit LibraryModel(files::FileUrl document, std::optional<library::LibraryContents> contents = {},
-                          ModelDependencies with = {});
+                          ModelDependencies deps = {});
 
     Library& library() { return library_; }
     const Library& library() const { return library_; }
@@ -57,7 +57,7 @@ private:
     QCoro::Task<std::vector<library::Photo>> toOrganize(ExclusiveTask::Hold hold);
     QCoro::Task<SaveOutcome> flushed();
 
-    const ModelDependencies with_;
+    const ModelDependencies deps_;
     TaskRunner runner_;
     Reports reports_;
     ExclusiveTask task_;

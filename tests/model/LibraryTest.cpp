@@ -53,13 +53,13 @@ TEST_F(LibraryTest, ImportsWhatIsNewAndSaysWhatItFound) {
 TEST_F(LibraryTest, AStoppedScanAddsWhatItFoundAndDropsFoldersThatWait) {
     for (const auto* folder : {"/q", "/r"}) system_.makeFolder(folder);
     system_.write("/q/new.jpg", "x");
-    auto with = surroundings();
-    with.scan = [](const auto&, const auto& progress, const auto& stop) {
+    auto deps = dependencies();
+    deps.scan = [](const auto&, const auto& progress, const auto& stop) {
         EXPECT_TRUE(stop.stop_requested());
         progress(100);
         return library::FolderScan{{photo("/q/new.jpg")}, 2};
     };
-    LibraryModel model(document_, library::LibraryContents{}, with);
+    LibraryModel model(document_, library::LibraryContents{}, deps);
     settle();
     hear(model);
     model.folderImport().importFolders({url("/q"), url("/r")});
@@ -323,7 +323,7 @@ TEST_F(LibraryTest, OrganizingWaitsForTheFirstLookThatBeginsAfterwards) {
 }
 
 TEST_F(LibraryTest, NothingIsUnavailableBeforeItWasLookedAt) {
-    LibraryModel model(document_, libraryOf({"a.jpg"}), surroundings());
+    LibraryModel model(document_, libraryOf({"a.jpg"}), dependencies());
     EXPECT_EQ(model.library().unavailableCount(), 0);
     EXPECT_FALSE(model.library().isLookedAt());
     system_.remove("/p/a.jpg");

@@ -23,27 +23,27 @@ protected:
     static files::FileUrl url(std::string_view path) { return files::FileUrl::fromPath(path); }
     static library::Photo photo(std::string_view path) { return {.url = url(path), .bytes = 1}; }
 
-    ModelDependencies surroundings() {
-        ModelDependencies with{
+    ModelDependencies dependencies() {
+        ModelDependencies deps{
             .system = system_,
             .clock = {.now = [] { return time::Timestamp(0); }, .uptimeSeconds = [] { return 0.0; }}};
-        with.volumes = [this] { return volumes_; };
-        with.background = [this](std::function<void()> job) { jobs_.push_back(std::move(job)); };
-        with.after = [this](std::chrono::milliseconds, QObject*, std::function<void()> function) {
+        deps.volumes = [this] { return volumes_; };
+        deps.background = [this](std::function<void()> job) { jobs_.push_back(std::move(job)); };
+        deps.after = [this](std::chrono::milliseconds, QObject*, std::function<void()> function) {
             timers_.push_back(std::move(function));
         };
-        with.scan = [this](const files::FileUrl&, const library::ScanProgress& progress,
+        deps.scan = [this](const files::FileUrl&, const library::ScanProgress& progress,
                            const std::stop_token&) {
             if (scanned_.photos.size() >= 100) progress(100);
             return scanned_;
         };
-        with.findMatches = findMatches_;
-        return with;
+        deps.findMatches = findMatches_;
+        return deps;
     }
 
     /// A model with the document in place, read and looked at.
     std::unique_ptr<LibraryModel> model(const library::LibraryContents& session = {}) {
-        auto made = std::make_unique<LibraryModel>(document_, session, surroundings());
+        auto made = std::make_unique<LibraryModel>(document_, session, dependencies());
         hear(*made);
         settle();
         return made;

@@ -14,8 +14,8 @@ protected:
     static constexpr std::size_t photosPerFolder = 500;
 
     ModelDependencies slow() {
-        auto with = threaded(photosPerFolder);
-        with.background = [this](std::function<void()> job) {
+        auto deps = threaded(photosPerFolder);
+        deps.background = [this](std::function<void()> job) {
             pool_.start([this, job = std::move(job)] {
                 watch_.holdUpJob();
                 job();
@@ -26,7 +26,7 @@ protected:
             noteMainThread(operation, path);
             if (operation == "flush") watch_.holdUpJob();
         };
-        return with;
+        return deps;
     }
 
     QThreadPool pool_;
@@ -42,8 +42,8 @@ TEST_F(ResponsivenessTest, TheEventLoopTurnsWhateverGoesOn) {
         library::writeLibrary(system_, {.photos = photosIn(folder, photosPerFolder), .folders = {folder}},
                               document_);
     });
-    const auto with = slow();
-    LibraryModel model(document_, std::nullopt, with);
+    const auto deps = slow();
+    LibraryModel model(document_, std::nullopt, deps);
     finish(model.loading());
     waitForAll(model);
     ASSERT_EQ(model.library().availableCount(), static_cast<int>(photosPerFolder));

@@ -16,7 +16,7 @@ namespace {
 class SessionTest : public ModelWorld {
 protected:
     std::unique_ptr<LibraryModel> started() {
-        auto made = std::make_unique<LibraryModel>(document_, std::nullopt, surroundings());
+        auto made = std::make_unique<LibraryModel>(document_, std::nullopt, dependencies());
         hear(*made);
         EXPECT_TRUE(made->task().busy());
         settle();

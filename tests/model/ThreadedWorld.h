@@ -5,6 +5,7 @@
 #include "platform/tasks/Cancellation.h"
 
 #include <QScopeGuard>
+#include <QThreadPool>
 #include <thread>
 
 namespace lumisort::model {
@@ -14,11 +15,15 @@ namespace lumisort::model {
 class ThreadedWorld : public ModelWorld {
 protected:
     ThreadedWorld() {
+        pool_.setMaxThreadCount(8);
         system_.before = [this, main = std::this_thread::get_id()](std::string_view,
                                                                    const std::string& path) {
             if (std::this_thread::get_id() == main && !testActs_) touchedByMainThread_ = path;
         };
     }
+
+    /// Jobs may outlive the model, but not the files.
+    ~ThreadedWorld() override { pool_.waitForDone(); }
 
     void TearDown() override {
         EXPECT_LT(watch_.longest(), LoopWatch::bearable);
@@ -34,17 +39,17 @@ protected:
 
     /// Folders hold so many photos each.
     ModelDependencies threaded(std::size_t photosPerFolder) {
-        auto with = surroundings();
-        with.background = {};
-        with.after = [](std::chrono::milliseconds, QObject* context, std::function<void()> function) {
+        auto deps = dependencies();
+        deps.background = [this](std::function<void()> job) { pool_.start(std::move(job)); };
+        deps.after = [](std::chrono::milliseconds, QObject* context, std::function<void()> function) {
             QTimer::singleShot(0, context, std::move(function));
         };
-        with.scan = [photosPerFolder](const files::FileUrl& folder, const library::ScanProgress& progress,
+        deps.scan = [photosPerFolder](const files::FileUrl& folder, const library::ScanProgress& progress,
                                       const std::stop_token&) {
             for (std::size_t found = 100; found < 1000; found += 100) progress(found);
             return library::FolderScan{photosIn(folder, photosPerFolder), 1};
         };
-        with.findMatches = [](const auto& photos, auto, auto, auto& known, const auto& progress,
+        deps.findMatches = [](const auto& photos, auto, auto, auto& known, const auto& progress,
                               const auto& stop) {
             similarity::MatchResult result{.groups = {{photos[0], photos, {}}}, .caches = known};
             for (std::size_t i = 1; i <= photos.size(); ++i) {
@@ -54,7 +59,7 @@ protected:
             }
             return result;
         };
-        return with;
+        return deps;
     }
 
     /// For what the test itself does to files.
@@ -77,6 +82,7 @@ protected:
     LoopWatch watch_;
 
 private:
+    QThreadPool pool_;
     // The main thread's own.
     std::string touchedByMainThread_;
     bool testActs_ = false;

@@ -179,7 +179,7 @@ TEST_F(LibraryWindowTest, GroupsOnShowKeepTheirRowsThroughARename) {
 
 TEST_F(LibraryWindowTest, ANoticeNamesTheLibraryThatWasSetAside) {
     system_.write(document_.path(), "{");
-    model_ = std::make_unique<model::LibraryModel>(document_, std::nullopt, surroundings());
+    model_ = std::make_unique<model::LibraryModel>(document_, std::nullopt, dependencies());
     window_ = std::make_unique<LibraryWindow>(*model_);
     settle();
     EXPECT_THAT(window_->notice().toStdString(), testing::StartsWith("Could not restore library: "));

@@ -13,9 +13,9 @@ constexpr std::chrono::milliseconds progressInterval(100);
 
 } // namespace
 
-OrganizeState::OrganizeState(model::ModelDependencies with)
-    : with_(std::move(with)), photos_(std::make_shared<const std::vector<library::Photo>>()),
-      runner_(with_.background) {}
+OrganizeState::OrganizeState(model::ModelDependencies deps)
+    : deps_(std::move(deps)), photos_(std::make_shared<const std::vector<library::Photo>>()),
+      runner_(deps_.background) {}
 
 OrganizeState::~OrganizeState() {
     stop_.request_stop();
@@ -74,7 +74,7 @@ void OrganizeState::run() {
 }
 
 QCoro::Task<> OrganizeState::copy() {
-    auto job = [engine = OrganizeEngine(with_.system, with_.clock), photos = photos_,
+    auto job = [engine = OrganizeEngine(deps_.system, deps_.clock), photos = photos_,
                 destination = *destination_, skip = skipDuplicates_, underWay = underWay_,
                 stop = stop_.get_token()] {
         const auto note = [&underWay](double fraction, const std::string& text) {
@@ -94,7 +94,7 @@ void OrganizeState::cancel() {
 }
 
 void OrganizeState::followProgress() {
-    with_.after(progressInterval, this, [this, run = underWay_] {
+    deps_.after(progressInterval, this, [this, run = underWay_] {
         if (run != underWay_ || !run) return; // that run is over
         {
             const std::scoped_lock lock(run->mutex);

@@ -41,7 +41,7 @@ class OrganizeState : public QObject {
     Q_PROPERTY(QString status READ status NOTIFY progressChanged)
 
 public:
-    explicit OrganizeState(model::ModelDependencies with = {});
+    explicit OrganizeState(model::ModelDependencies deps = {});
     /// Stops a run.
     ~OrganizeState() override;
 
@@ -106,7 +106,7 @@ private:
     void followProgress();
     void finish(model::Outcome<OrganizeReport> outcome);
 
-    model::ModelDependencies with_;
+    model::ModelDependencies deps_;
     std::shared_ptr<const std::vector<library::Photo>> photos_;
     std::optional<files::FileUrl> destination_;
     bool open_ = false, skipDuplicates_ = true, busy_ = false;

@@ -13,7 +13,7 @@ protected:
         auto session = libraryOf(names);
         for (const auto& name : names) system_.write("/p/" + name, name.substr(0, 1));
         system_.makeFolder("/out");
-        sheet_ = std::make_unique<OrganizeState>(surroundings());
+        sheet_ = std::make_unique<OrganizeState>(dependencies());
         sheet_->open(session.photos);
         ASSERT_TRUE(sheet_->isOpen() || names.empty());
     }
