@@ -8,7 +8,6 @@
 #include <QGuiApplication>
 #include <QPointer>
 #include <QPromise>
-#include <QTimer>
 #include <memory>
 #include <utility>
 
@@ -32,7 +31,11 @@ FilmEditorModel::FilmEditorModel(files::FileUrl photo, FilmEditorServices& servi
           },
           [this](const DetailRequest& request, const QImage& picture, double) {
               applyDetail(request, picture);
-          }) {}
+          }) {
+    detailUnused_.setSingleShot(true);
+    detailUnused_.setInterval(detailKept);
+    connect(&detailUnused_, &QTimer::timeout, this, [this] { services_.forgetDetail(photo_); });
+}
 
 FilmEditorModel::~FilmEditorModel() {
     close();
@@ -223,7 +226,13 @@ void FilmEditorModel::showDraft(const DraftRequest& request, const QImage& pictu
 
 void FilmEditorModel::showDetail(const QRect& rectangle) {
     if (std::exchange(wantedDetail_, rectangle) == rectangle) return;
-    rectangle.isEmpty() ? dropDetail() : requestDetail();
+    if (rectangle.isEmpty()) {
+        dropDetail();
+        detailUnused_.start();
+    } else {
+        detailUnused_.stop();
+        requestDetail();
+    }
 }
 
 void FilmEditorModel::requestDetail() {
@@ -325,6 +334,7 @@ void FilmEditorModel::close() {
     exportStop_.request_stop();
     drafts_.cancel();
     details_.cancel();
+    services_.forgetDetail(photo_);
     savePanelOpen_ = false;
     // Nobody waits for the answer; the store runs its jobs before the program ends.
     if (loaded_ && dirty_ && canPersist_ && sourceStamp_)

@@ -10,6 +10,7 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <QUrl>
 #include <chrono>
 #include <functional>
@@ -48,6 +49,9 @@ class FilmEditorModel : public QObject {
 public:
     using Sleep = std::function<QFuture<void>(std::chrono::milliseconds)>;
     static constexpr std::chrono::milliseconds debounce{150};
+    /// How long the full-resolution development outlives the view at actual size: who compares with the whole
+    /// photo comes back within that time.
+    static constexpr std::chrono::seconds detailKept{20};
 
     FilmEditorModel(files::FileUrl photo, FilmEditorServices& services, QObject* parent = nullptr,
                     Sleep sleep = sleepOnTimer);
@@ -189,6 +193,7 @@ private:
     DraftSize draftSize_;
     CoalescedRender<DraftRequest> drafts_;
     CoalescedRender<DetailRequest> details_;
+    QTimer detailUnused_; ///< runs from the end of the view at actual size until its source is freed
 };
 
 } // namespace lumisort::film

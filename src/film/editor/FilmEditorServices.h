@@ -56,6 +56,8 @@ public:
     /// The pixels of the export inside `rectangle`, in pixels of the photo after orientation.
     virtual QFuture<QImage> detail(files::FileUrl photo, FilmSettings settings, QRect rectangle,
                                    std::stop_token stop) = 0;
+    /// No window shows details of this photo any longer: its full-resolution development is freed.
+    virtual void forgetDetail(files::FileUrl photo) = 0;
     virtual QFuture<void> exportTiff(files::FileUrl photo, FilmSettings settings, files::FileUrl destination,
                                      std::stop_token stop) = 0;
 };

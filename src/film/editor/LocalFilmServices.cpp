@@ -52,6 +52,7 @@ auto finishing(const std::shared_ptr<QPromise<Result>>& promise) {
 
 /// The picture without a copy of its pixels.
 QImage imageOf(images::Bitmap bitmap) {
+    if (bitmap.rgba.empty()) return {};
     auto* owner = new images::Bitmap(std::move(bitmap));
     return {owner->rgba.data(),
             owner->width,
@@ -133,6 +134,10 @@ QFuture<QImage> LocalFilmServices::detail(files::FileUrl photo, FilmSettings set
         const Rectangle wanted{rectangle.x(), rectangle.y(), rectangle.width(), rectangle.height()};
         return imageOf(engine_.detail(photo, settings, wanted, stop));
     });
+}
+
+void LocalFilmServices::forgetDetail(files::FileUrl photo) {
+    renders_.post([this, photo = std::move(photo)] { engine_.forgetDetail(photo); });
 }
 
 QFuture<void> LocalFilmServices::exportTiff(files::FileUrl photo, FilmSettings settings,

@@ -30,6 +30,7 @@ public:
                           std::stop_token stop) override;
     QFuture<QImage> detail(files::FileUrl photo, FilmSettings settings, QRect rectangle,
                            std::stop_token stop) override;
+    void forgetDetail(files::FileUrl photo) override;
     QFuture<void> exportTiff(files::FileUrl photo, FilmSettings settings, files::FileUrl destination,
                              std::stop_token stop) override;
 

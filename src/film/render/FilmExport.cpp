@@ -3,14 +3,12 @@
 #include "film/render/DisplayCodes.h"
 #include "film/render/FilmRenderError.h"
 #include "platform/files/ResolvedPath.h"
-#include "platform/files/Uuid.h"
 #include "platform/images/Decoder.h"
 #include "platform/tasks/ParallelFor.h"
 
 #include <algorithm>
 #include <bit>
 #include <cctype>
-#include <cerrno>
 #include <span>
 #include <string>
 
@@ -22,15 +20,19 @@ constexpr int jpegQuality = 96;
 /// Rows of one band: several tiles for each thread of a wide picture.
 constexpr int bandRows = 512;
 
-/// The path without symbolic links; of a file that is not there yet, that of its folder and its name.
-std::string resolvedDestination(files::FileSystem& system, const files::FileUrl& destination) {
+/// The path without symbolic links; of a file that is not there, that of its folder and its name.
+std::string resolvedOrGiven(files::FileSystem& system, const files::FileUrl& file) {
     try {
-        return files::resolvedPath(system, destination.path());
+        return files::resolvedPath(system, file.path());
     } catch (const files::FileError& error) {
         if (!error.isMissing()) throw;
-        return files::resolvedPath(system, destination.parent().path()) + '/' +
-               std::string(destination.name());
     }
+    try {
+        return files::resolvedPath(system, file.parent().path()) + '/' + std::string(file.name());
+    } catch (const files::FileError& error) {
+        if (!error.isMissing()) throw;
+    }
+    return file.path();
 }
 
 bool exists(files::FileSystem& system, const std::string& path) {
@@ -42,44 +44,6 @@ bool exists(files::FileSystem& system, const std::string& path) {
         throw;
     }
 }
-
-/// A hidden file of this program's own, removed unless it was moved away.
-class TemporaryFile {
-public:
-    TemporaryFile(files::FileSystem& system, const files::FileUrl& folder, const char* extension)
-        : system_(system), path_(folder.child(".lumisort-" + files::randomUuid() + extension).path()),
-          file_(system.create(path_)) {}
-    ~TemporaryFile() {
-        if (!file_) return;
-        file_.reset();
-        try {
-            system_.remove(path_);
-        } catch (const files::FileError&) { // nothing more can be done
-        }
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    files::OpenFile& file() { return *file_; }
-
-    void moveTo(const files::FileUrl& destination) {
-        file_->flush();
-        file_->close();
-        try {
-            system_.moveWithoutOverwrite(path_, destination.path());
-        } catch (const files::FileError& error) {
-            if (error.code() == EEXIST) throw FilmRenderError(FilmRenderProblem::outputExists);
-            throw;
-        }
-        file_.reset();
-        system_.flushDirectory(destination.parent().path());
-    }
-
-private:
-    files::FileSystem& system_;
-    std::string path_;
-    std::unique_ptr<files::OpenFile> file_;
-};
 
 /// Renders band after band; while one is rendered, the thread that takes the first job passes the one before
 /// to `write`.
@@ -133,31 +97,29 @@ ExportFormat checkDestination(files::FileSystem& system, const files::FileUrl& p
     std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
     const bool tiff = extension == "tif" || extension == "tiff";
     if (!tiff && inputs == FilmInputs::raw) throw FilmRenderError(FilmRenderProblem::tiffRequired);
-    if (files::resolvedPath(system, photo.path()) == resolvedDestination(system, destination))
+    if (resolvedOrGiven(system, photo) == resolvedOrGiven(system, destination))
         throw FilmRenderError(FilmRenderProblem::sourceOverwrite);
     if (exists(system, destination.path())) throw FilmRenderError(FilmRenderProblem::outputExists);
     return tiff ? ExportFormat::tiff16 : ExportFormat::jpeg;
 }
 
-void writeFilm(const FilmPicture& picture, files::FileSystem& system, const files::FileUrl& destination,
-               ExportFormat format, const std::stop_token& stop) {
+void writeFilm(const FilmPicture& picture, PrintFile& file, ExportFormat format,
+               const std::stop_token& stop) {
     tasks::checkCancelled(stop);
-    TemporaryFile temporary(system, destination.parent(), format == ExportFormat::tiff16 ? ".tif" : ".jpg");
     if (format == ExportFormat::tiff16) {
         const auto whole = picture.chain.picture();
         static_assert(std::endian::native == std::endian::little,
                       "samples are written as they lie in memory");
         const auto head = images::decoder().tiffHead(picture.photo, whole.width, whole.height);
-        temporary.file().write(std::as_bytes(std::span(head)));
+        file.write(std::as_bytes(std::span(head)));
         renderBands(
-            picture,
-            [&](const CodeRows& rows) { temporary.file().write(std::as_bytes(std::span(rows.rgba))); }, stop);
+            picture, [&](const CodeRows& rows) { file.write(std::as_bytes(std::span(rows.rgba))); }, stop);
     } else {
         const auto bytes = jpegOf(picture, stop);
-        temporary.file().write(std::as_bytes(std::span(bytes)));
+        file.write(std::as_bytes(std::span(bytes)));
     }
     tasks::checkCancelled(stop);
-    temporary.moveTo(destination);
+    file.finish();
 }
 
 } // namespace lumisort::film

@@ -2,6 +2,7 @@
 
 #include "film/render/FilmChain.h"
 #include "film/render/FilmSource.h"
+#include "film/render/PrintFile.h"
 #include "platform/files/FileSystem.h"
 #include "platform/files/FileUrl.h"
 
@@ -27,10 +28,8 @@ struct FilmPicture {
     std::function<void(double)> progress; ///< share done, 0…1; may be empty
 };
 
-/// Renders a picture in bands of rows and writes them to a hidden file beside the destination, which is moved
-/// into place when it is whole and on the medium, and removed otherwise. An existing file is never replaced.
-/// Holds two bands at a time. Throws FileError, FilmRenderError and tasks::Cancelled.
-void writeFilm(const FilmPicture& picture, files::FileSystem& system, const files::FileUrl& destination,
-               ExportFormat format, const std::stop_token& stop);
+/// Renders a picture in bands of rows, writes them and finishes the file. Holds two bands at a time. Throws
+/// FileError, FilmRenderError and tasks::Cancelled.
+void writeFilm(const FilmPicture& picture, PrintFile& file, ExportFormat format, const std::stop_token& stop);
 
 } // namespace lumisort::film

@@ -16,7 +16,7 @@ namespace {
 
 images::Bitmap atDisplaySize(const images::LinearImage& light, const std::stop_token& stop) {
     if (std::max(light.width(), light.height()) <= previewSide) return displayBitmap(light);
-    return displayBitmap(reduced(light, previewSide, onAllProcessors, stop));
+    return displayBitmap(reduced(light, previewSide, ReductionFilter::lanczos, onAllProcessors, stop));
 }
 
 images::LinearImage rendered(const FilmRecipe& recipe, const images::LinearImage& scene,
@@ -62,7 +62,8 @@ images::Bitmap FilmRenderEngine::draft(const files::FileUrl& photo, const FilmSe
     const auto& source = previewSource(photo, stop);
     const bool reduces = longEdge < std::max(source.image.width(), source.image.height());
     if (reduces && draft_.longEdge != longEdge)
-        draft_ = {longEdge, reduced(source.image, std::max(longEdge, 1), onAllProcessors, stop)};
+        draft_ = {longEdge,
+                  reduced(source.image, std::max(longEdge, 1), ReductionFilter::area, onAllProcessors, stop)};
     const auto& image = reduces ? draft_.image : source.image;
     const auto made = recipe(photo, settings, image, stop);
     return displayBitmap(rendered(made, image, made.picture(), times_, stop));
@@ -84,10 +85,23 @@ void FilmRenderEngine::exportPhoto(const files::FileUrl& photo, const FilmSettin
                                    const std::stop_token& stop) {
     tasks::checkCancelled(stop);
     const auto format = checkDestination(system_, photo, destination, inputs_);
+    checkSourceName(photo, inputs_);
+    // Before the work: a folder that cannot be written is found at once.
+    PrintFile file(system_, destination, format == ExportFormat::tiff16 ? ".tif" : ".jpg");
     const std::scoped_lock lock(mutex_);
-    const auto source = load_(photo, SourceScale::full, inputs_, stop);
-    const FilmChain chain(recipe(photo, settings, source.image, stop));
-    writeFilm({photo, chain, source.image, &times_, progress}, system_, destination, format, stop);
+    // Two full sources at once would be two gigabytes of the largest photos.
+    const auto stamp = sourceStamp(system_, photo);
+    const bool kept = detail_ && detail_->stamp == stamp;
+    if (!kept) detail_.reset();
+    const auto loaded = kept ? FilmSource() : load_(photo, SourceScale::full, inputs_, stop);
+    const auto& scene = kept ? detail_->source.image : loaded.image;
+    const FilmChain chain(recipe(photo, settings, scene, stop));
+    writeFilm({photo, chain, scene, &times_, progress}, file, format, stop);
+}
+
+void FilmRenderEngine::forgetDetail(const files::FileUrl& photo) {
+    const std::scoped_lock lock(mutex_);
+    if (detail_ && detail_->stamp.path == photo.path()) detail_.reset();
 }
 
 const FilmSource& FilmRenderEngine::previewSource(const files::FileUrl& photo, const std::stop_token& stop) {

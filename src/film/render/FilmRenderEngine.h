@@ -54,6 +54,9 @@ public:
     images::Bitmap detail(const files::FileUrl& photo, const FilmSettings& settings,
                           const Rectangle& rectangle, const std::stop_token& stop = {});
 
+    /// Frees the full source that detail() keeps of this photo, up to a gigabyte.
+    void forgetDetail(const files::FileUrl& photo);
+
     /// Writes the whole photo as a 16-bit TIFF, or as a JPEG where the engine takes rendered photos and the
     /// name does not end in tif or tiff. Nothing is ever replaced.
     void exportPhoto(const files::FileUrl& photo, const FilmSettings& settings,

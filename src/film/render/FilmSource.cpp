@@ -88,7 +88,8 @@ FilmSource loadSource(const files::FileUrl& photo, SourceScale scale, FilmInputs
         auto source = isRAW ? developed(photo, scale, stop) : decoded(photo, properties, scale, stop);
         const int longest = std::max(source.image.width(), source.image.height());
         if (scale == SourceScale::preview && longest > previewSourceSide)
-            source.image = reduced(source.image, previewSourceSide, onAllProcessors, stop);
+            source.image =
+                reduced(source.image, previewSourceSide, ReductionFilter::area, onAllProcessors, stop);
         return source;
     } catch (const images::ImageError&) {
         throw FilmRenderError(FilmRenderProblem::unreadable);

@@ -60,6 +60,7 @@ public:
     FilmEditSnapshot snapshot; ///< what `load` answers
     std::vector<FilmLook> savedLooks;
     std::exception_ptr loadFailure; ///< thrown by `load` instead
+    int detailsForgotten = 0;
     library::FileStamp fileStamp;   ///< what `stamp` answers
 
     QFuture<FilmEditSnapshot> load(files::FileUrl) override {
@@ -91,6 +92,7 @@ public:
     QFuture<QImage> detail(files::FileUrl, FilmSettings, QRect, std::stop_token) override {
         return ready(QImage());
     }
+    void forgetDetail(files::FileUrl) override { ++detailsForgotten; }
     QFuture<void> exportTiff(files::FileUrl, FilmSettings settings, files::FileUrl,
                              std::stop_token stop) override {
         return pending(exports, {settings, std::move(stop)});

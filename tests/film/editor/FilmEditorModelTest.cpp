@@ -312,6 +312,16 @@ TEST_F(FilmEditorModelTest, MayGoAtAnyMoment) {
     }
 }
 
+TEST_F(FilmEditorModelTest, KeepsTheFullSourceForAWhileAfterActualPixelsButNotAfterItsWindow) {
+    open();
+    editor_->showDetail(QRect(0, 0, 100, 100));
+    editor_->showDetail({});
+    settle();
+    EXPECT_EQ(services_.detailsForgotten, 0) << "who looked at the whole photo comes back";
+    editor_->close();
+    EXPECT_EQ(services_.detailsForgotten, 1);
+}
+
 TEST_F(FilmEditorModelTest, UndoesOneDragAsOneStep) {
     open();
     for (double exposure : {0.1, 0.2, 0.3}) setExposure(exposure);

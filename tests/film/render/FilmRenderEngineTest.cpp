@@ -2,6 +2,7 @@
 
 #include "film/render/FilmRenderError.h"
 #include "film/render/Renderings.h"
+#include "platform/files/FileError.h"
 #include "platform/images/Decoder.h"
 #include "platform/tasks/Cancellation.h"
 #include "support/DngFile.h"
@@ -12,6 +13,8 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 namespace lumisort::film::test {
 
@@ -229,25 +232,61 @@ TEST(FilmRenderEngine, PrintsACameraRawAsATiffThatOthersRead) {
     }
 }
 
+/// Writes a value over that of a TIFF tag of type SHORT or LONG with one value, wherever its directory is.
+void patch(std::string& tiff, std::uint16_t tag, std::uint32_t value) {
+    for (const char type : {'\3', '\4'}) {
+        const std::string entry{
+            static_cast<char>(tag & 0xff), static_cast<char>(tag >> 8), type, 0, 1, 0, 0, 0};
+        const auto at = tiff.rfind(entry); // libtiff writes the directory behind the pixels
+        if (at == std::string::npos) continue;
+        for (int i = 0; i < (type == '\3' ? 2 : 4); ++i)
+            tiff[at + 8 + static_cast<std::size_t>(i)] = static_cast<char>(value >> 8 * i);
+        return;
+    }
+    FAIL() << "no tag " << tag;
+}
+
 TEST(FilmRenderEngine, SaysWhatIsWrongWithASource) {
     using enum FilmRenderProblem;
     const TemporaryFolder folder;
-    folder.write("jpeg.nef", "\xff\xd8\xff\xe0 and so on");
-    folder.write("nothing.dng", "");
-    folder.write("text.cr2", "no photo");
-    const auto whole = TestCamera{}.photograph(folder, "whole.dng", 64, 48,
-                                               [](int, int) { return lumisort::test::Light{0.2, 0.2, 0.2}; });
-    FilmRenderEngine engine;
-    const auto problem = [&](const std::string& name) {
-        return problemOf([&] { engine.preview(url((folder.path() / name).string()), {}); });
+    const auto jpeg =
+        images::decoder().encodeJpeg({.width = 2, .height = 1, .rgba = {0, 0, 0, 255, 9, 9, 9, 255}}, 90);
+    const auto url = TestCamera{}.photograph(
+        folder, "whole.dng", 64, 48, [](int x, int) { return lumisort::test::Light{0.2, 0.004 * x, 0.2}; });
+    std::ifstream stream(url.path(), std::ios::binary);
+    const std::string whole{std::istreambuf_iterator<char>(stream), {}};
+    const auto sized = [&](std::uint32_t width, std::uint32_t height) {
+        auto contents = whole;
+        patch(contents, 256, width);
+        patch(contents, 257, height);
+        return contents;
     };
-    EXPECT_EQ(problem("nothing.dng"), unreadable);
-    EXPECT_EQ(problem("text.cr2"), unreadable);
-    EXPECT_EQ(problem("photo.jpg"), rawRequired) << "by its name alone: it is not even there";
-    EXPECT_TRUE(problem("jpeg.nef")) << "rawRequired or unreadable";
-    std::filesystem::resize_file(folder.path() / "whole.dng", 1500);
-    EXPECT_TRUE(problem("whole.dng"));
-    (void)whole;
+    auto beyondTheEnd = whole;
+    patch(beyondTheEnd, 273, static_cast<std::uint32_t>(whole.size()) - 1000);
+    struct Case {
+        const char* name;
+        std::string contents;
+        FilmRenderProblem problem;
+    };
+    FilmRenderEngine engine;
+    for (const auto& [name, contents, problem] :
+         {Case{"jpeg.nef", jpeg, rawRequired}, Case{"raw.jpg", whole, rawRequired},
+          Case{"nothing.dng", "", unreadable}, Case{"text.cr2", "no photo", unreadable},
+          Case{"cut.dng", whole.substr(0, 1500), unreadable}, Case{"hollow.dng", beyondTheEnd, unreadable},
+          // Said by the header alone: neither has that many pixels.
+          Case{"wide.dng", sized(40'000, 100), imageTooLarge},
+          Case{"large.dng", sized(10'001, 8'000), imageTooLarge},
+          Case{"absurd.dng", sized(60'000, 60'000), imageTooLarge},
+          Case{"largest.dng", sized(10'000, 8'000), unreadable}}) {
+        const auto photo = folder.write(name, contents);
+        EXPECT_EQ(problemOf([&] { engine.preview(photo, {}); }), problem) << name;
+        EXPECT_EQ(problemOf([&] { engine.exportPhoto(photo, {}, folder.url().child("a.tif")); }), problem)
+            << name;
+        EXPECT_FALSE(std::filesystem::exists(folder.path() / "a.tif"));
+    }
+    EXPECT_EQ(problemOf([&] { engine.preview(folder.url().child("absent.jpg"), {}); }), rawRequired)
+        << "by its name alone";
+    EXPECT_THROW(engine.preview(folder.url().child("absent.dng"), {}), files::FileError);
 }
 
 } // namespace
