@@ -9,7 +9,8 @@ namespace lumisort::film {
 class DraftSize {
 public:
     static constexpr int least = 320, most = 1280;
-    static constexpr double goalMilliseconds = 35;
+    /// A change waits for the draft under way, then for its own and for a frame of the screen: 60 ms at most.
+    static constexpr double goalMilliseconds = 24;
 
     /// Long edge of the next draft in pixels.
     int longEdge() const { return longEdge_; }

@@ -30,14 +30,10 @@ public:
             delete std::exchange(node, nullptr);
             return;
         }
-        if (!node) {
+        const bool isNew = !node;
+        if (isNew) {
             node = window.createImageNode();
             node->setOwnsTexture(true);
-            // Layers are painted in the order of the children.
-            QSGNode* next = nullptr;
-            for (auto above = layer + 1; above < layers_.size() && !next; ++above)
-                next = layers_[above].first;
-            next ? insertChildNodeBefore(node, next) : appendChildNode(node);
             key = 0;
         }
         if (std::exchange(key, picture.cacheKey()) != picture.cacheKey())
@@ -47,9 +43,19 @@ public:
         node->setRect(target);
         node->setSourceRect({(target.x() - place.x()) * x, (target.y() - place.y()) * y, target.width() * x,
                              target.height() * y});
+        // With its texture, not before: Qt's software renderer looks at a node as soon as it is added.
+        if (isNew) insert(layer);
     }
 
 private:
+    /// Layers are painted in the order of the children.
+    void insert(std::size_t layer) {
+        QSGNode* next = nullptr;
+        for (auto above = layer + 1; above < layers_.size() && !next; ++above) next = layers_[above].first;
+        auto* node = layers_[layer].first;
+        next ? insertChildNodeBefore(node, next) : appendChildNode(node);
+    }
+
     std::array<std::pair<QSGImageNode*, qint64>, 3> layers_{}; ///< node and its picture's cache key
 };
 
@@ -77,12 +83,16 @@ void FilmCanvas::setEditor(FilmEditorModel* editor) {
 }
 
 void FilmCanvas::setActualPixels(bool actualPixels) {
-    if (std::exchange(actualPixels_, actualPixels) != actualPixels) changeView();
+    if (std::exchange(actualPixels_, actualPixels) == actualPixels) return;
+    Q_EMIT magnified();
+    changeView();
 }
 
 void FilmCanvas::setZoom(double zoom) {
     zoom = std::clamp(zoom, 1.0, mostZoom);
-    if (std::exchange(zoom_, zoom) != zoom) changeView();
+    if (std::exchange(zoom_, zoom) == zoom) return;
+    Q_EMIT magnified();
+    changeView();
 }
 
 void FilmCanvas::setCenter(QPointF center) {

@@ -15,8 +15,8 @@ class FilmCanvas : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(lumisort::film::FilmEditorModel* editor READ editor WRITE setEditor NOTIFY editorChanged)
-    Q_PROPERTY(bool actualPixels READ actualPixels WRITE setActualPixels NOTIFY viewChanged)
-    Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY viewChanged)
+    Q_PROPERTY(bool actualPixels READ actualPixels WRITE setActualPixels NOTIFY magnified)
+    Q_PROPERTY(double zoom READ zoom WRITE setZoom NOTIFY magnified)
     Q_PROPERTY(QPointF center READ center WRITE setCenter NOTIFY viewChanged)
     Q_PROPERTY(double divider READ divider WRITE setDivider NOTIFY viewChanged)
     Q_PROPERTY(bool original READ original WRITE setOriginal NOTIFY viewChanged)
@@ -55,6 +55,9 @@ public:
 Q_SIGNALS:
     void editorChanged();
     void viewChanged();
+    /// `actualPixels` or `zoom` changed. Not viewChanged, which follows the canvas's size as well: that
+    /// depends on these two in the window.
+    void magnified();
     /// The wheel was turned: the factor by which to zoom, and where.
     void wheelTurned(double factor, QPointF position);
     /// The canvas got the keyboard; `reason` is a Qt::FocusReason.

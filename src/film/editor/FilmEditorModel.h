@@ -119,6 +119,8 @@ public:
     QUrl photoFolder() const;
     /// The file called `name` in `folder`; ".tif" is added to a name without an extension of TIFF files.
     Q_INVOKABLE QUrl destination(const QUrl& folder, const QString& name) const;
+    /// Revision of the newest picture that was shown, draft or preview.
+    quint64 shownRevision() const { return shownRevision_; }
     /// Counts requests; a result that carries an older one is not shown.
     quint64 revision() const { return revision_; }
 

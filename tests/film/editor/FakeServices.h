@@ -60,8 +60,9 @@ public:
     FilmEditSnapshot snapshot; ///< what `load` answers
     std::vector<FilmLook> savedLooks;
     std::exception_ptr loadFailure; ///< thrown by `load` instead
+    std::vector<QRect> detailsAsked;
     int detailsForgotten = 0;
-    library::FileStamp fileStamp;   ///< what `stamp` answers
+    library::FileStamp fileStamp; ///< what `stamp` answers
 
     QFuture<FilmEditSnapshot> load(files::FileUrl) override {
         return loadFailure ? failed<FilmEditSnapshot>(loadFailure) : ready(snapshot);
@@ -89,8 +90,12 @@ public:
     QFuture<QImage> draft(files::FileUrl, FilmSettings settings, int, std::stop_token stop) override {
         return pending(drafts, {settings, std::move(stop)});
     }
-    QFuture<QImage> detail(files::FileUrl, FilmSettings, QRect, std::stop_token) override {
-        return ready(QImage());
+    /// A plain green picture of that size, at once.
+    QFuture<QImage> detail(files::FileUrl, FilmSettings, QRect rectangle, std::stop_token) override {
+        detailsAsked.push_back(rectangle);
+        QImage picture(rectangle.size(), QImage::Format_RGBX8888);
+        picture.fill(Qt::green);
+        return ready(picture);
     }
     void forgetDetail(files::FileUrl) override { ++detailsForgotten; }
     QFuture<void> exportTiff(files::FileUrl, FilmSettings settings, files::FileUrl,

@@ -113,6 +113,29 @@ TEST_F(FilmEditorWindowTest, IsEditedByKeysAlone) {
     EXPECT_TRUE(test::QuickStage::until([this] { return stage_.has(QStringLiteral("Show")); }));
 }
 
+TEST_F(FilmEditorWindowTest, ShowsTheExportsPixelsAtActualSize) {
+    open();
+    stage_.click(QStringLiteral("100%"));
+    const auto colourAt = [this](double x) {
+        const auto picture = stage_.window().grabWindow();
+        return picture.pixelColor(static_cast<int>(x * picture.width()), picture.height() / 2);
+    };
+    ASSERT_TRUE(test::QuickStage::until([&] { return colourAt(0.3) == QColor(Qt::green); }));
+    const auto shown = services_.detailsAsked.back();
+    EXPECT_NEAR(shown.center().x(), 3000, 1) << "the middle of 6000 pixels";
+    EXPECT_NEAR(shown.width(), stage_.window().width() - 281, 2);
+    stage_.item(QStringLiteral("Film preview"))->forceActiveFocus();
+    stage_.key(Qt::Key_Right);
+    ASSERT_TRUE(test::QuickStage::until([&] { return services_.detailsAsked.back().x() > shown.x(); }));
+    stage_.click(QStringLiteral("Divider"));
+    EXPECT_TRUE(test::QuickStage::until([&] { return colourAt(0.1) == QColor(120, 110, 90); }))
+        << "the original to the left";
+    EXPECT_EQ(colourAt(0.6), QColor(Qt::green));
+    stage_.click(QStringLiteral("Divider"));
+    stage_.click(QStringLiteral("Fit"));
+    EXPECT_TRUE(test::QuickStage::until([&] { return colourAt(0.3) == QColor(120, 110, 90); }));
+}
+
 TEST_F(FilmEditorWindowTest, ComparesWithTheOriginal) {
     open();
     stage_.item(QStringLiteral("Film preview"))->forceActiveFocus();
