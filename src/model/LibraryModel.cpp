@@ -16,14 +16,15 @@ void ModelDependencies::afterOnTimer(std::chrono::milliseconds delay, QObject* c
     QTimer::singleShot(delay, Qt::PreciseTimer, context, std::move(function));
 }
 
-LibraryModel::LibraryModel(FileUrl document, std::optional<library::LibraryContents> contents,
+LibraryModel::LibraryModel(const FileUrl& document, std::optional<library::LibraryContents> contents,
                            ModelDependencies deps)
     : deps_(std::move(deps)), runner_(deps_.background),
-      document_(library_, task_, reports_, runner_, deps_, std::move(document)),
+      document_(library_, task_, reports_, runner_, deps_, document),
       availability_(library_, reports_, runner_, deps_.system),
       drives_(library_, availability_, deps_.volumes),
       folderImport_(library_, task_, reports_, runner_, deps_),
-      marking_(library_, reports_, runner_, deps_.system), selection_(library_),
+      marking_(library_, reports_, runner_, deps_.system),
+      protection_(reports_, runner_, besideWriter_, deps_.system, document), selection_(library_),
       matches_(library_, availability_, task_, reports_, runner_, deps_.findMatches) {
     connect(&matches_, &MatchSearch::started, &selection_, &Selection::clear);
     connect(&library_, &Library::marksChanged, &document_, &LibraryDocument::save);
@@ -44,7 +45,9 @@ LibraryModel::LibraryModel(FileUrl document, std::optional<library::LibraryConte
 
 QCoro::Task<LoadOutcome> LibraryModel::load() {
     const auto read = document_.load();
+    const auto rules = protection_.load();
     co_await runner_.finished(read);
+    co_await runner_.finished(rules);
     availability_.refresh();
     co_return read.result();
 }
@@ -53,6 +56,7 @@ void LibraryModel::removeFolder(const FileUrl& folder) {
     assertMainThread();
     if (task_.busy()) return;
     library_.remove(folder);
+    if (protection_.folders().protecting(folder)) protection_.set(folder, false);
     availability_.refresh();
     reports_.add(FolderRemoved{});
     document_.save();

@@ -5,6 +5,7 @@
 #include "model/LibraryDocument.h"
 #include "model/Marking.h"
 #include "model/MatchSearch.h"
+#include "model/Protection.h"
 #include "model/Selection.h"
 
 #include <expected>
@@ -22,8 +23,8 @@ class LibraryModel : public MainThreadObject {
 
 public:
     /// With contents the library is there at once; without them the document is read, as the exclusive task.
-    explicit LibraryModel(files::FileUrl document, std::optional<library::LibraryContents> contents = {},
-                          ModelDependencies deps = {});
+    explicit LibraryModel(const files::FileUrl& document,
+                          std::optional<library::LibraryContents> contents = {}, ModelDependencies deps = {});
 
     Library& library() { return library_; }
     const Library& library() const { return library_; }
@@ -34,6 +35,8 @@ public:
     Drives& drives() { return drives_; }
     FolderImport& folderImport() { return folderImport_; }
     Marking& marking() { return marking_; }
+    Protection& protection() { return protection_; }
+    const Protection& protection() const { return protection_; }
     Selection& selection() { return selection_; }
     const Selection& selection() const { return selection_; }
     MatchSearch& matches() { return matches_; }
@@ -41,7 +44,8 @@ public:
 
     /// What became of the read at the start; cancelled where the contents were given.
     QFuture<LoadOutcome> loading() const { return loading_; }
-    /// Takes a folder out of the library; files stay as they are. Nothing happens while a task runs.
+    /// Takes a folder out of the library, and out of the protected ones; files stay as they are. Nothing
+    /// happens while a task runs.
     void removeFolder(const files::FileUrl& folder);
     /// Gives a photo's file another name, with everything that is known of it. The error is a message to be
     /// shown; nothing has changed then.
@@ -62,11 +66,13 @@ private:
     Reports reports_;
     ExclusiveTask task_;
     Library library_;
+    tasks::SerialExecutor besideWriter_; ///< of the documents beside the library document
     LibraryDocument document_;
     Availability availability_;
     Drives drives_;
     FolderImport folderImport_;
     Marking marking_;
+    Protection protection_;
     Selection selection_;
     MatchSearch matches_;
     QFuture<LoadOutcome> loading_;

@@ -87,6 +87,11 @@ struct StorageProblem {
     std::string line; ///< to be shown as it is
 };
 
+/// A document beside the library document could not be read or written.
+struct DocumentProblem {
+    std::string line; ///< to be shown as it is
+};
+
 struct MatchCancelled {};
 
 struct MatchFailed {
@@ -96,6 +101,6 @@ struct MatchFailed {
 using Report = std::variant<LibraryRestored, NothingToRestore, RestoreFailed, DocumentsKept, SaveFailed,
                             FolderScanStarted, FolderScanProgress, ImportSummary, FolderRemoved, Stopping,
                             AvailabilitySummary, MarkSummary, PhotoRenamed, MatchStarted, MatchProgress,
-                            MatchSummary, StorageProblem, MatchCancelled, MatchFailed>;
+                            MatchSummary, StorageProblem, DocumentProblem, MatchCancelled, MatchFailed>;
 
 } // namespace lumisort::model

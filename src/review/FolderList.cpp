@@ -4,13 +4,16 @@ namespace lumisort::review {
 
 using model::Library;
 
-FolderList::FolderList(const Library& library, const WindowState& window)
-    : library_(library), window_(window), folders_(library.folders()) {
+FolderList::FolderList(const model::LibraryModel& model, const WindowState& window)
+    : library_(model.library()), protection_(model.protection()), window_(window),
+      folders_(library_.folders()) {
     const auto touch = [this] {
-        if (!folders_.empty()) Q_EMIT dataChanged(index(0), index(rowCount() - 1), {StateRole, CurrentRole});
+        if (!folders_.empty())
+            Q_EMIT dataChanged(index(0), index(rowCount() - 1), {StateRole, ProtectorRole, CurrentRole});
     };
-    connect(&library, &Library::foldersChanged, this, &FolderList::refill);
-    connect(&library, &Library::countsChanged, this, touch);
+    connect(&library_, &Library::foldersChanged, this, &FolderList::refill);
+    connect(&library_, &Library::countsChanged, this, touch);
+    connect(&protection_, &model::Protection::changed, this, touch);
     connect(&window, &WindowState::sectionChanged, this, touch);
 }
 
@@ -38,6 +41,10 @@ QVariant FolderList::data(const QModelIndex& index, int role) const {
         const auto state = library_.folderState(folder);
         return state && *state != library::FolderState::online ? QString::fromUtf8(title(*state)) : QString();
     }
+    case ProtectorRole: {
+        const auto protector = protection_.folders().protecting(folder);
+        return protector ? QString::fromUtf8(protector->path()) : QString();
+    }
     case CurrentRole:
         return window_.section() == model::Section::folder && window_.folder() == folder;
     default:
@@ -46,11 +53,8 @@ QVariant FolderList::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> FolderList::roleNames() const {
-    return {{UrlRole, "url"},
-            {NameRole, "name"},
-            {PathRole, "path"},
-            {StateRole, "folderState"},
-            {CurrentRole, "current"}};
+    return {{UrlRole, "url"},           {NameRole, "name"},           {PathRole, "path"},
+            {StateRole, "folderState"}, {ProtectorRole, "protector"}, {CurrentRole, "current"}};
 }
 
 } // namespace lumisort::review

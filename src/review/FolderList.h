@@ -6,7 +6,7 @@
 
 namespace lumisort::review {
 
-/// The library's folders for the sidebar. Main thread; library and window outlive it.
+/// The library's folders for the sidebar. Main thread; model and window outlive it.
 class FolderList : public QAbstractListModel {
     Q_OBJECT
 
@@ -15,11 +15,12 @@ public:
         UrlRole = Qt::UserRole + 1, ///< the file URL as text
         NameRole,
         PathRole,
-        StateRole,   ///< "Offline", "Unavailable", "" while it is online or not looked at yet
-        CurrentRole, ///< whether the grid shows it
+        StateRole,     ///< "Offline", "Unavailable", "" while it is online or not looked at yet
+        ProtectorRole, ///< path of the protected folder, this or one above it; "" without
+        CurrentRole,   ///< whether the grid shows it
     };
 
-    FolderList(const model::Library& library, const WindowState& window);
+    FolderList(const model::LibraryModel& model, const WindowState& window);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -29,6 +30,7 @@ private:
     void refill();
 
     const model::Library& library_;
+    const model::Protection& protection_;
     const WindowState& window_;
     std::vector<files::FileUrl> folders_;
 };

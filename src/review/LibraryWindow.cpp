@@ -22,7 +22,7 @@ std::optional<FileUrl> fileUrl(const QString& url) {
 
 LibraryWindow::LibraryWindow(LibraryModel& model, QObject* parent)
     : QObject(parent), model_(model), state_(model), status_(model.task(), model.reports()), marks_(model),
-      folders_(model.library(), state_), groups_(model, state_), cursor_(model, state_, groups_),
+      folders_(model, state_), groups_(model, state_), cursor_(model, state_, groups_),
       actions_(model, state_, marks_), photoActions_(model, state_, marks_) {
     connect(&state_, &WindowState::sectionChanged, this, [this] {
         Q_EMIT titleChanged();
@@ -145,6 +145,20 @@ void LibraryWindow::browseDevice() {
 void LibraryWindow::dismissDevice() {
     if (const auto pending = model_.drives().pending(); !pending.empty())
         model_.drives().dismiss(pending.front());
+}
+
+void LibraryWindow::askToProtect(const QString& url) {
+    if (std::exchange(folderToProtect_, url) != url) Q_EMIT folderToProtectChanged();
+}
+
+void LibraryWindow::answerProtection(bool protect) {
+    if (const auto folder = fileUrl(folderToProtect_); protect && folder)
+        model_.protection().set(*folder, true);
+    askToProtect({});
+}
+
+void LibraryWindow::endProtection(const QString& url) {
+    if (const auto folder = fileUrl(url)) model_.protection().set(*folder, false);
 }
 
 void LibraryWindow::askToRemove(const QString& url) {

@@ -46,6 +46,7 @@ class LibraryWindow : public QObject {
     Q_PROPERTY(QStringList levels READ levels CONSTANT)
     Q_PROPERTY(QString deviceName READ deviceName NOTIFY deviceChanged)
     Q_PROPERTY(QString folderToRemove READ folderToRemove NOTIFY folderToRemoveChanged)
+    Q_PROPERTY(QString folderToProtect READ folderToProtect NOTIFY folderToProtectChanged)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
 public:
@@ -102,6 +103,12 @@ public:
     Q_INVOKABLE void browseDevice();
     Q_INVOKABLE void dismissDevice();
 
+    /// The URL of the folder that is to be protected once that is confirmed, "" for none.
+    QString folderToProtect() const { return folderToProtect_; }
+    Q_INVOKABLE void askToProtect(const QString& url);
+    Q_INVOKABLE void answerProtection(bool protect);
+    Q_INVOKABLE void endProtection(const QString& url);
+
     /// The URL of the folder whose removal waits to be confirmed, "" for none.
     QString folderToRemove() const { return folderToRemove_; }
     Q_INVOKABLE void askToRemove(const QString& url);
@@ -119,6 +126,7 @@ Q_SIGNALS:
     void similarityChanged();
     void deviceChanged();
     void folderToRemoveChanged();
+    void folderToProtectChanged();
     void noticeChanged();
     /// A folder is to be chosen and given to addFolders; `startingAt` is a file URL, or "" for anywhere.
     void folderWanted(const QString& startingAt);
@@ -137,7 +145,7 @@ private:
     WindowActions actions_;
     PhotoActions photoActions_;
     int selectionRevision_ = 0;
-    QString folderToRemove_, notice_;
+    QString folderToRemove_, folderToProtect_, notice_;
 };
 
 } // namespace lumisort::review

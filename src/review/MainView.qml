@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Lumisort.Actions
+import Lumisort.Marks
 import Lumisort.Review
 import Lumisort.Ui
 
@@ -75,6 +76,17 @@ FocusScope {
         sourceComponent: RemoveFolderSheet {
             window: view.window
         }
+    }
+
+    LazyLoader {
+        wanted: view.window.folderToProtect !== ""
+        sourceComponent: ProtectFolderSheet {
+            window: view.window
+        }
+    }
+    ProtectionSheet {
+        question: view.window.marks.question
+        otherwise: true
     }
 
     FolderChooser {

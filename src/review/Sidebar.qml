@@ -106,16 +106,20 @@ Rectangle {
                 required property string name
                 required property string path
                 required property string folderState
+                required property string protector
                 required current
                 width: ListView.view.width
                 text: Theme.line(name)
-                help: Theme.line(path)
+                help: Theme.line(path) + (locked ? "\nProtected: skipping one of its photos asks first" : "")
                 iconName: "folder"
+                locked: protector !== ""
                 note: folderState
                 menuLabel: "Folder actions for " + name
                 onClicked: sidebar.window.showFolder(url)
                 onMenuWanted: place => {
                     folderMenu.url = row.url;
+                    folderMenu.path = row.path;
+                    folderMenu.protector = row.protector;
                     folderMenu.active = true;
                     folderMenu.item.popup(place.item, place.x, place.y);
                 }
@@ -133,8 +137,18 @@ Rectangle {
     Loader {
         id: folderMenu // not `menu`, which an item of one has itself
         property string url
+        property string path
+        property string protector
         active: false
         sourceComponent: ContextMenu {
+            ContextMenuItem {
+                text: folderMenu.protector !== "" ? "End Protection" : "Protect…"
+                iconName: "object-locked"
+                enabled: folderMenu.protector === "" || folderMenu.protector === folderMenu.path
+                reason: "Protected through " + Theme.line(folderMenu.protector)
+                onTriggered: folderMenu.protector !== "" ? sidebar.window.endProtection(folderMenu.url)
+                                                         : sidebar.window.askToProtect(folderMenu.url)
+            }
             ContextMenuItem {
                 text: "Remove from Library…"
                 iconName: "list-remove"

@@ -12,6 +12,8 @@ T.Button {
     property bool current: false
     /// A word about its state, such as "Offline".
     property string note
+    /// Whether it shows a lock.
+    property bool locked: false
     /// Accessible name of its menu; "" where it has none.
     property string menuLabel
     signal menuWanted(var place)
@@ -21,7 +23,7 @@ T.Button {
     focusPolicy: Qt.TabFocus
     leftPadding: Theme.s
     rightPadding: Theme.s
-    Accessible.name: text + (count >= 0 ? ", " + count : "") + (note ? ", " + note : "")
+    Accessible.name: text + (count >= 0 ? ", " + count : "") + (locked ? ", protected" : "") + (note ? ", " + note : "")
     Accessible.checked: current
 
     contentItem: RowLayout {
@@ -37,6 +39,11 @@ T.Button {
             color: Theme.text
             Layout.fillWidth: true
             Accessible.ignored: true
+        }
+        Icon {
+            visible: row.locked
+            name: "object-locked"
+            color: row.current ? Theme.text : Theme.secondary
         }
         Caption {
             visible: row.note !== ""

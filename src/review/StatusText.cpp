@@ -69,6 +69,7 @@ struct Text {
                part(summary.lowDetail, u"low-detail skipped"_s) + part(summary.failures.size(), u"failed"_s);
     }
     QString operator()(const StorageProblem& problem) const { return QString::fromStdString(problem.line); }
+    QString operator()(const DocumentProblem& problem) const { return QString::fromStdString(problem.line); }
     QString operator()(const MatchCancelled&) const { return u"Scan cancelled"_s; }
     QString operator()(const MatchFailed& failed) const {
         return u"Similarity scan failed: "_s + QString::fromStdString(failed.reason);
@@ -83,9 +84,9 @@ QString statusText(const Report& report) {
 
 QString noticeText(const Report& report) {
     // What happens once and concerns files beside the library would be gone from the status line unread.
-    const bool lasting = std::holds_alternative<DocumentsKept>(report) ||
-                         std::holds_alternative<RestoreFailed>(report) ||
-                         std::holds_alternative<StorageProblem>(report);
+    const bool lasting =
+        std::holds_alternative<DocumentsKept>(report) || std::holds_alternative<RestoreFailed>(report) ||
+        std::holds_alternative<StorageProblem>(report) || std::holds_alternative<DocumentProblem>(report);
     return lasting ? statusText(report) : QString();
 }
 

@@ -281,6 +281,17 @@ TEST_F(CommandLineTest, KeepsALibraryFromRunToRun) {
     EXPECT_EQ(run({"match", "--method", "exact", "--json", "--library", document}).json()["groups"].Size(),
               0u);
 
+    EXPECT_EQ(library({"mark", "--clear", b.path()}).status, 0);
+    EXPECT_EQ(library({"protect", "/elsewhere"}).status, 3);
+    EXPECT_EQ(library({"protect", photos()}).out, photos() + ": protected\n");
+    const auto asked = library({"mark", "--cleanup", b.path()});
+    EXPECT_EQ(asked.status, 1);
+    EXPECT_THAT(asked.err, HasSubstr("“" + photos() + "” is protected"));
+    EXPECT_EQ(asked.out, "0 marked\n");
+    EXPECT_TRUE(library({"status", "--json"}).json()["folders"][0]["protected"].GetBool());
+    EXPECT_EQ(library({"mark", "--cleanup", "--even-protected", b.path()}).out, "1 marked\n");
+    EXPECT_EQ(library({"unprotect", photos()}).out, photos() + ": not protected any more\n");
+
     fs::rename(photos(), photos() + "-unplugged");
     EXPECT_STREQ(library({"status", "--json"}).json()["folders"][0]["state"].GetString(), "Offline");
     EXPECT_THAT(library({"list", "--section", "offline"}).out, HasSubstr("2 photos"));

@@ -54,6 +54,7 @@ inline std::string words(const Report& report) {
                    list({summary.groups, summary.unreadable, summary.lowDetail, summary.failures.size()});
         }
         std::string operator()(const StorageProblem& problem) const { return problem.line; }
+        std::string operator()(const DocumentProblem& problem) const { return problem.line; }
         std::string operator()(const MatchCancelled&) const { return "cancelled"; }
         std::string operator()(const MatchFailed& failed) const { return "failed: " + failed.reason; }
     };

@@ -234,6 +234,84 @@ TEST_F(MainViewTest, RemovesAFolderOnlyWhenItIsConfirmed) {
     EXPECT_TRUE(stage_.has(QStringLiteral("Add photos")));
 }
 
+TEST_F(MainViewTest, AsksOnceBeforeProtectedPhotosAreSkipped) {
+    show({"a.jpg", "b.jpg", "c.jpg"});
+    const auto stored = model_->protection().set(url("/elsewhere"), true);
+    finish(stored);
+    stage_.click(QStringLiteral("Folder actions for p"));
+    stage_.click(QStringLiteral("Protect…"));
+    stage_.click(QStringLiteral("Protect"));
+    ASSERT_TRUE(stage_.until([&] { return stage_.has(QStringLiteral("p, protected")); }));
+    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Cancel")); }));
+
+    const auto skipByKey = [&] {
+        stage_.key(Qt::Key_D, Qt::ControlModifier);
+        settle();
+    };
+    const auto answer = [&](const char* button) {
+        ASSERT_TRUE(stage_.until([&] { return stage_.has(QString::fromLatin1(button)); }));
+        EXPECT_EQ(model_->library().skipCount(), 0);
+        stage_.click(QString::fromLatin1(button));
+        settle();
+        ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Skip Anyway")); }));
+    };
+    stage_.click(QStringLiteral("b.jpg"));
+    skipByKey();
+    EXPECT_TRUE(stage_.has(QStringLiteral("Skip a protected photo?")));
+    EXPECT_TRUE(stage_.has(QStringLiteral("“b.jpg” is in the protected folder “/p”.")));
+    EXPECT_FALSE(window_->marks()->canUndo());
+    stage_.key(Qt::Key_Escape);
+    settle();
+    ASSERT_TRUE(stage_.until([&] { return !stage_.has(QStringLiteral("Skip Anyway")); }));
+    EXPECT_EQ(model_->library().skipCount(), 0);
+    EXPECT_FALSE(window_->marks()->canUndo());
+
+    stage_.click(QStringLiteral("Skip")); // the button of the selection
+    settle();
+    answer("Skip Anyway");
+    EXPECT_EQ(model_->library().skipCount(), 1);
+    stage_.key(Qt::Key_Z, Qt::ControlModifier); // neither undo nor redo asks
+    settle();
+    EXPECT_EQ(model_->library().skipCount(), 0);
+    stage_.key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    settle();
+    EXPECT_EQ(model_->library().skipCount(), 1);
+    EXPECT_FALSE(stage_.has(QStringLiteral("Skip Anyway")));
+    skipByKey(); // skipped already
+    EXPECT_FALSE(stage_.has(QStringLiteral("Skip Anyway")));
+
+    stage_.key(Qt::Key_A, Qt::ControlModifier);
+    stage_.key(Qt::Key_K, Qt::ControlModifier); // keeping never asks
+    settle();
+    EXPECT_EQ(model_->library().keptCount(), 3);
+    skipByKey();
+    EXPECT_TRUE(stage_.has(QStringLiteral("Skip 3 protected photos?")));
+    answer("Skip Anyway");
+    EXPECT_EQ(model_->library().skipCount(), 3);
+    stage_.key(Qt::Key_Z, Qt::ControlModifier); // one step
+    settle();
+    EXPECT_EQ(model_->library().keptCount(), 3);
+
+    stage_.click(QStringLiteral("Folder actions for p"));
+    stage_.click(QStringLiteral("End Protection"));
+    ASSERT_TRUE(stage_.until([&] { return stage_.has(QStringLiteral("p")); }));
+    skipByKey();
+    EXPECT_EQ(model_->library().skipCount(), 3);
+}
+
+TEST_F(MainViewTest, SkipsTheUnprotectedPhotosOfAMixedChoice) {
+    show({"a.jpg", "b.jpg", "inner/c.jpg"});
+    const auto stored = model_->protection().set(url("/p/inner"), true);
+    finish(stored);
+    stage_.key(Qt::Key_A, Qt::ControlModifier);
+    stage_.key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_TRUE(stage_.has(QStringLiteral("1 of 3 photos is in the protected folder “/p/inner”.")));
+    stage_.click(QStringLiteral("Skip the Other 2"));
+    settle();
+    EXPECT_EQ(model_->library().skipCount(), 2);
+    EXPECT_EQ(model_->library().decision(named(2)), std::nullopt);
+}
+
 TEST_F(MainViewTest, GivesTheKeyboardToThePhotosWhenABarGoes) {
     show({"a.jpg", "b.jpg"});
     window_->addFolders({QUrl(QStringLiteral("sftp://nas/photos"))});

@@ -1,3 +1,5 @@
+#include "app/commandline/LibraryCommand.h"
+
 #include "app/commandline/Command.h"
 #include "app/commandline/Folders.h"
 #include "app/commandline/Json.h"
@@ -22,7 +24,7 @@ struct LibraryOptions {
     std::string section = "all";
     std::string search;
     std::string file, stem;
-    bool keep = false, cleanup = false, clear = false;
+    bool keep = false, cleanup = false, clear = false, evenProtected = false;
     bool json = false;
 };
 
@@ -48,18 +50,7 @@ ExitStatus add(const LibraryOptions& options, Dependencies& deps) {
 ExitStatus remove(const LibraryOptions& options, Dependencies& deps) {
     OpenLibrary library(options.document, deps);
     auto& model = library.model();
-    std::vector<files::FileUrl> folders;
-    for (const auto& argument : options.paths) {
-        const auto path = fileArgument(argument).path();
-        const auto& present = model.library().folders();
-        const auto found = std::ranges::find(present, path, [](const files::FileUrl& folder) {
-            return library::standardizedPath(folder.path());
-        });
-        if (found == present.end())
-            throw std::runtime_error("“" + printable(path) + "” is no folder of the library.");
-        folders.push_back(*found);
-    }
-    for (const auto& folder : folders) {
+    for (const auto& folder : foldersOf(model.library(), options.paths)) {
         model.removeFolder(folder);
         deps.out << outcomeText(model::FolderRemoved()) << '\n';
         library.wait(model.availability().refreshing());
@@ -119,10 +110,24 @@ std::vector<library::Photo> named(const std::vector<std::string>& arguments, con
     return photos;
 }
 
+/// Drops protected photos from `photos`, each noted. Returns their number.
+std::size_t leaveProtected(const model::Protection& protection, std::vector<library::Photo>& photos,
+                           Dependencies& deps) {
+    return std::erase_if(photos, [&](const library::Photo& photo) {
+        const auto folder = protection.folders().holding(photo.url);
+        if (folder)
+            deps.notes << printable(photo.url.path()) << ": not marked, for “" << printable(folder->path())
+                       << "” is protected (--even-protected marks it)\n";
+        return folder.has_value();
+    });
+}
+
 ExitStatus mark(const LibraryOptions& options, Dependencies& deps) {
     OpenLibrary library(options.document, deps);
     std::size_t missing = 0;
-    const auto photos = named(options.paths, library.model().library(), deps, missing);
+    auto photos = named(options.paths, library.model().library(), deps, missing);
+    if (options.cleanup && !options.evenProtected)
+        missing += leaveProtected(library.model().protection(), photos, deps);
     const auto decision = options.keep      ? std::optional(library::ReviewDecision::keep)
                           : options.cleanup ? std::optional(library::ReviewDecision::cleanup)
                                             : std::nullopt;
@@ -149,6 +154,7 @@ ExitStatus status(const LibraryOptions& options, Dependencies& deps) {
     const auto& library = open.model().library();
     const auto available = outcomeText(
         model::AvailabilitySummary{library.state().readableCount(), library.state().unavailableCount()});
+    const auto& protectedFolders = open.model().protection().folders();
     const auto stateOf = [&](const files::FileUrl& folder) {
         return title(library.folderState(folder).value_or(library::FolderState::unavailable));
     };
@@ -160,6 +166,7 @@ ExitStatus status(const LibraryOptions& options, Dependencies& deps) {
                 json.beginObject();
                 json.key("url").url(folder);
                 json.key("state").text(stateOf(folder));
+                json.key("protected").boolean(protectedFolders.protecting(folder).has_value());
                 json.endObject();
             }
             json.endArray();
@@ -173,7 +180,8 @@ ExitStatus status(const LibraryOptions& options, Dependencies& deps) {
         });
     } else {
         for (const auto& folder : library.folders())
-            deps.out << printable(folder.path()) << "  " << stateOf(folder) << '\n';
+            deps.out << printable(folder.path()) << "  " << stateOf(folder)
+                     << (protectedFolders.protecting(folder) ? "  Protected\n" : "\n");
         deps.out << counted(std::ssize(library.photos()), "photo") << " · " << library.keptCount()
                  << " to import · " << library.skipCount() << " to skip\n"
                  << available << '\n';
@@ -183,6 +191,22 @@ ExitStatus status(const LibraryOptions& options, Dependencies& deps) {
 }
 
 } // namespace
+
+std::vector<files::FileUrl> foldersOf(const model::Library& library,
+                                      const std::vector<std::string>& arguments) {
+    std::vector<files::FileUrl> folders;
+    for (const auto& argument : arguments) {
+        const auto path = fileArgument(argument).path();
+        const auto& present = library.folders();
+        const auto found = std::ranges::find(present, path, [](const files::FileUrl& folder) {
+            return library::standardizedPath(folder.path());
+        });
+        if (found == present.end())
+            throw std::runtime_error("“" + printable(path) + "” is no folder of the library.");
+        folders.push_back(*found);
+    }
+    return folders;
+}
 
 void addLibraryCommand(CLI::App& program, Command& chosen) {
     auto* group = program.add_subcommand("library", "The library of folders, photos and marks");
@@ -220,10 +244,20 @@ void addLibraryCommand(CLI::App& program, Command& chosen) {
     decision->add_flag("--cleanup", options->cleanup, "Skip them");
     decision->add_flag("--clear", options->clear, "Take the mark away");
     decision->require_option(1);
+    marking->add_flag("--even-protected", options->evenProtected,
+                      "With --cleanup: skip photos of protected folders, too");
     marking->add_option("FILE", options->paths, "Photos of the library")->required();
     auto* renaming = subcommand("rename", "Rename a photo's file, keeping its folder and extension", rename);
     renaming->add_option("FILE", options->file, "Photo of the library")->required();
     renaming->add_option("STEM", options->stem, "The new name without the extension")->required();
+    addProtectCommands([&](const char* name, const char* description, LibraryWork work) {
+        auto* command = group->add_subcommand(name, description);
+        addDocument(*command);
+        command->callback([options, work = std::move(work), &chosen] {
+            chosen = [options, work](Dependencies& deps) { return work(options->document, deps); };
+        });
+        return command;
+    });
     subcommand("status", "Show folders, counts and the status line", status)
         ->add_flag("--json", options->json, "Print JSON");
 }

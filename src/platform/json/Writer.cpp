@@ -74,6 +74,10 @@ Writer& Writer::key(std::string_view name) {
     return *this;
 }
 
+void Writer::boolean(bool value) {
+    state_->writer.Bool(value);
+}
+
 void Writer::integer(std::int64_t value) {
     state_->writer.Int64(value);
     passOn();

@@ -34,6 +34,7 @@ public:
     void endArray();
     Writer& key(std::string_view name);
 
+    void boolean(bool value);
     void integer(std::int64_t value);
     /// The shortest digits that read back as exactly this number. JSON has no others than finite ones:
     /// throws std::invalid_argument on NaN and infinities.

@@ -31,7 +31,8 @@ private:
     std::shared_ptr<Step> step_;
 };
 
-MarkHistory::MarkHistory(model::LibraryModel& model, QObject* parent) : QObject(parent), model_(model) {
+MarkHistory::MarkHistory(model::LibraryModel& model, QObject* parent)
+    : QObject(parent), model_(model), question_(model) {
     connect(&stack_, &QUndoStack::indexChanged, this, &MarkHistory::changed);
     connect(&model.library(), &model::Library::renamed, this, &MarkHistory::follow);
 }
@@ -42,6 +43,12 @@ MarkHistory::Decision MarkHistory::expected(const Photo& photo) const {
 }
 
 void MarkHistory::mark(const std::vector<Photo>& photos, Decision decision) {
+    if (decision != ReviewDecision::cleanup) return push(photos, decision);
+    question_.ask(photos,
+                  [this](const std::vector<Photo>& skipped) { push(skipped, ReviewDecision::cleanup); });
+}
+
+void MarkHistory::push(const std::vector<Photo>& photos, Decision decision) {
     if (photos.empty()) return;
     warn(decision == ReviewDecision::cleanup ? emptiedGroups(photos) : QString());
     auto step = std::make_shared<Step>(photos, decision);

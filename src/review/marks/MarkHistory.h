@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/LibraryModel.h"
+#include "review/marks/ProtectionQuestion.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -22,6 +23,7 @@ class MarkHistory : public QObject {
     QML_UNCREATABLE("one belongs to the library's window")
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY changed)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY changed)
+    Q_PROPERTY(lumisort::review::ProtectionQuestion* question READ question CONSTANT)
     Q_PROPERTY(QString warning READ warning NOTIFY warningChanged)
 
 public:
@@ -29,8 +31,10 @@ public:
 
     explicit MarkHistory(model::LibraryModel& model, QObject* parent = nullptr);
 
-    /// Marks the photos; none clears. Without photos nothing happens.
+    /// Marks the photos; none clears. Without photos nothing happens. Photos of protected folders are skipped
+    /// once `question` is answered.
     void mark(const std::vector<library::Photo>& photos, Decision decision);
+    ProtectionQuestion* question() { return &question_; }
     bool canUndo() const { return stack_.canUndo(); }
     bool canRedo() const { return stack_.canRedo(); }
     Q_INVOKABLE void undo();
@@ -49,6 +53,7 @@ private:
     struct Step;
     class MarkCommand;
 
+    void push(const std::vector<library::Photo>& photos, Decision decision);
     /// What the photo's decision will be once the marks under way are done.
     Decision expected(const library::Photo& photo) const;
     void carryOut(Step& step);
@@ -59,6 +64,7 @@ private:
     QString emptiedGroups(const std::vector<library::Photo>& photos) const;
 
     model::LibraryModel& model_;
+    ProtectionQuestion question_;
     std::unordered_map<files::FileUrl, Decision> underWay_;
     std::vector<std::weak_ptr<Step>> steps_; ///< of the commands on the stack
     QString warning_;

@@ -25,6 +25,7 @@ class FullscreenPhotoState : public QObject {
     Q_PROPERTY(lumisort::review::ShownPhoto photo READ photo NOTIFY indexChanged)
     Q_PROPERTY(int decision READ decision NOTIFY decisionChanged)
     Q_PROPERTY(lumisort::ui::PhotoView* view READ view CONSTANT)
+    Q_PROPERTY(lumisort::review::ProtectionQuestion* question READ question CONSTANT)
     Q_PROPERTY(lumisort::review::ActionSet* actions READ actions CONSTANT)
 
 public:
@@ -43,6 +44,7 @@ public:
     ui::PhotoView* view() { return &view_; }
     /// What can be done to the photo shown, and to the view.
     ActionSet* actions() { return &actions_; }
+    ProtectionQuestion* question() { return history_.question(); }
     /// Steps by `delta`, unzoomed and centred; beyond the ends nothing changes.
     void move(int delta);
 

@@ -106,6 +106,7 @@ Window {
                 overPhoto: true
             }
         }
+        ProtectionSheet { question: window.state.question }
         HoverHandler {
             cursorShape: window.awake ? Qt.ArrowCursor : Qt.BlankCursor
             onPointChanged: {
