@@ -50,10 +50,10 @@ void compareWithOpenCv(const similarity::FeaturePrintModel& model, const images:
                        const char* onnx) {
     cv::setNumThreads(1);
     cv::dnn::Net peer = cv::dnn::readNetFromONNX(onnx);
-    cv::Mat blob({1, 3, frame.height, frame.width}, CV_32F);
-    const int pixels = frame.width * frame.height;
+    cv::Mat blob({1, 3, frame.height(), frame.width()}, CV_32F);
+    const int pixels = frame.width() * frame.height();
     for (int i = 0; i < 3 * pixels; ++i)
-        blob.ptr<float>()[i] = static_cast<float>(frame.rgba[4 * (i % pixels) + i / pixels]) / 127.5F - 1;
+        blob.ptr<float>()[i] = static_cast<float>(frame.rgba()[4 * (i % pixels) + i / pixels]) / 127.5F - 1;
     peer.setInput(blob);
     similarity::FeaturePrintModel::Scratch scratch;
     std::vector<Work> works{{"print from a decoded 224 x 224 frame", [&] { model.print(frame, scratch); }},
@@ -75,11 +75,12 @@ int main(int argc, char** argv) {
     const similarity::FeaturePrintModel model;
     similarity::FeaturePrintModel::Scratch scratch;
     const images::Bitmap thumbnail = images::decoder().thumbnail(photo, 1024);
-    images::Bitmap frame{224, 224, {}};
+    images::Bitmap frame(224, 224);
+    auto* to = frame.rgba().data();
     for (int y = 0; y < 224; ++y)
         for (int x = 0; x < 224; ++x) {
-            const int from = y * thumbnail.height / 224 * thumbnail.width + x * thumbnail.width / 224;
-            frame.rgba.insert(frame.rgba.end(), &thumbnail.rgba[4 * from], &thumbnail.rgba[4 * from] + 4);
+            const int from = y * thumbnail.height() / 224 * thumbnail.width() + x * thumbnail.width() / 224;
+            to = std::copy_n(&thumbnail.rgba()[4 * from], 4, to);
         }
 
     if (argc > 2) {

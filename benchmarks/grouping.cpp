@@ -61,11 +61,10 @@ std::vector<images::Bitmap> smallPhotos(const std::filesystem::path& corpus) {
 }
 
 images::Bitmap window(const images::Bitmap& photo, int left, int top, int width, int height) {
-    images::Bitmap cut{.width = width, .height = height, .rgba = {}};
-    for (int y = top; y < top + height; ++y) {
-        const auto* row = &photo.rgba[4 * (static_cast<std::size_t>(y) * photo.width + left)];
-        cut.rgba.insert(cut.rgba.end(), row, row + std::size_t{4} * width);
-    }
+    images::Bitmap cut(width, height);
+    for (int y = 0; y < height; ++y)
+        std::ranges::copy(photo.row(top + y).subspan(std::size_t{4} * left, std::size_t{4} * width),
+                          cut.row(y).begin());
     return cut;
 }
 
@@ -82,11 +81,11 @@ std::vector<VisualFingerprint> windowFingerprints(const std::vector<images::Bitm
     while (made.size() < count) {
         const auto& photo = photos[random() % photos.size()];
         const double aspect = shapes[random() % std::size(shapes)];
-        const int widest = std::min(photo.width, static_cast<int>(photo.height * aspect));
+        const int widest = std::min(photo.width(), static_cast<int>(photo.height() * aspect));
         const int width = widest / 3 + below(widest * 2 / 3);
         const int height = static_cast<int>(width / aspect);
         if (width < 24 || height < 24) continue;
-        const int left = below(photo.width - width), top = below(photo.height - height);
+        const int left = below(photo.width() - width), top = below(photo.height() - height);
         const int shots = left > 0 && random() % 3 == 0 ? 2 : 1;
         for (int shot = 0; shot < shots; ++shot) {
             made.push_back(fingerprint(drawCanvas(window(photo, left - shot, top, width, height)), aspect));

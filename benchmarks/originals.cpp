@@ -63,7 +63,7 @@ double paintedMilliseconds(const images::PicturePyramid& original) {
     const double scale = std::min(static_cast<double>(width) / original.width(),
                                   static_cast<double>(height) / original.height());
     const auto& level = original.levels()[original.levelFor(scale)];
-    const QImage source(level.rgba.data(), level.width, level.height, QImage::Format_RGBX8888);
+    const QImage source(level.rgba().data(), level.width(), level.height(), QImage::Format_RGBX8888);
     QImage target(width, height, QImage::Format_RGB32);
     return milliseconds([&] {
         target.fill(Qt::black);

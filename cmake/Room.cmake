@@ -52,7 +52,8 @@ function(lumisort_qml_room uri)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
     # What Qt generates for the module includes the room's headers by name alone.
     target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
-    target_compile_definitions(${target} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
+    target_compile_definitions(${target} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII
+                               PRIVATE QT_NO_CAST_FROM_ASCII)
     # Ninja looks for new meta-objects only in the files that were there last time.
     set(seen ${CMAKE_CURRENT_BINARY_DIR}/${target}-sources.txt)
     set(before "")

@@ -77,7 +77,7 @@ Thumbnail ThumbnailStore::make(const files::FileUrl& url, const std::stop_token&
     if (const Thumbnail* kept = cache_.find(url)) return *kept;
     try {
         auto made = std::make_shared<const images::Bitmap>(decoder_(url, maxSide, either.get_token()));
-        cache_.insert(url, made, made->rgba.size());
+        cache_.insert(url, made, made->rgba().size());
         return made;
     } catch (const tasks::Cancelled&) { // the request was stopped: nobody waits for the preview
         return {};

@@ -59,6 +59,7 @@ public:
     std::function<void(std::function<void()>)> mainThread() const;
 
 private:
+    class Mailbox;
     using Alive = std::weak_ptr<const std::monostate>;
 
     /// Resumes a coroutine once, at the latest when the last owner of this is destroyed: a job that is
@@ -144,7 +145,7 @@ private:
     };
 
     Background background_;
-    std::shared_ptr<QObject> mailbox_; ///< lives on the main thread for as long as a job may post to it
+    std::shared_ptr<Mailbox> mailbox_; ///< lives on the main thread for as long as a job may post to it
     std::shared_ptr<const std::monostate> alive_ = std::make_shared<const std::monostate>();
 };
 

@@ -2,27 +2,16 @@
 
 #include "library/FolderMatcher.h"
 
+#include "platform/text/EnumNames.h"
+
 #include <algorithm>
-#include <array>
 
 namespace lumisort::model {
 
-namespace {
-
-/// By section.
-constexpr std::array<std::string_view, 6> sectionNames{"library", "folder",  "offline",
-                                                       "keep",    "cleanup", "similar"};
-
-} // namespace
-
-std::string_view sectionName(Section section) {
-    return sectionNames[static_cast<std::size_t>(section)];
-}
-
 Section sectionNamed(std::string_view name) {
-    const auto found = std::ranges::find(sectionNames, name);
-    return found == sectionNames.end() ? Section::library
-                                       : static_cast<Section>(found - sectionNames.begin());
+    constexpr text::EnumNames<Section, 6> names{
+        {"library", "folder", "offline", "keep", "cleanup", "similar"}};
+    return names.find(name).value_or(Section::library);
 }
 
 std::vector<PhotoRow> visibleRows(const LibraryState& state, const SearchNames& names,

@@ -14,9 +14,8 @@ namespace lumisort::model {
 /// What the grid shows.
 enum class Section { library, folder, offline, keep, cleanup, similar };
 
-/// "library", "folder", "offline", "keep", "cleanup", "similar".
-std::string_view sectionName(Section section);
-/// The section of that name; any other name acts like "library".
+/// The section of the name "library", "folder", "offline", "keep", "cleanup" or "similar"; any other name acts
+/// like "library".
 Section sectionNamed(std::string_view name);
 
 struct VisibleQuery {

@@ -9,7 +9,7 @@ Item {
     id: header
     required property LibraryWindow window
     readonly property ActionSet actions: window.actions
-    readonly property bool similar: window.state.section === "similar"
+    readonly property bool similar: window.state.section === WindowState.Similar
     /// Room for words instead of icons, and for keys beside the words.
     readonly property bool narrow: width < 960
     readonly property bool tight: width < (similar ? 1200 : 900)

@@ -97,8 +97,8 @@ bool LibraryWindow::isSelected(const QString& url) const {
     return file && model_.selection().selected().contains(*file);
 }
 
-void LibraryWindow::showSection(const QString& section) {
-    state_.setSectionName(section);
+void LibraryWindow::showSection(WindowState::ShownSection section) {
+    state_.setSection(static_cast<Section>(section));
     model_.selection().clear();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "review/FolderList.h"
+#include "review/ModelTypes.h"
 #include "review/PhotoActions.h"
 #include "review/PhotoCursor.h"
 #include "review/SimilarRows.h"
@@ -23,12 +24,12 @@ class LibraryWindow : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(lumisort::review::WindowState* state READ state CONSTANT)
-    Q_PROPERTY(QObject* status READ status CONSTANT)
-    Q_PROPERTY(QObject* library READ library CONSTANT)
-    Q_PROPERTY(QObject* task READ task CONSTANT)
-    Q_PROPERTY(QObject* folderImport READ folderImport CONSTANT)
-    Q_PROPERTY(QObject* matches READ matches CONSTANT)
-    Q_PROPERTY(QObject* selection READ selection CONSTANT)
+    Q_PROPERTY(lumisort::review::StatusLine* status READ status CONSTANT)
+    Q_PROPERTY(lumisort::model::Library* library READ library CONSTANT)
+    Q_PROPERTY(lumisort::model::ExclusiveTask* task READ task CONSTANT)
+    Q_PROPERTY(lumisort::model::FolderImport* folderImport READ folderImport CONSTANT)
+    Q_PROPERTY(lumisort::model::MatchSearch* matches READ matches CONSTANT)
+    Q_PROPERTY(lumisort::model::Selection* selection READ selection CONSTANT)
     Q_PROPERTY(QAbstractItemModel* photos READ photos CONSTANT)
     Q_PROPERTY(QAbstractItemModel* folders READ folders CONSTANT)
     Q_PROPERTY(lumisort::review::SimilarRows* groups READ groups CONSTANT)
@@ -88,7 +89,7 @@ public:
     int selectionRevision() const { return selectionRevision_; }
     Q_INVOKABLE bool isSelected(const QString& url) const;
 
-    Q_INVOKABLE void showSection(const QString& section);
+    Q_INVOKABLE void showSection(lumisort::review::WindowState::ShownSection section);
     Q_INVOKABLE void showFolder(const QString& url);
     /// The picker's choices: another method scans anew; another level scans anew where a scan had finished.
     int method() const { return static_cast<int>(model_.matches().method()); }

@@ -45,36 +45,36 @@ Rectangle {
             text: "All Photos"
             iconName: "view-grid"
             count: sidebar.window.library.availableCount
-            current: sidebar.window.state.section === "library"
-            onClicked: sidebar.window.showSection("library")
+            current: sidebar.window.state.section === WindowState.Library
+            onClicked: sidebar.window.showSection(WindowState.Library)
         }
         SidebarRow {
             text: "Unavailable"
             iconName: "drive-removable-media"
             count: sidebar.window.library.unavailableCount
-            current: sidebar.window.state.section === "offline"
-            onClicked: sidebar.window.showSection("offline")
+            current: sidebar.window.state.section === WindowState.Offline
+            onClicked: sidebar.window.showSection(WindowState.Offline)
         }
         SidebarRow {
             text: "Similar Photos"
             iconName: "edit-duplicate"
             count: sidebar.window.matches.groupCount
-            current: sidebar.window.state.section === "similar"
-            onClicked: sidebar.window.showSection("similar")
+            current: sidebar.window.state.section === WindowState.Similar
+            onClicked: sidebar.window.showSection(WindowState.Similar)
         }
         SidebarRow {
             text: "Import"
             iconName: "checkmark"
             count: sidebar.window.library.keptCount
-            current: sidebar.window.state.section === "keep"
-            onClicked: sidebar.window.showSection("keep")
+            current: sidebar.window.state.section === WindowState.Keep
+            onClicked: sidebar.window.showSection(WindowState.Keep)
         }
         SidebarRow {
             text: "Skip"
             iconName: "flag"
             count: sidebar.window.library.skipCount
-            current: sidebar.window.state.section === "cleanup"
-            onClicked: sidebar.window.showSection("cleanup")
+            current: sidebar.window.state.section === WindowState.Cleanup
+            onClicked: sidebar.window.showSection(WindowState.Cleanup)
         }
 
         Caption {

@@ -3,6 +3,8 @@
 #include "model/ExclusiveTask.h"
 #include "model/Reports.h"
 
+#include <QtQml/qqmlregistration.h>
+
 #include <QString>
 
 namespace lumisort::review {
@@ -10,6 +12,7 @@ namespace lumisort::review {
 /// The one line that says what the library does or did last. Main thread; task and reports outlive it.
 class StatusLine : public model::MainThreadObject {
     Q_OBJECT
+    QML_ANONYMOUS
     Q_PROPERTY(QString text READ text NOTIFY changed)
 
 public:

@@ -33,14 +33,6 @@ void WindowState::setSection(Section section) {
     Q_EMIT sectionChanged();
 }
 
-QString WindowState::sectionName() const {
-    return QString::fromUtf8(model::sectionName(section_));
-}
-
-void WindowState::setSectionName(const QString& name) {
-    setSection(model::sectionNamed(name.toStdString()));
-}
-
 void WindowState::setQuery(const QString& query) {
     assertMainThread();
     if (std::exchange(query_, query) == query) return;

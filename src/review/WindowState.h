@@ -18,17 +18,26 @@ class WindowState : public model::MainThreadObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("part of the library's window")
-    Q_PROPERTY(QString section READ sectionName WRITE setSectionName NOTIFY sectionChanged)
+    Q_PROPERTY(ShownSection section READ shownSection NOTIFY sectionChanged)
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
 
 public:
+    /// model::Section for views.
+    enum ShownSection {
+        Library = static_cast<int>(model::Section::library),
+        Folder = static_cast<int>(model::Section::folder),
+        Offline = static_cast<int>(model::Section::offline),
+        Keep = static_cast<int>(model::Section::keep),
+        Cleanup = static_cast<int>(model::Section::cleanup),
+        Similar = static_cast<int>(model::Section::similar),
+    };
+    Q_ENUM(ShownSection)
+
     explicit WindowState(model::LibraryModel& model);
 
     model::Section section() const { return section_; }
     void setSection(model::Section section);
-    /// "library", "folder", "offline", "keep", "cleanup" or "similar"; any other name acts like "library".
-    QString sectionName() const;
-    void setSectionName(const QString& name);
+    ShownSection shownSection() const { return static_cast<ShownSection>(section_); }
     /// The text that a file's name must contain, "" for any.
     QString query() const { return query_; }
     void setQuery(const QString& query);

@@ -51,12 +51,13 @@ std::vector<Taps> canvasTaps(int length) {
 
 /// R, G, B of the photo over white.
 std::vector<float> overWhite(const images::Bitmap& photo) {
-    std::vector<float> rgb(photo.rgba.size() / 4 * 3);
+    const auto rgba = photo.rgba();
+    std::vector<float> rgb(rgba.size() / 4 * 3);
     float* out = rgb.data();
-    for (std::size_t pixel = 0; pixel < photo.rgba.size(); pixel += 4) {
-        const float opacity = static_cast<float>(photo.rgba[pixel + 3]) / 255.0F;
+    for (std::size_t pixel = 0; pixel < rgba.size(); pixel += 4) {
+        const float opacity = static_cast<float>(rgba[pixel + 3]) / 255.0F;
         for (std::size_t channel = 0; channel < 3; ++channel)
-            *out++ = 255.0F - opacity * (255.0F - static_cast<float>(photo.rgba[pixel + channel]));
+            *out++ = 255.0F - opacity * (255.0F - static_cast<float>(rgba[pixel + channel]));
     }
     return rgb;
 }
@@ -65,9 +66,9 @@ std::vector<float> overWhite(const images::Bitmap& photo) {
 
 FingerprintCanvas drawCanvas(const images::Bitmap& photo) {
     const std::vector<float> source = overWhite(photo);
-    const std::vector<Taps> rows = canvasTaps(photo.height);
-    const std::vector<Taps> columns = canvasTaps(photo.width);
-    const std::size_t rowLength = std::size_t{3} * photo.width;
+    const std::vector<Taps> rows = canvasTaps(photo.height());
+    const std::vector<Taps> columns = canvasTaps(photo.width());
+    const std::size_t rowLength = std::size_t{3} * photo.width();
 
     FingerprintCanvas canvas;
     std::vector<float> line(rowLength);

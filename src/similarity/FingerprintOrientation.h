@@ -1,36 +1,22 @@
 #pragma once
 
+#include "platform/images/Orientation.h"
+
 #include <array>
 #include <cstddef>
 
 namespace lumisort::similarity {
 
-/// The eight symmetries of the square, in the order in which a fingerprint lists its hashes.
-enum class FingerprintOrientation {
-    unchanged,
-    quarterTurnClockwise,
-    halfTurn,
-    quarterTurnCounterClockwise,
-    mirrorLeftRight,
-    mirrorTopBottom,
-    mirrorMainDiagonal,
-    mirrorAntiDiagonal,
-};
+using images::Orientation;
 
-inline constexpr std::size_t orientationCount = 8;
+/// The order in which a fingerprint lists the hashes of its photo in the eight orientations.
+inline constexpr std::array hashOrder{
+    Orientation::unchanged,          Orientation::quarterTurnClockwise,
+    Orientation::halfTurn,           Orientation::quarterTurnCounterClockwise,
+    Orientation::mirrorLeftRight,    Orientation::mirrorTopBottom,
+    Orientation::mirrorMainDiagonal, Orientation::mirrorAntiDiagonal};
 
-/// Whether width and height change places.
-constexpr bool swapsSides(FingerprintOrientation orientation) {
-    switch (orientation) {
-    case FingerprintOrientation::quarterTurnClockwise:
-    case FingerprintOrientation::quarterTurnCounterClockwise:
-    case FingerprintOrientation::mirrorMainDiagonal:
-    case FingerprintOrientation::mirrorAntiDiagonal:
-        return true;
-    default:
-        return false;
-    }
-}
+inline constexpr std::size_t orientationCount = hashOrder.size();
 
 /// A cell of a square grid: row from the top, column from the left.
 struct GridCell {
@@ -41,25 +27,25 @@ struct GridCell {
 };
 
 /// The cell of the untransformed grid of side `side` that supplies `cell` of the transformed one.
-constexpr GridCell sourceCell(FingerprintOrientation orientation, GridCell cell, int side) {
+constexpr GridCell sourceCell(Orientation orientation, GridCell cell, int side) {
     const auto [y, x] = cell;
     const int last = side - 1;
     switch (orientation) {
-    case FingerprintOrientation::unchanged:
+    case Orientation::unchanged:
         break;
-    case FingerprintOrientation::quarterTurnClockwise:
+    case Orientation::quarterTurnClockwise:
         return {last - x, y};
-    case FingerprintOrientation::halfTurn:
+    case Orientation::halfTurn:
         return {last - y, last - x};
-    case FingerprintOrientation::quarterTurnCounterClockwise:
+    case Orientation::quarterTurnCounterClockwise:
         return {x, last - y};
-    case FingerprintOrientation::mirrorLeftRight:
+    case Orientation::mirrorLeftRight:
         return {y, last - x};
-    case FingerprintOrientation::mirrorTopBottom:
+    case Orientation::mirrorTopBottom:
         return {last - y, x};
-    case FingerprintOrientation::mirrorMainDiagonal:
+    case Orientation::mirrorMainDiagonal:
         return {x, y};
-    case FingerprintOrientation::mirrorAntiDiagonal:
+    case Orientation::mirrorAntiDiagonal:
         return {last - x, last - y};
     }
     return cell;
@@ -68,20 +54,20 @@ constexpr GridCell sourceCell(FingerprintOrientation orientation, GridCell cell,
 /// Whether the cosine transform's coefficient at vertical frequency `row` and horizontal frequency `column`
 /// of the transformed image has the opposite sign of its source. Reversing an axis negates the odd
 /// frequencies along it, because cos(u·(2(N−1−x) + 1)·π/2N) = (−1)^u · cos(u·(2x + 1)·π/2N).
-constexpr bool negatesCoefficient(FingerprintOrientation orientation, int row, int column) {
+constexpr bool negatesCoefficient(Orientation orientation, int row, int column) {
     const auto odd = [](int frequency) { return frequency % 2 != 0; };
     switch (orientation) {
-    case FingerprintOrientation::unchanged:
-    case FingerprintOrientation::mirrorMainDiagonal:
+    case Orientation::unchanged:
+    case Orientation::mirrorMainDiagonal:
         return false;
-    case FingerprintOrientation::quarterTurnClockwise:
-    case FingerprintOrientation::mirrorLeftRight:
+    case Orientation::quarterTurnClockwise:
+    case Orientation::mirrorLeftRight:
         return odd(column);
-    case FingerprintOrientation::quarterTurnCounterClockwise:
-    case FingerprintOrientation::mirrorTopBottom:
+    case Orientation::quarterTurnCounterClockwise:
+    case Orientation::mirrorTopBottom:
         return odd(row);
-    case FingerprintOrientation::halfTurn:
-    case FingerprintOrientation::mirrorAntiDiagonal:
+    case Orientation::halfTurn:
+    case Orientation::mirrorAntiDiagonal:
         return odd(row + column);
     }
     return false;

@@ -102,7 +102,7 @@ std::array<std::uint64_t, orientationCount>
 orientationHashes(std::span<const double, coefficientCount> coefficients) {
     std::array<std::uint64_t, orientationCount> hashes{};
     for (std::size_t k = 0; k < orientationCount; ++k) {
-        const FingerprintOrientation orientation{static_cast<int>(k)};
+        const auto orientation = hashOrder[k];
         Coefficients turned{};
         for (int row = 0; row < frequencySide; ++row)
             for (int column = row == 0 ? 1 : 0; column < frequencySide; ++column) {
@@ -130,7 +130,7 @@ VisualFingerprint fingerprint(const FingerprintCanvas& canvas, double aspect) {
 VisualFingerprint fingerprint(const files::FileUrl& url, const std::stop_token& stop) {
     const images::Bitmap photo =
         images::decoder().thumbnail(url, fingerprintThumbnailSidePixels, images::Quality::rough, stop);
-    return fingerprint(drawCanvas(photo), static_cast<double>(photo.width) / photo.height);
+    return fingerprint(drawCanvas(photo), static_cast<double>(photo.width()) / photo.height());
 }
 
 } // namespace lumisort::similarity

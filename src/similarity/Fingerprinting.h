@@ -30,7 +30,7 @@ VisualFingerprint fingerprint(const files::FileUrl& url, const std::stop_token& 
 /// The fingerprint of what is drawn on a canvas, from a photo of the given width ÷ height.
 VisualFingerprint fingerprint(const FingerprintCanvas& canvas, double aspect);
 
-/// The perceptual hash of a photo in each FingerprintOrientation, from the low frequencies of its upright
+/// The perceptual hash of a photo in each Orientation, from the low frequencies of its upright
 /// grey image: (vertical, horizontal) = (0, 1), (0, 2) … (7, 7). Bit i of a hash tells whether coefficient i
 /// of the transformed image is strictly greater than the median of all 63; bit 63 is always clear.
 std::array<std::uint64_t, orientationCount>

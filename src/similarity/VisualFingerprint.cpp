@@ -17,20 +17,20 @@ constexpr double flatSumOfSquares = 1e-12;
 /// For each cell, row by row, the number of the cell that an orientation takes it from.
 using CellSources = std::array<int, cellCount>;
 
+/// By the value of the orientation, from 1.
 constexpr std::array<CellSources, orientationCount> cellSources = [] {
     std::array<CellSources, orientationCount> tables{};
-    for (std::size_t k = 0; k < orientationCount; ++k)
+    for (const auto orientation : hashOrder)
         for (int y = 0; y < colourGridSide; ++y)
             for (int x = 0; x < colourGridSide; ++x) {
-                const auto source =
-                    sourceCell(FingerprintOrientation{static_cast<int>(k)}, {y, x}, colourGridSide);
-                tables[k][y * colourGridSide + x] = source.y * colourGridSide + source.x;
+                const auto source = sourceCell(orientation, {y, x}, colourGridSide);
+                tables[static_cast<std::size_t>(orientation) - 1][y * colourGridSide + x] = source.y * colourGridSide + source.x;
             }
     return tables;
 }();
 
-const CellSources& sourcesOf(FingerprintOrientation orientation) {
-    return cellSources[static_cast<std::size_t>(orientation)];
+const CellSources& sourcesOf(Orientation orientation) {
+    return cellSources[static_cast<std::size_t>(orientation) - 1];
 }
 
 using Lumas = std::array<double, cellCount>;
@@ -50,9 +50,9 @@ double mean(const Lumas& values) {
 
 /// Mean absolute difference of two layouts of equal length; none where a turned one is incomplete.
 std::optional<double> colorDistance(std::span<const double> a, std::span<const double> b,
-                                    FingerprintOrientation orientation) {
+                                    Orientation orientation) {
     double sum = 0;
-    if (orientation == FingerprintOrientation::unchanged) {
+    if (orientation == Orientation::unchanged) {
         for (std::size_t i = 0; i < a.size(); ++i) sum += std::abs(a[i] - b[i]);
         return sum / static_cast<double>(a.size());
     }
@@ -67,7 +67,7 @@ std::optional<double> colorDistance(std::span<const double> a, std::span<const d
 } // namespace
 
 std::optional<double> VisualFingerprint::structureCorrelation(const VisualFingerprint& other,
-                                                              FingerprintOrientation orientation) const {
+                                                              Orientation orientation) const {
     if (colors.size() != colourValueCount || other.colors.size() != colourValueCount) return std::nullopt;
     const Lumas lumasA = lumas(colors);
     const Lumas lumasB = lumas(other.colors);
@@ -103,13 +103,13 @@ std::optional<int> VisualFingerprint::matchDistance(const VisualFingerprint& anc
 
     std::optional<int> best;
     for (std::size_t k = 0; k < std::min(hashes.size(), orientationCount); ++k) {
-        const FingerprintOrientation orientation{static_cast<int>(k)};
+        const auto orientation = hashOrder[k];
         if (!(swapsSides(orientation) ? fitsTurned : fitsUpright)) continue;
         const int bits = std::popcount(hash ^ hashes[k]);
         if (bits > limit.hammingDistance || (best && bits >= *best)) continue;
         const auto color = colorDistance(colors, anchor.colors, orientation);
         if (!color || *color > limit.colorDistance) continue;
-        if (orientation != FingerprintOrientation::unchanged) {
+        if (orientation != Orientation::unchanged) {
             const auto correlation = structureCorrelation(anchor, orientation);
             if (!correlation || *correlation < minimumStructureCorrelation) continue;
         }

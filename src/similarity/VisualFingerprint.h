@@ -28,7 +28,7 @@ struct VisualFingerprint {
     std::vector<double> colors;
     double aspect = 0;    ///< width ÷ height of the upright photo
     double deviation = 0; ///< population standard deviation of the grey values, which lie on 0…1
-    /// The hash of the photo after each FingerprintOrientation, in that order.
+    /// The hash of the photo after each Orientation, in that order.
     std::vector<std::uint64_t> orientationHashes;
 
     /// Whether the photo has too little detail to be matched with anything.
@@ -42,7 +42,7 @@ struct VisualFingerprint {
     /// Correlation (−1…1) of the brightness of this colour layout with that of `other` in `orientation`. None
     /// where one of them is incomplete or almost flat.
     std::optional<double> structureCorrelation(const VisualFingerprint& other,
-                                               FingerprintOrientation orientation) const;
+                                               Orientation orientation) const;
 
     friend bool operator==(const VisualFingerprint&, const VisualFingerprint&) = default;
 };

@@ -92,8 +92,8 @@ QQuickImageResponse* ThumbnailProvider::requestImageResponse(const QString& id, 
 }
 
 QImage sharedImage(library::Thumbnail thumbnail) {
-    const auto* pixels = thumbnail->rgba.data();
-    const int width = thumbnail->width, height = thumbnail->height;
+    const auto* pixels = thumbnail->rgba().data();
+    const int width = thumbnail->width(), height = thumbnail->height();
     return QImage(
         pixels, width, height, static_cast<qsizetype>(width) * 4, QImage::Format_RGBA8888,
         [](void* held) { delete static_cast<library::Thumbnail*>(held); },

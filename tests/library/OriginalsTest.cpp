@@ -89,7 +89,7 @@ protected:
         tasks::checkCancelled(stop);
         if (!system_.isReadable(file.path())) throw OriginalError("gone");
         return images::PicturePyramid(
-            {.width = side, .height = 1, .rgba = std::vector<std::uint8_t>(4 * side)});
+            images::Bitmap(side, 1, std::vector<std::uint8_t>(4 * side)));
     }
 
     void hold(const std::string& path) {

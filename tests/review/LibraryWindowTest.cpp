@@ -17,18 +17,19 @@ TEST_F(LibraryWindowTest, ShowsThePageThatTheLibraryCallsFor) {
     EXPECT_EQ(window_->page(), LibraryWindow::Welcome);
     open({"a.jpg", "b.jpg"});
     struct Case {
-        const char *section, *query;
+        WindowState::ShownSection section;
+        const char* query;
         LibraryWindow::Page page;
         const char *title, *text;
     };
     for (const auto& [section, query, page, title, text] :
-         {Case{"library", "", LibraryWindow::Photos, "All Photos", ""},
-          Case{"library", "zz", LibraryWindow::Empty, "All Photos", "No matching photos"},
-          Case{"keep", "", LibraryWindow::Empty, "Import", "No matching photos"},
-          Case{"cleanup", "", LibraryWindow::Empty, "Skip", "No matching photos"},
-          Case{"offline", "", LibraryWindow::Empty, "Unavailable", "No matching photos"},
-          Case{"similar", "", LibraryWindow::FindMatches, "Similar Photos", ""}}) {
-        window_->showSection(QString::fromUtf8(section));
+         {Case{WindowState::Library, "", LibraryWindow::Photos, "All Photos", ""},
+          Case{WindowState::Library, "zz", LibraryWindow::Empty, "All Photos", "No matching photos"},
+          Case{WindowState::Keep, "", LibraryWindow::Empty, "Import", "No matching photos"},
+          Case{WindowState::Cleanup, "", LibraryWindow::Empty, "Skip", "No matching photos"},
+          Case{WindowState::Offline, "", LibraryWindow::Empty, "Unavailable", "No matching photos"},
+          Case{WindowState::Similar, "", LibraryWindow::FindMatches, "Similar Photos", ""}}) {
+        window_->showSection(section);
         window_->state()->setQuery(QString::fromUtf8(query));
         EXPECT_EQ(window_->page(), page) << section;
         EXPECT_EQ(window_->title(), title);
@@ -46,7 +47,7 @@ TEST_F(LibraryWindowTest, ShowsThePageThatTheLibraryCallsFor) {
     model_->availability().refresh();
     settle();
     EXPECT_EQ(window_->emptyText(), "Reconnect a drive to view photos.");
-    window_->showSection(QStringLiteral("offline"));
+    window_->showSection(WindowState::Offline);
     EXPECT_EQ(window_->page(), LibraryWindow::Photos);
 }
 
@@ -123,7 +124,7 @@ TEST_F(LibraryWindowTest, AsksToCompareTwoPhotosWithinTheirGroup) {
     window_->state()->compare(); // one is no pair
     model_->selection().toggle(named(2));
     window_->state()->compare();
-    window_->showSection(QStringLiteral("library"));
+    window_->showSection(WindowState::Library);
     model_->selection().toggle(named(1));
     model_->selection().toggle(named(2));
     window_->state()->compare();

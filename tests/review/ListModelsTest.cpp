@@ -70,7 +70,7 @@ protected:
             model_->availability().refresh();
             break;
         case 4:
-            window_->showSection(QLatin1String(any(sections_)));
+            window_->showSection(any(sections_));
             break;
         case 5:
             window_->showFolder(QString::fromUtf8(any(folders_).string()));
@@ -144,7 +144,9 @@ protected:
     VisibleWindowModel visibleWindow_;
     QList<std::pair<int, QString>> seen_; ///< position and text of each row
     const std::vector<files::FileUrl> folders_{url("/p/"), url("/q/"), url("/q/inner/")};
-    static constexpr const char* sections_[] = {"library", "offline", "keep", "cleanup", "similar"};
+    static constexpr WindowState::ShownSection sections_[] = {WindowState::Library, WindowState::Offline,
+                                                              WindowState::Keep, WindowState::Cleanup,
+                                                              WindowState::Similar};
     std::mt19937 random_{5}, windowRandom_{7};
 };
 

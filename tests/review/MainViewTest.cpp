@@ -142,11 +142,11 @@ TEST_F(MainViewTest, IsUsedByMouseAlone) {
     settle();
     EXPECT_EQ(model_->library().skipCount(), 1);
     stage_.click(QStringLiteral("Skip, 1"));
-    EXPECT_EQ(window_->state()->sectionName(), "cleanup");
+    EXPECT_EQ(window_->state()->section(), model::Section::cleanup);
     EXPECT_THAT(selectedNames(), IsEmpty());
     EXPECT_TRUE(stage_.has(QStringLiteral("b.jpg, Skip")));
     stage_.click(QStringLiteral("p"));
-    EXPECT_EQ(window_->state()->sectionName(), "folder");
+    EXPECT_EQ(window_->state()->section(), model::Section::folder);
 
     findGroups({{0, 2}});
     stage_.settle();
@@ -164,7 +164,7 @@ TEST_F(MainViewTest, ShowsInTheGroupsWhatAClickSelectsAfterEverySearch) {
     std::vector<std::vector<std::size_t>> groups;
     for (std::size_t i = 0; i + 1 < names.size(); i += 2) groups.push_back({i, i + 1});
     findGroups(groups);
-    window_->showSection(QStringLiteral("similar"));
+    window_->showSection(WindowState::Similar);
     stage_.settle();
     for (const char* query : {"", "x", "y", "y2", "", "x3", "y"}) {
         SCOPED_TRACE(query);

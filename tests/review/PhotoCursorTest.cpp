@@ -66,7 +66,7 @@ TEST_F(PhotoCursorTest, StaysWithItsPhotoAndTakesTheNextOnesPlace) {
     for (const auto index : {1u, 2u, 3u})
         model_->marking().mark({named(index)}, library::ReviewDecision::keep);
     settle();
-    window_->showSection("keep");
+    window_->showSection(WindowState::Keep);
     cursor().move(0, 0, false);
     cursor().move(1, 0, false);
     EXPECT_EQ(here(), "c.jpg");

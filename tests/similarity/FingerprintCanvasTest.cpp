@@ -12,11 +12,12 @@ using Pixel = std::array<std::uint8_t, 4>;
 
 template <class Color>
 images::Bitmap bitmap(int width, int height, Color color) {
-    images::Bitmap result{.width = width, .height = height, .rgba = {}};
+    images::Bitmap result(width, height);
+    auto* to = result.rgba().data();
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const Pixel pixel = color(y, x);
-            result.rgba.insert(result.rgba.end(), pixel.begin(), pixel.end());
+            to = std::ranges::copy(pixel, to).out;
         }
     return result;
 }

@@ -19,7 +19,7 @@ FingerprintCanvas noiseCanvas(unsigned seed) {
     return canvas;
 }
 
-FingerprintCanvas transformed(const FingerprintCanvas& canvas, FingerprintOrientation orientation) {
+FingerprintCanvas transformed(const FingerprintCanvas& canvas, Orientation orientation) {
     FingerprintCanvas result;
     for (int y = 0; y < canvasSide; ++y)
         for (int x = 0; x < canvasSide; ++x)
@@ -61,7 +61,7 @@ TEST(Fingerprint, HashesAreThoseOfTheTurnedAndMirroredCanvases) {
         ASSERT_EQ(upright.orientationHashes.size(), orientationCount);
         EXPECT_EQ(upright.hash, upright.orientationHashes.front());
         for (std::size_t k = 0; k < orientationCount; ++k) {
-            const auto turned = transformed(canvas, FingerprintOrientation{static_cast<int>(k)});
+            const auto turned = transformed(canvas, hashOrder[k]);
             EXPECT_EQ(upright.orientationHashes[k], literalHash(turned))
                 << "seed " << seed << " orientation " << k;
             // 63 different values: 31 lie above their median, and bit 63 stands for none.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -24,9 +25,10 @@ VisualFingerprint textured() {
 }
 
 /// `photo` after an orientation, as its file would be fingerprinted.
-VisualFingerprint oriented(const VisualFingerprint& photo, FingerprintOrientation orientation) {
+VisualFingerprint oriented(const VisualFingerprint& photo, Orientation orientation) {
     VisualFingerprint made = photo;
-    made.hash = photo.orientationHashes[static_cast<std::size_t>(orientation)];
+    made.hash = photo.orientationHashes[static_cast<std::size_t>(std::ranges::find(hashOrder, orientation) -
+                                                                 hashOrder.begin())];
     if (swapsSides(orientation)) made.aspect = 1 / photo.aspect;
     for (int y = 0; y < 8; ++y)
         for (int x = 0; x < 8; ++x) {
@@ -43,7 +45,7 @@ constexpr auto none = std::optional<int>();
 TEST(Matching, EveryOrientationOfAPhotoMatchesIt) {
     const auto photo = textured();
     for (int k = 0; k < 8; ++k) {
-        const FingerprintOrientation orientation{k};
+        const auto orientation = hashOrder[static_cast<std::size_t>(k)];
         for (const auto level : allSimilarityLevels)
             EXPECT_EQ(oriented(photo, orientation).matchDistance(photo, level), 0) << k;
         EXPECT_NEAR(*oriented(photo, orientation).structureCorrelation(photo, orientation), 1, 1e-12);
@@ -96,7 +98,7 @@ TEST(Matching, EachTestHasItsLimit) {
 TEST(Matching, TheNearestOrientationCounts) {
     auto anchor = textured();
     anchor.aspect = 1; // every orientation has the right shape
-    auto candidate = oriented(anchor, FingerprintOrientation::mirrorMainDiagonal);
+    auto candidate = oriented(anchor, Orientation::mirrorMainDiagonal);
     candidate.hash ^= 0b11100000;
     anchor.orientationHashes[5] = candidate.hash; // nearer, but the brightness is laid out otherwise
     EXPECT_EQ(candidate.matchDistance(anchor, loose), 3);
@@ -118,7 +120,7 @@ TEST(Matching, IncompleteFingerprintsMatchUprightOnly) {
 }
 
 TEST(Matching, CorrelationTellsStructureFromBrightness) {
-    const auto upright = FingerprintOrientation::unchanged;
+    const auto upright = Orientation::unchanged;
     const auto photo = textured();
     auto other = photo;
     for (double& color : other.colors) color = 1 - color;

@@ -68,9 +68,9 @@ protected:
             gone.acquire();
             stopped_.release();
         }
-        images::Bitmap bitmap{.width = 90, .height = 60, .rgba = std::vector<std::uint8_t>(90 * 60 * 4)};
-        for (std::size_t i = 0; i < bitmap.rgba.size(); i += 4)
-            bitmap.rgba[i + 2] = 255, bitmap.rgba[i + 3] = 128;
+        images::Bitmap bitmap(90, 60, std::vector<std::uint8_t>(90 * 60 * 4));
+        for (std::size_t i = 0; i < bitmap.rgba().size(); i += 4)
+            bitmap.rgba()[i + 2] = 255, bitmap.rgba()[i + 3] = 128;
         return bitmap;
     }};
     ThumbnailProvider* provider_ = new ThumbnailProvider(store_); // the engine's
@@ -122,9 +122,9 @@ TEST_F(ThumbnailProviderTest, StopsWhatIsNotShownAnyMore) {
 
 TEST(SharedImage, SharesThePixelsForAsLongAsItLives) {
     auto thumbnail =
-        std::make_shared<images::Bitmap>(images::Bitmap{.width = 1, .height = 1, .rgba = {10, 20, 30, 255}});
+        std::make_shared<images::Bitmap>(images::Bitmap(1, 1, std::array<std::uint8_t, 4>{10, 20, 30, 255}));
     auto image = sharedImage(thumbnail);
-    EXPECT_EQ(image.constBits(), thumbnail->rgba.data());
+    EXPECT_EQ(image.constBits(), thumbnail->rgba().data());
     EXPECT_EQ(image.pixelColor(0, 0), QColor(10, 20, 30));
     EXPECT_EQ(thumbnail.use_count(), 2);
     image = {};

@@ -88,7 +88,7 @@ std::vector<Job> jobsOf(const FilmOptions& options) {
 }
 
 void writePng(const images::Bitmap& bitmap, const files::FileUrl& file) {
-    const QImage image(bitmap.rgba.data(), bitmap.width, bitmap.height, 4 * bitmap.width,
+    const QImage image(bitmap.rgba().data(), bitmap.width(), bitmap.height(), 4 * bitmap.width(),
                        QImage::Format_RGBA8888);
     QByteArray bytes;
     QBuffer buffer(&bytes);

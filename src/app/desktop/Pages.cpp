@@ -93,7 +93,7 @@ void showFirstPage(Desktop& desktop) {
     desktop.lifecycle().answer(false);
     desktop.library().dismissNotice();
     desktop.library().state()->setQuery({});
-    desktop.library().showSection(QStringLiteral("library"));
+    desktop.library().showSection(review::WindowState::Library);
 }
 
 } // namespace lumisort::app

@@ -52,12 +52,12 @@ auto finishing(const std::shared_ptr<QPromise<Result>>& promise) {
 
 /// The picture without a copy of its pixels.
 QImage imageOf(images::Bitmap bitmap) {
-    if (bitmap.rgba.empty()) return {};
+    if (bitmap.isEmpty()) return {};
     auto* owner = new images::Bitmap(std::move(bitmap));
-    return {owner->rgba.data(),
-            owner->width,
-            owner->height,
-            qsizetype{4} * owner->width,
+    return {owner->rgba().data(),
+            owner->width(),
+            owner->height(),
+            qsizetype{4} * owner->width(),
             QImage::Format_RGBX8888,
             [](void* pixels) { delete static_cast<images::Bitmap*>(pixels); },
             owner};

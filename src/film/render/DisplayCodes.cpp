@@ -43,9 +43,7 @@ void encode(const PlaneView& light, CodeRows& rows) {
 
 images::Bitmap displayBitmap(const images::LinearImage& light) {
     constexpr int rowsAtOnce = 16;
-    images::Bitmap bitmap{light.width(), light.height(), {}};
-    bitmap.rgba.reserve(4 * static_cast<std::size_t>(light.width()) *
-                        static_cast<std::size_t>(light.height()));
+    images::Bitmap bitmap(light.width(), light.height());
     Planes planes;
     for (int y = 0; y < light.height(); y += rowsAtOnce) {
         const Rectangle rows{0, y, light.width(), std::min(rowsAtOnce, light.height() - y)};
@@ -57,7 +55,7 @@ images::Bitmap displayBitmap(const images::LinearImage& light) {
         for (int row = 0; row < rows.height; ++row)
             std::transform(codes.data + row * codes.stride,
                            codes.data + row * codes.stride + 4 * light.width(),
-                           std::back_inserter(bitmap.rgba),
+                           bitmap.row(y + row).data(),
                            [](std::uint16_t code) { return static_cast<std::uint8_t>(code); });
     }
     return bitmap;

@@ -75,13 +75,12 @@ void renderBands(const FilmPicture& picture, const std::function<void(const Code
 
 std::string jpegOf(const FilmPicture& picture, const std::stop_token& stop) {
     const auto whole = picture.chain.picture();
-    images::Bitmap bitmap{whole.width, whole.height, {}};
-    bitmap.rgba.reserve(4 * static_cast<std::size_t>(whole.width) * static_cast<std::size_t>(whole.height));
+    images::Bitmap bitmap(whole.width, whole.height);
+    auto* to = bitmap.rgba().data();
     renderBands(
         picture,
         [&](const CodeRows& rows) {
-            for (const auto code : rows.rgba)
-                bitmap.rgba.push_back(static_cast<std::uint8_t>((code + 128) / 257));
+            for (const auto code : rows.rgba) *to++ = static_cast<std::uint8_t>((code + 128) / 257);
         },
         stop);
     return images::decoder().encodeJpeg(bitmap, jpegQuality);

@@ -49,8 +49,8 @@ FilmPreview FilmRenderEngine::preview(const files::FileUrl& photo, const FilmSet
                         .originalWidth = source.originalWidth,
                         .originalHeight = source.originalHeight,
                         .isRAW = source.isRAW};
-    if (original_.rgba.empty()) original_ = atDisplaySize(source.image, stop);
-    preview.original = original_;
+    if (original_.isEmpty()) original_ = atDisplaySize(source.image, stop);
+    preview.original = original_.clone();
     tasks::checkCancelled(stop);
     return preview;
 }

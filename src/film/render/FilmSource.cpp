@@ -32,13 +32,12 @@ std::array<float, 256> lightOfCodes() {
 
 images::LinearImage linear(const images::Bitmap& bitmap) {
     static const auto light = lightOfCodes();
-    images::LinearImage image(bitmap.width, bitmap.height);
+    images::LinearImage image(bitmap.width(), bitmap.height());
     for (int c = 0; c < 3; ++c)
-        for (int y = 0; y < bitmap.height; ++y) {
-            const auto* codes =
-                bitmap.rgba.data() + 4 * static_cast<std::size_t>(y) * static_cast<std::size_t>(bitmap.width);
+        for (int y = 0; y < bitmap.height(); ++y) {
+            const auto codes = bitmap.row(y);
             float* row = image.plane(c).row(y);
-            for (int x = 0; x < bitmap.width; ++x) row[x] = light[codes[4 * x + c]];
+            for (int x = 0; x < bitmap.width(); ++x) row[x] = light[codes[static_cast<std::size_t>(4 * x + c)]];
         }
     return image;
 }
@@ -62,7 +61,7 @@ FilmSource decoded(const files::FileUrl& photo, const images::ImageProperties& p
     const auto bitmap = images::decoder().thumbnail(
         photo, scale == SourceScale::preview ? std::min(previewSourceSide, longest) : longest,
         images::Quality::fine, stop);
-    const bool turned = properties.orientation >= 5;
+    const bool turned = images::swapsSides(properties.orientation);
     const auto width = static_cast<int>(properties.width), height = static_cast<int>(properties.height);
     return {linear(bitmap), turned ? height : width, turned ? width : height, false};
 }

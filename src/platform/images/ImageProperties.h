@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/images/Orientation.h"
+
 #include <cstdint>
 #include <string>
 
@@ -17,7 +19,7 @@ struct ImageProperties {
     std::int64_t height = 0;
     /// 1…8 as in EXIF; 1 when absent or out of range. HEIC: the container's own turning and mirroring where
     /// it has any, even by zero, and the EXIF orientation only where it has none.
-    int orientation = 1;
+    Orientation orientation = Orientation::unchanged;
     std::string dateTimeOriginal; ///< the EXIF text as it stands, "" when absent
 };
 

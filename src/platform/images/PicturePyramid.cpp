@@ -11,17 +11,18 @@ namespace {
 constexpr std::size_t channels = 4;
 
 bool opaque(const Bitmap& picture) {
-    for (std::size_t at = channels - 1; at < picture.rgba.size(); at += channels)
-        if (picture.rgba[at] != 255) return false;
+    const auto rgba = picture.rgba();
+    for (std::size_t at = channels - 1; at < rgba.size(); at += channels)
+        if (rgba[at] != 255) return false;
     return true;
 }
 
 void premultiply(Bitmap& picture) {
-    for (std::size_t at = 0; at < picture.rgba.size(); at += channels) {
-        const int alpha = picture.rgba[at + 3];
+    const auto rgba = picture.rgba();
+    for (std::size_t at = 0; at < rgba.size(); at += channels) {
+        const int alpha = rgba[at + 3];
         for (std::size_t channel = 0; channel < 3; ++channel)
-            picture.rgba[at + channel] =
-                static_cast<std::uint8_t>((picture.rgba[at + channel] * alpha + 127) / 255);
+            rgba[at + channel] = static_cast<std::uint8_t>((rgba[at + channel] * alpha + 127) / 255);
     }
 }
 
@@ -42,15 +43,10 @@ void halveRow(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t
 }
 
 Bitmap halved(const Bitmap& picture) {
-    Bitmap half{.width = (picture.width + 1) / 2, .height = (picture.height + 1) / 2};
-    const auto row = channels * static_cast<std::size_t>(picture.width);
-    const auto halfRow = channels * static_cast<std::size_t>(half.width);
-    half.rgba.resize(halfRow * static_cast<std::size_t>(half.height));
-    for (int y = 0; y < half.height; ++y) {
-        const auto upper = static_cast<std::size_t>(2 * y);
-        const auto lower = static_cast<std::size_t>(std::min(2 * y + 1, picture.height - 1));
-        halveRow(&picture.rgba[row * upper], &picture.rgba[row * lower],
-                 &half.rgba[halfRow * static_cast<std::size_t>(y)], picture.width);
+    Bitmap half((picture.width() + 1) / 2, (picture.height() + 1) / 2);
+    for (int y = 0; y < half.height(); ++y) {
+        const int lower = std::min(2 * y + 1, picture.height() - 1);
+        halveRow(picture.row(2 * y).data(), picture.row(lower).data(), half.row(y).data(), picture.width());
     }
     return half;
 }
@@ -60,7 +56,7 @@ Bitmap halved(const Bitmap& picture) {
 PicturePyramid::PicturePyramid(Bitmap picture, const std::stop_token& stop) : isOpaque_(opaque(picture)) {
     if (!isOpaque_) premultiply(picture);
     levels_.push_back(std::move(picture));
-    while (std::max(levels_.back().width, levels_.back().height) > smallestSide) {
+    while (std::max(levels_.back().width(), levels_.back().height()) > smallestSide) {
         tasks::checkCancelled(stop);
         levels_.push_back(halved(levels_.back()));
     }
@@ -68,7 +64,7 @@ PicturePyramid::PicturePyramid(Bitmap picture, const std::stop_token& stop) : is
 
 std::size_t PicturePyramid::bytes() const {
     std::size_t sum = 0;
-    for (const auto& level : levels_) sum += level.rgba.size();
+    for (const auto& level : levels_) sum += level.rgba().size();
     return sum;
 }
 

@@ -20,8 +20,8 @@ public:
     /// Takes the picture over as level 0. Looks at `stop` between levels and throws tasks::Cancelled.
     explicit PicturePyramid(Bitmap picture, const std::stop_token& stop = {});
 
-    int width() const { return levels_.front().width; }
-    int height() const { return levels_.front().height; }
+    int width() const { return levels_.front().width(); }
+    int height() const { return levels_.front().height(); }
     const std::vector<Bitmap>& levels() const { return levels_; }
     /// Whether every pixel is opaque.
     bool isOpaque() const { return isOpaque_; }

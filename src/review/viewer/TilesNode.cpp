@@ -12,8 +12,8 @@ using Original = library::OriginalDecodeQueue::Original;
 /// A part of a level without a copy of its pixels; it keeps the original alive.
 QImage imageOf(const Original& original, std::size_t level, const QRect& part) {
     const auto& picture = original->levels()[level];
-    const auto stride = qsizetype{4} * picture.width;
-    const auto* first = picture.rgba.data() + part.y() * stride + qsizetype{4} * part.x();
+    const auto stride = qsizetype{4} * picture.width();
+    const auto* first = picture.rgba().data() + part.y() * stride + qsizetype{4} * part.x();
     return QImage(
         first, part.width(), part.height(), stride,
         original->isOpaque() ? QImage::Format_RGBX8888 : QImage::Format_RGBA8888_Premultiplied,
@@ -35,7 +35,7 @@ void TilesNode::show(QQuickWindow& window, const Original& original, const ui::P
     const auto& picture = original->levels()[level];
     const auto filtering = view.actualPixels ? QSGTexture::Nearest : QSGTexture::Linear;
     for (const auto& tile :
-         ui::visibleTiles(view, static_cast<int>(level), {picture.width, picture.height})) {
+         ui::visibleTiles(view, static_cast<int>(level), {picture.width(), picture.height()})) {
         const Key key(level, tile.cell.x(), tile.cell.y());
         auto* node = [&] {
             if (auto known = before.extract(key)) return known.mapped();

@@ -109,19 +109,19 @@ AreaFilter::AreaFilter() {
 }
 
 void AreaFilter::shrink(const images::Bitmap& source, int width, int height, std::span<float> result) {
-    std::span<const std::uint8_t> bytes = source.rgba;
+    std::span<const std::uint8_t> bytes = source.rgba();
     if (!isOpaque(bytes)) {
         opaque_.resize(bytes.size());
         layOverWhite(bytes, opaque_);
         bytes = opaque_;
     }
-    const std::size_t rowBytes = std::size_t{4} * source.width;
+    const std::size_t rowBytes = std::size_t{4} * source.width();
     sums_.resize(rowBytes);
     columns_.clear();
-    for (int x = 0; x < width; ++x) columns_.push_back(coverOf(x, width, source.width));
-    const double area = static_cast<double>(source.width) * source.height; // of a pixel of the result
+    for (int x = 0; x < width; ++x) columns_.push_back(coverOf(x, width, source.width()));
+    const double area = static_cast<double>(source.width()) * source.height(); // of a pixel of the result
     for (int y = 0; y < height; ++y) {
-        const AreaFilter::Cover rows = coverOf(y, height, source.height);
+        const AreaFilter::Cover rows = coverOf(y, height, source.height());
         HWY_DYNAMIC_DISPATCH(SumRows)(bytes.data(), rowBytes, rows, static_cast<std::uint32_t>(height),
                                       sums_.data());
         HWY_DYNAMIC_DISPATCH(SumColumns)(sums_.data(), columns_, static_cast<float>(width),

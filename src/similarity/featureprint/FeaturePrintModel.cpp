@@ -20,8 +20,7 @@ constexpr const char* weightsName = "feature-print.weights";
 
 void check(const images::Bitmap& photo) {
     constexpr int maxSide = 65'535;
-    if (photo.width < 1 || photo.height < 1 || photo.width > maxSide || photo.height > maxSide ||
-        photo.rgba.size() != std::size_t{4} * photo.width * photo.height)
+    if (photo.isEmpty() || photo.width() > maxSide || photo.height() > maxSide)
         refuse("The picture is empty.");
 }
 

@@ -29,8 +29,8 @@ std::string tile(const library::Photo& photo, const ContactSheetOptions& options
         const auto bitmap = options.thumbnail ? options.thumbnail(photo.url, options.thumbnailSide, stop)
                                               : images::decoder().thumbnail(photo.url, options.thumbnailSide,
                                                                             images::Quality::fine, stop);
-        return "<img loading=\"lazy\" decoding=\"async\" alt=\"\" width=\"" + std::to_string(bitmap.width) +
-               "\" height=\"" + std::to_string(bitmap.height) + "\" src=\"data:image/jpeg;base64," +
+        return "<img loading=\"lazy\" decoding=\"async\" alt=\"\" width=\"" + std::to_string(bitmap.width()) +
+               "\" height=\"" + std::to_string(bitmap.height()) + "\" src=\"data:image/jpeg;base64," +
                base64(images::decoder().encodeJpeg(bitmap, jpegQuality)) + "\">";
     } catch (const images::ImageError& error) {
         return htmlText(error.what());

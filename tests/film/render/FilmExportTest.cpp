@@ -129,14 +129,14 @@ TEST(FilmExport, ReducedAgreesWithThePreviewAtEverySizeAndFormat) {
             room.engine.exportPhoto(photo, settings, print);
             const auto exported = reduced(lightOf(*room.system.contents("/prints/a.tif"), width, height),
                                           previewSide, ReductionFilter::lanczos, inOrder, {});
-            ASSERT_EQ(preview.width, 1600);
-            ASSERT_GE(preview.height, 399); // 1600 · height / width, cut off
-            const int rows = preview.height;
+            ASSERT_EQ(preview.width(), 1600);
+            ASSERT_GE(preview.height(), 399); // 1600 · height / width, cut off
+            const int rows = preview.height();
             ASSERT_EQ(exported.width(), 1600);
             ASSERT_EQ(exported.height(), rows);
             const Codes shown = [&](int x, int y, int c) -> double {
-                return preview.rgba[4 * static_cast<std::size_t>(std::min(y, rows - 1) * 1600 + x) +
-                                    static_cast<std::size_t>(c)];
+                return preview.rgba()[4 * static_cast<std::size_t>(std::min(y, rows - 1) * 1600 + x) +
+                                      static_cast<std::size_t>(c)];
             };
             const Codes written = [&](int x, int y, int c) {
                 return 255 * encoded(exported.plane(c).at(x, std::min(y, rows - 1)));
@@ -165,12 +165,12 @@ TEST(FilmExport, ShowsTheSamePixelsInADetailHoweverWideOrHighThePhotoIs) {
         room.engine.exportPhoto(photo, settings, print);
         const auto whole = lightOf(*room.system.contents("/prints/a.tif"), width, height);
         const auto detail = room.engine.detail(photo, settings, part);
-        ASSERT_EQ(detail.width, part.width);
+        ASSERT_EQ(detail.width(), part.width);
         for (int y = 0; y < part.height; ++y)
             for (int x = 0; x < part.width; ++x)
                 for (int c = 0; c < 3; ++c)
-                    ASSERT_NEAR(detail.rgba[4 * static_cast<std::size_t>(y * part.width + x) +
-                                            static_cast<std::size_t>(c)],
+                    ASSERT_NEAR(detail.rgba()[4 * static_cast<std::size_t>(y * part.width + x) +
+                                              static_cast<std::size_t>(c)],
                                 255 * encoded(whole.plane(c).at(part.x + x, part.y + y)), 0.503);
     }
 }
@@ -271,7 +271,7 @@ TEST(FilmExport, IsReadByLibtiffAsTheCodesThatWereRendered) {
     for (int y = 0; y < height; ++y) {
         ASSERT_EQ(TIFFReadScanline(tiff.get(), row.data(), static_cast<std::uint32_t>(y)), 1);
         for (std::size_t i = 0; i < row.size(); ++i)
-            ASSERT_NEAR(whole.rgba[static_cast<std::size_t>(y) * row.size() + i], row[i] / 257.0, 0.502);
+            ASSERT_NEAR(whole.rgba()[static_cast<std::size_t>(y) * row.size() + i], row[i] / 257.0, 0.502);
     }
 }
 

@@ -24,7 +24,7 @@ TEST(Content, DecidesWhateverTheNameSays) {
         const auto url = folder.write(name, bytes);
         EXPECT_EQ(decoder().identify(url), type) << name;
         EXPECT_EQ(decoder().properties(url).type, type) << name;
-        EXPECT_EQ(decoder().thumbnail(url, 20).width, 20) << name;
+        EXPECT_EQ(decoder().thumbnail(url, 20).width(), 20) << name;
     }
 }
 

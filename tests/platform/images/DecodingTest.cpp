@@ -27,7 +27,7 @@ TEST(Properties, OfEveryFormat) {
         EXPECT_EQ(properties.type, type) << ending;
         EXPECT_EQ(properties.width, 30) << ending;
         EXPECT_EQ(properties.height, 20) << ending;
-        EXPECT_EQ(properties.orientation, 6) << ending;
+        EXPECT_EQ(properties.orientation, Orientation::quarterTurnClockwise) << ending;
         EXPECT_EQ(properties.dateTimeOriginal, date) << ending;
     }
 }
@@ -57,8 +57,8 @@ TEST(Properties, OfCameraFiles) {
         EXPECT_EQ(properties.dateTimeOriginal, camera.date) << camera.path;
         if (camera.type != ImageType::raw) continue;
         const Bitmap thumbnail = decoder().thumbnail(url, 256);
-        EXPECT_EQ(thumbnail.width, 256) << camera.path;
-        EXPECT_EQ(thumbnail.height, std::lround(256.0 * camera.height / camera.width)) << camera.path;
+        EXPECT_EQ(thumbnail.width(), 256) << camera.path;
+        EXPECT_EQ(thumbnail.height(), std::lround(256.0 * camera.height / camera.width)) << camera.path;
     }
 }
 
@@ -73,9 +73,9 @@ TEST(Thumbnail, FitsAndIsNeverEnlarged) {
         const auto picture = test::asymmetricPicture(width, height);
         for (const char* name : {"a.jpg", "a.png", "a.tif"}) {
             const Bitmap thumbnail = decoder().thumbnail(save(picture.get(), folder, name), maxSide);
-            EXPECT_EQ(thumbnail.width, thumbnailWidth) << width << 'x' << height << ' ' << name;
-            EXPECT_EQ(thumbnail.height, thumbnailHeight) << width << 'x' << height << ' ' << name;
-            EXPECT_EQ(thumbnail.rgba.size(), std::size_t{4} * thumbnailWidth * thumbnailHeight);
+            EXPECT_EQ(thumbnail.width(), thumbnailWidth) << width << 'x' << height << ' ' << name;
+            EXPECT_EQ(thumbnail.height(), thumbnailHeight) << width << 'x' << height << ' ' << name;
+            EXPECT_EQ(thumbnail.rgba().size(), std::size_t{4} * thumbnailWidth * thumbnailHeight);
         }
     }
 }
@@ -225,7 +225,7 @@ TEST(Thumbnail, TransparentPixelsDoNotColourTheirNeighbours) {
         return vips_join(clear.get(), blue.get(), out, VIPS_DIRECTION_HORIZONTAL, nullptr);
     });
     const Bitmap thumbnail = decoder().thumbnail(save(both.get(), folder, "a.png"), 10);
-    for (int x = 0; x < thumbnail.width; ++x)
+    for (int x = 0; x < thumbnail.width(); ++x)
         if (const Rgba colour = test::pixel(thumbnail, x, 2); colour[3] > 8) {
             EXPECT_LT(colour[0], 8) << x;
         }

@@ -28,7 +28,7 @@ std::string describe(const files::FileUrl& url) {
         text = std::to_string(properties.width) + "x" + std::to_string(properties.height) + " ";
         const Bitmap thumbnail = decoder().thumbnail(url, 256);
         std::uint64_t sum = 0;
-        for (const auto sample : thumbnail.rgba) sum = sum * 31 + sample;
+        for (const auto sample : thumbnail.rgba()) sum = sum * 31 + sample;
         return text + std::to_string(sum);
     } catch (const ImageError& error) {
         return text + error.what();

@@ -1,4 +1,4 @@
-#include "platform/images/decoding/Orientation.h"
+#include "platform/images/decoding/Upright.h"
 
 #include "Pictures.h"
 
@@ -12,14 +12,14 @@ using test::difference;
 
 /// A bitmap of `width` columns whose pixels carry the digits of `pixels`.
 Bitmap numbered(int width, const std::string& pixels) {
-    Bitmap bitmap{.width = width, .height = static_cast<int>(pixels.size()) / width};
-    for (const char c : pixels) bitmap.rgba.insert(bitmap.rgba.end(), 4, static_cast<std::uint8_t>(c));
-    return bitmap;
+    std::vector<std::uint8_t> rgba;
+    for (const char c : pixels) rgba.insert(rgba.end(), 4, static_cast<std::uint8_t>(c));
+    return {width, static_cast<int>(pixels.size()) / width, rgba};
 }
 
 std::string digits(const Bitmap& bitmap) {
     std::string text;
-    for (std::size_t i = 0; i < bitmap.rgba.size(); i += 4) text += static_cast<char>(bitmap.rgba[i]);
+    for (std::size_t i = 0; i < bitmap.rgba().size(); i += 4) text += static_cast<char>(bitmap.rgba()[i]);
     return text;
 }
 
@@ -34,21 +34,21 @@ TEST(Orientation, TurnsUprightAsExifDefines) {
                                                               {2, "415263"},
                                                               {2, "635241"},
                                                               {2, "362514"}}};
-    for (int orientation = 1; orientation <= 8; ++orientation) {
+    for (std::uint8_t orientation = 1; orientation <= 8; ++orientation) {
         const auto& [width, pixels] = upright[static_cast<std::size_t>(orientation) - 1];
-        const Bitmap turned = turnUpright(numbered(3, "123456"), orientation);
-        EXPECT_EQ(turned.width, width) << orientation;
-        EXPECT_EQ(digits(turned), pixels) << orientation;
+        const Bitmap turned = turnUpright(numbered(3, "123456"), Orientation{orientation});
+        EXPECT_EQ(turned.width(), width) << int{orientation};
+        EXPECT_EQ(digits(turned), pixels) << int{orientation};
     }
 }
 
 TEST(Orientation, CompositionEqualsOneTurnAfterTheOther) {
-    for (int first = 1; first <= 8; ++first)
-        for (int second = 1; second <= 8; ++second) {
-            const Bitmap stored = numbered(3, "123456");
-            EXPECT_EQ(digits(turnUpright(turnUpright(stored, first), second)),
-                      digits(turnUpright(stored, composeOrientations(first, second))))
-                << first << ", " << second;
+    for (std::uint8_t a = 1; a <= 8; ++a)
+        for (std::uint8_t b = 1; b <= 8; ++b) {
+            const Orientation first{a}, second{b};
+            EXPECT_EQ(digits(turnUpright(turnUpright(numbered(3, "123456"), first), second)),
+                      digits(turnUpright(numbered(3, "123456"), compose(first, second))))
+                << int{a} << ", " << int{b};
         }
 }
 
@@ -56,11 +56,11 @@ TEST(Orientation, EveryFormatComesOutUpright) {
     const test::TemporaryFolder folder;
     const auto stored = asymmetricPicture(96, 64);
     for (const std::string ending : {".jpg", ".png", ".tif"})
-        for (int orientation = 1; orientation <= 8; ++orientation) {
+        for (std::uint8_t orientation = 1; orientation <= 8; ++orientation) {
             const auto url = test::saveTagged(stored.get(), orientation, folder, ending);
-            EXPECT_EQ(decoder().properties(url).orientation, orientation) << url.path();
+            EXPECT_EQ(decoder().properties(url).orientation, Orientation{orientation}) << url.path();
             EXPECT_EQ(decoder().properties(url).width, 96) << url.path();
-            const Bitmap expected = turnUpright(test::bitmapOf(stored.get()), orientation);
+            const Bitmap expected = turnUpright(test::bitmapOf(stored.get()), Orientation{orientation});
             EXPECT_LT(difference(decoder().thumbnail(url, 96), expected), 1.5) << url.path();
         }
 }
@@ -92,25 +92,26 @@ TEST(Orientation, RealFilesEqualTheirUprightReference) {
 
 struct Phone {
     const char* path;
-    int width, height, orientation; ///< as stored
+    int width, height; ///< as stored
+    Orientation orientation;
     int uprightWidth, uprightHeight;
 };
 
 TEST(Orientation, HeicIsTurnedOnce) {
     LUMISORT_NEEDS_CORPUS();
     for (const auto& phone :
-         {Phone{"heic/iphone_7.heic", 4032, 3024, 6, 48, 64},                 // EXIF alone
-          Phone{"heic/heic__Issue 437 (dotnet).heic", 4000, 1848, 6, 30, 64}, // EXIF alone
-          Phone{"heic/iphone_15_pro.heic", 4032, 3024, 6, 48, 64},            // container and EXIF
-          Phone{"orientation/kimageformats-heic/orientation5.heic", 160, 480, 5, 64, 21}}) {
+         {Phone{"heic/iphone_7.heic", 4032, 3024, Orientation::quarterTurnClockwise, 48, 64},                 // EXIF alone
+          Phone{"heic/heic__Issue 437 (dotnet).heic", 4000, 1848, Orientation::quarterTurnClockwise, 30, 64}, // EXIF alone
+          Phone{"heic/iphone_15_pro.heic", 4032, 3024, Orientation::quarterTurnClockwise, 48, 64},            // container and EXIF
+          Phone{"orientation/kimageformats-heic/orientation5.heic", 160, 480, Orientation::mirrorMainDiagonal, 64, 21}}) {
         const auto url = files::FileUrl::fromPath((*test::corpus() / phone.path).string());
         const ImageProperties properties = decoder().properties(url);
         EXPECT_EQ(properties.width, phone.width) << phone.path;
         EXPECT_EQ(properties.height, phone.height) << phone.path;
         EXPECT_EQ(properties.orientation, phone.orientation) << phone.path;
         const Bitmap thumbnail = decoder().thumbnail(url, 64);
-        EXPECT_EQ(thumbnail.width, phone.uprightWidth) << phone.path;
-        EXPECT_EQ(thumbnail.height, phone.uprightHeight) << phone.path;
+        EXPECT_EQ(thumbnail.width(), phone.uprightWidth) << phone.path;
+        EXPECT_EQ(thumbnail.height(), phone.uprightHeight) << phone.path;
     }
 }
 

@@ -12,16 +12,15 @@ namespace lumisort::images {
 namespace {
 
 Bitmap noise(int width, int height, bool opaque) {
-    Bitmap picture{.width = width, .height = height};
-    picture.rgba.resize(std::size_t{4} * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    Bitmap picture(width, height);
     std::minstd_rand random(7);
-    for (auto& sample : picture.rgba) sample = static_cast<std::uint8_t>(random() % 256);
-    for (std::size_t at = 3; opaque && at < picture.rgba.size(); at += 4) picture.rgba[at] = 255;
+    for (auto& sample : picture.rgba()) sample = static_cast<std::uint8_t>(random() % 256);
+    for (std::size_t at = 3; opaque && at < picture.rgba().size(); at += 4) picture.rgba()[at] = 255;
     return picture;
 }
 
 double sample(const Bitmap& picture, int x, int y, int channel) {
-    return picture.rgba[static_cast<std::size_t>(4 * (y * picture.width + x) + channel)];
+    return picture.rgba()[static_cast<std::size_t>(4 * (y * picture.width() + x) + channel)];
 }
 
 /// The mean of what a pixel of level `k` stands for, from level 0 in one step.
@@ -29,8 +28,8 @@ double literal(const Bitmap& full, int k, int x, int y, int channel) {
     const int side = 1 << k;
     double sum = 0;
     int count = 0;
-    for (int row = y * side; row < std::min((y + 1) * side, full.height); ++row)
-        for (int column = x * side; column < std::min((x + 1) * side, full.width); ++column, ++count)
+    for (int row = y * side; row < std::min((y + 1) * side, full.height()); ++row)
+        for (int column = x * side; column < std::min((x + 1) * side, full.width()); ++column, ++count)
             sum += sample(full, column, row, channel);
     return sum / count;
 }
@@ -42,16 +41,16 @@ TEST(PicturePyramid, LevelsAreMeansOfTheFullPictureAlsoAtOddEdges) {
     for (const auto& [width, height] : {Size{1025, 3}, Size{514, 1031}, Size{1200, 1}, Size{512, 512}}) {
         const PicturePyramid pyramid(noise(width, height, true));
         const auto& levels = pyramid.levels();
-        EXPECT_LE(std::max(levels.back().width, levels.back().height), PicturePyramid::smallestSide);
+        EXPECT_LE(std::max(levels.back().width(), levels.back().height()), PicturePyramid::smallestSide);
         EXPECT_TRUE(pyramid.isOpaque());
         for (std::size_t k = 1; k < levels.size(); ++k) {
             const int side = 1 << k;
-            ASSERT_EQ(levels[k].width, (width + side - 1) / side);
-            ASSERT_EQ(levels[k].height, (height + side - 1) / side);
+            ASSERT_EQ(levels[k].width(), (width + side - 1) / side);
+            ASSERT_EQ(levels[k].height(), (height + side - 1) / side);
         }
         if (levels.size() == 1) continue;
-        for (int y = 0; y < levels[1].height; ++y)
-            for (int x = 0; x < levels[1].width; ++x)
+        for (int y = 0; y < levels[1].height(); ++y)
+            for (int x = 0; x < levels[1].width(); ++x)
                 ASSERT_NEAR(sample(levels[1], x, y, 1), literal(levels[0], 1, x, y, 1), 0.51)
                     << x << ' ' << y;
     }
@@ -59,7 +58,7 @@ TEST(PicturePyramid, LevelsAreMeansOfTheFullPictureAlsoAtOddEdges) {
 
 TEST(PicturePyramid, MultipliesColoursByTheirAlpha) {
     const Bitmap straight = noise(3, 2, false);
-    const PicturePyramid pyramid(straight);
+    const PicturePyramid pyramid(straight.clone());
     EXPECT_FALSE(pyramid.isOpaque());
     for (int x = 0; x < 3; ++x)
         EXPECT_EQ(sample(pyramid.levels()[0], x, 1, 0),

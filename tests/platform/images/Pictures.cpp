@@ -79,20 +79,20 @@ Bitmap bitmapOf(VipsImage* image) {
         runVips([&](VipsImage** out) { return vips_bandjoin_const1(image, out, 255, nullptr); });
     std::size_t size = 0;
     auto* bytes = static_cast<std::uint8_t*>(vips_image_write_to_memory(rgba.get(), &size));
-    Bitmap bitmap{.width = image->Xsize, .height = image->Ysize, .rgba = {bytes, bytes + size}};
+    Bitmap bitmap(image->Xsize, image->Ysize, std::span(bytes, size));
     g_free(bytes);
     return bitmap;
 }
 
 double difference(const Bitmap& a, const Bitmap& b) {
-    if (a.width != b.width || a.height != b.height) return 1000;
+    if (a.width() != b.width() || a.height() != b.height()) return 1000;
     double sum = 0;
-    for (std::size_t i = 0; i < a.rgba.size(); ++i) sum += std::abs(int{a.rgba[i]} - int{b.rgba[i]});
-    return sum / static_cast<double>(a.rgba.size());
+    for (std::size_t i = 0; i < a.rgba().size(); ++i) sum += std::abs(int{a.rgba()[i]} - int{b.rgba()[i]});
+    return sum / static_cast<double>(a.rgba().size());
 }
 
 Rgba pixel(const Bitmap& bitmap, int x, int y) {
-    const auto* p = &bitmap.rgba[4 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(bitmap.width) +
+    const auto* p = &bitmap.rgba()[4 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(bitmap.width()) +
                                       static_cast<std::size_t>(x))];
     return {p[0], p[1], p[2], p[3]};
 }

@@ -24,7 +24,7 @@ std::string fileFor(const files::FileUrl& photo, int width, int height) {
 }
 
 files::FileUrl taggedPhoto(const test::TemporaryFolder& folder) {
-    const Bitmap pixel{.width = 2, .height = 1, .rgba = {10, 20, 30, 255, 40, 50, 60, 255}};
+    const Bitmap pixel(2, 1, std::array<std::uint8_t, 8>{10, 20, 30, 255, 40, 50, 60, 255});
     const auto url = folder.write("photo.jpg", decoder().encodeJpeg(pixel, 90));
     const auto image = Exiv2::ImageFactory::open(url.path());
     auto& exif = image->exifData();
@@ -109,7 +109,7 @@ TEST(TiffHead, CarriesWhatIsSaidOfThePhotoAndNothingOfItsPixels) {
 TEST(TiffHead, OfAPhotoWithoutReadableMetadataHasThePictureAlone) {
     const test::TemporaryFolder folder;
     const auto url = folder.write("a.tif", fileFor(folder.write("none.raw", "no metadata"), 2, 2));
-    EXPECT_EQ(decoder().thumbnail(url, 2).width, 2);
+    EXPECT_EQ(decoder().thumbnail(url, 2).width(), 2);
     EXPECT_EQ(decoder().tiffHead(folder.url().child("gone.dng"), 2, 2),
               decoder().tiffHead(folder.url().child("none.raw"), 2, 2));
 }

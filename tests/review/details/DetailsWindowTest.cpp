@@ -48,7 +48,7 @@ protected:
     }
 
     library::ThumbnailStore store_{
-        [](const auto&, int, const auto&) { return images::Bitmap{3, 2, std::vector<std::uint8_t>(24)}; }};
+        [](const auto&, int, const auto&) { return images::Bitmap(3, 2, std::vector<std::uint8_t>(24)); }};
     test::QuickStage stage_;
     std::unique_ptr<model::LibraryModel> library_;
     std::unique_ptr<PhotoDetailsController> controller_;

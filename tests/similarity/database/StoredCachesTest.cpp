@@ -28,14 +28,15 @@ struct StoredCachesTest : testing::Test {
         return (folder.path() / (std::to_string(number) + ".jpg")).string();
     }
     void writePhoto(int number, int pattern) const {
-        images::Bitmap picture{.width = 160, .height = 120, .rgba = {}};
-        for (int y = 0; y < picture.height; ++y)
-            for (int x = 0; x < picture.width; ++x) {
+        images::Bitmap picture(160, 120);
+        auto* to = picture.rgba().data();
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x) {
                 const double wave =
                     std::sin(x * (0.05 + 0.04 * pattern)) * std::cos(y * (0.2 - 0.04 * pattern));
                 const auto value = static_cast<std::uint8_t>(127 + 120 * wave);
-                picture.rgba.insert(picture.rgba.end(),
-                                    {value, static_cast<std::uint8_t>(255 - value), value, 255});
+                for (const int sample : {int{value}, 255 - value, int{value}, 255})
+                    *to++ = static_cast<std::uint8_t>(sample);
             }
         std::ofstream(pathOf(number), std::ios::binary) << images::decoder().encodeJpeg(picture, 90);
     }

@@ -136,11 +136,9 @@ TEST(FeaturePrintModel, HasNoPrintForWhatHasNoFeatures) {
     const test::TemporaryFolder folder;
     FeaturePrintModel::Scratch scratch;
     const FeaturePrintModel model;
-    const images::Bitmap broken[] = {
-        {}, {0, 5, {}}, {-2, -2, std::vector<std::uint8_t>(16)}, {2, 2, std::vector<std::uint8_t>(15)}};
-    for (const images::Bitmap& picture : broken) {
-        EXPECT_EQ(failureOf([&] { model.print(picture, scratch); }).failure(), FeaturePrintFailure::noPrint);
-    }
+    for (const auto& picture :
+         {std::make_shared<images::Bitmap>(), std::make_shared<images::Bitmap>(70'000, 1)})
+        EXPECT_EQ(failureOf([&] { model.print(*picture, scratch); }).failure(), FeaturePrintFailure::noPrint);
     std::string zero = installedWeights();
     std::fill(zero.begin() + numbersAt, zero.end() - digestBytes, '\0');
     const FeaturePrintModel nothing(folder.write("zero", signedAgain(zero)).path());

@@ -43,8 +43,8 @@ Map convolve(const Layer& layer, const Map& in, bool relu6) {
 
 std::vector<double> areaMeans(const images::Bitmap& source, int width, int height) {
     std::vector<double> result;
-    const double stepX = static_cast<double>(source.width) / width,
-                 stepY = static_cast<double>(source.height) / height;
+    const double stepX = static_cast<double>(source.width()) / width,
+                 stepY = static_cast<double>(source.height()) / height;
     const auto shared = [](double begin, double end, int pixel) {
         return std::max(0.0, std::min(end, pixel + 1.0) - std::max(begin, pixel + 0.0));
     };
@@ -52,13 +52,13 @@ std::vector<double> areaMeans(const images::Bitmap& source, int width, int heigh
         for (int x = 0; x < width; ++x) {
             const double left = x * stepX, right = left + stepX, top = y * stepY, bottom = top + stepY;
             double means[3] = {};
-            for (int row = static_cast<int>(top); row < std::min(bottom, source.height + 0.0); ++row)
-                for (int column = static_cast<int>(left); column < std::min(right, source.width + 0.0);
+            for (int row = static_cast<int>(top); row < std::min(bottom, source.height() + 0.0); ++row)
+                for (int column = static_cast<int>(left); column < std::min(right, source.width() + 0.0);
                      ++column) {
                     const double area =
                         shared(top, bottom, row) * shared(left, right, column) / (stepX * stepY);
                     const std::uint8_t* const pixel =
-                        &source.rgba[4 * (std::size_t{1} * row * source.width + column)];
+                        &source.rgba()[4 * (std::size_t{1} * row * source.width() + column)];
                     const double alpha = pixel[3] / 255.0;
                     for (int c = 0; c < 3; ++c) means[c] += area * (pixel[c] * alpha + 255 * (1 - alpha));
                 }
@@ -104,10 +104,10 @@ namespace lumisort::test {
 
 images::Bitmap picture(int width, int height, unsigned seed, bool transparent) {
     std::mt19937 random(seed);
-    images::Bitmap result{width, height, std::vector<std::uint8_t>(std::size_t{4} * width * height)};
+    images::Bitmap result(width, height);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
-            std::uint8_t* const pixel = &result.rgba[4 * (std::size_t{1} * y * width + x)];
+            std::uint8_t* const pixel = &result.rgba()[4 * (std::size_t{1} * y * width + x)];
             const auto noise = static_cast<unsigned>(random() >> 24);
             const bool inside = (x * 7 / width + y * 5 / height + seed) % 3 == 0;
             pixel[0] = static_cast<std::uint8_t>(inside ? 255 * x / width : noise / 4 + 40);

@@ -17,14 +17,15 @@ using testing::StartsWith;
 /// A picture of waves that `seed` sets, as a JPEG file.
 std::string waves(int seed, int quality) {
     constexpr int width = 192, height = 128;
-    images::Bitmap bitmap{.width = width, .height = height, .rgba = {}};
+    images::Bitmap bitmap(width, height);
+    auto* to = bitmap.rgba().data();
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             for (const int channel : {1, 2, 3}) {
                 const double wave = std::sin(x * 0.013 * seed * channel + seed) * std::cos(y * 0.031 * seed);
-                bitmap.rgba.push_back(static_cast<std::uint8_t>(128 + 120 * wave));
+                *to++ = static_cast<std::uint8_t>(128 + 120 * wave);
             }
-            bitmap.rgba.push_back(255);
+            *to++ = 255;
         }
     return images::decoder().encodeJpeg(bitmap, quality);
 }

@@ -31,9 +31,7 @@ SimilarityGroup groupOf(int photos, const std::string& name, bool distances = fa
 }
 
 images::Bitmap grey(const files::FileUrl&, int side, const std::stop_token&) {
-    return {.width = side,
-            .height = 2,
-            .rgba = std::vector<std::uint8_t>(8 * static_cast<std::size_t>(side), 128)};
+    return {side, 2, std::vector<std::uint8_t>(8 * static_cast<std::size_t>(side), 128)};
 }
 
 ContactSheetOptions plainOptions() {

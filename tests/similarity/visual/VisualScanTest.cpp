@@ -24,15 +24,15 @@ using testing::UnorderedElementsAre;
 
 /// A picture with detail whose top left pixel is `mark`.
 images::Bitmap marked(std::uint8_t mark) {
-    images::Bitmap photo{.width = 64, .height = 32, .rgba = std::vector<std::uint8_t>(4 * 64 * 32, 255)};
-    std::fill_n(photo.rgba.begin(), 4 * 64 * 16, std::uint8_t{0});
-    for (std::size_t alpha = 3; alpha < photo.rgba.size(); alpha += 4) photo.rgba[alpha] = 255;
-    photo.rgba[0] = mark;
+    images::Bitmap photo(64, 32, std::vector<std::uint8_t>(4 * 64 * 32, 255));
+    std::fill_n(photo.rgba().begin(), 4 * 64 * 16, std::uint8_t{0});
+    for (std::size_t alpha = 3; alpha < photo.rgba().size(); alpha += 4) photo.rgba()[alpha] = 255;
+    photo.rgba()[0] = mark;
     return photo;
 }
 
 images::Bitmap flat(std::uint8_t tone) {
-    return {.width = 40, .height = 40, .rgba = std::vector<std::uint8_t>(4 * 40 * 40, tone)};
+    return {40, 40, std::vector<std::uint8_t>(4 * 40 * 40, tone)};
 }
 
 /// Files whose contents say what becomes of them: "flat", "broken", "printless", "nan", or a number n, whose
@@ -69,7 +69,7 @@ struct Darkroom {
                  .print =
                      [this](const images::Bitmap& photo) {
                          ++prints;
-                         const int mark = photo.rgba[0];
+                         const int mark = photo.rgba()[0];
                          if (mark == 255)
                              throw FeaturePrintError(FeaturePrintFailure::noPrint, "No features.");
                          FeaturePrint print;
@@ -294,18 +294,18 @@ TEST(PhotoDetail, IsTheDeviationOfTheTones) {
     // A grey picture with half of it a little brighter: just above and just below the limit, 6.375 levels.
     for (const auto& [difference, enough] : {std::pair{14, true}, {12, false}}) {
         images::Bitmap photo = flat(100);
-        for (std::size_t i = 0; i < photo.rgba.size(); ++i)
-            photo.rgba[i] =
+        for (std::size_t i = 0; i < photo.rgba().size(); ++i)
+            photo.rgba()[i] =
                 static_cast<std::uint8_t>(i % 4 == 3 ? 255 : 100 + (i % 160 < 80 ? difference : 0));
         EXPECT_EQ(photoDetail(photo) >= leastDetail, enough) << difference;
     }
     // One black pixel in a large white picture is averaged away.
-    images::Bitmap speck{.width = 640, .height = 640, .rgba = std::vector<std::uint8_t>(4 * 640 * 640, 255)};
-    std::fill_n(speck.rgba.begin(), 3, std::uint8_t{0});
+    images::Bitmap speck(640, 640, std::vector<std::uint8_t>(4 * 640 * 640, 255));
+    std::fill_n(speck.rgba().begin(), 3, std::uint8_t{0});
     EXPECT_LT(photoDetail(speck), 0.001);
     // Transparent parts count as white, whatever colour they hide.
     images::Bitmap hidden = marked(0);
-    for (std::size_t alpha = 3; alpha < hidden.rgba.size(); alpha += 4) hidden.rgba[alpha] = 0;
+    for (std::size_t alpha = 3; alpha < hidden.rgba().size(); alpha += 4) hidden.rgba()[alpha] = 0;
     EXPECT_EQ(photoDetail(hidden), 0);
 }
 

@@ -40,8 +40,8 @@ std::shared_ptr<const ColourProfile> ColourProfile::make(std::span<const std::ui
 }
 
 void ColourProfile::toSRGB(Bitmap& bitmap) const {
-    cmsDoTransform(transform_.get(), bitmap.rgba.data(), bitmap.rgba.data(),
-                   static_cast<cmsUInt32Number>(bitmap.rgba.size() / 4));
+    cmsDoTransform(transform_.get(), bitmap.rgba().data(), bitmap.rgba().data(),
+                   static_cast<cmsUInt32Number>(bitmap.rgba().size() / 4));
 }
 
 std::shared_ptr<const ColourProfile> ColourProfile::find(std::span<const std::uint8_t> profile) {

@@ -1,7 +1,7 @@
 #include "platform/images/decoding/Heif.h"
 
 #include "platform/images/decoding/HeifBoxes.h"
-#include "platform/images/decoding/Orientation.h"
+#include "platform/images/decoding/Upright.h"
 #include "platform/images/decoding/TiffTags.h"
 #include "platform/tasks/Cancellation.h"
 
@@ -151,10 +151,11 @@ ImageProperties readHeifProperties(const FileBytes& file) {
                                .height = heif_image_handle_get_height(primary.handle.get())};
     if (properties.width < 1 || properties.height < 1) throw ImageError(damagedPicture);
     ExifFields fields = readExif(primary.handle.get());
-    properties.orientation = primary.boxes.orientation.value_or(std::max(1, fields.orientation));
+    properties.orientation = primary.boxes.orientation.value_or(
+        fields.orientation.value_or(Orientation::unchanged));
     properties.dateTimeOriginal = std::move(fields.dateTimeOriginal);
     // libheif's sizes are those after the container's own turning.
-    if (swapsSides(primary.boxes.orientation.value_or(1))) std::swap(properties.width, properties.height);
+    if (swapsSides(primary.boxes.orientation.value_or(Orientation::unchanged))) std::swap(properties.width, properties.height);
     return properties;
 }
 
@@ -188,7 +189,7 @@ Picture openHeif(const FileBytes& file, const WantedSize&, const std::stop_token
     picture.fullWidth = width;
     picture.fullHeight = height;
     if (alpha && heif_image_handle_is_premultiplied_alpha(handle)) picture.alpha = Alpha::premultiplied;
-    if (!primary.boxes.orientation) picture.orientation = std::max(1, readExif(handle).orientation);
+    if (!primary.boxes.orientation) picture.orientation = readExif(handle).orientation.value_or(Orientation::unchanged);
     if (const auto profile = readProfile(handle); !profile.empty())
         vips_image_set_blob_copy(picture.image.get(), VIPS_META_ICC_NAME, profile.data(), profile.size());
     return picture;

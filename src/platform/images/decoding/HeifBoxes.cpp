@@ -1,6 +1,6 @@
 #include "platform/images/decoding/HeifBoxes.h"
 
-#include "platform/images/decoding/Orientation.h"
+#include "platform/images/decoding/Upright.h"
 
 #include <algorithm>
 #include <array>
@@ -168,19 +168,23 @@ std::vector<std::size_t> readAssociations(Bytes ipma, std::uint64_t primary) {
     return {};
 }
 
-std::optional<int> readOrientation(Bytes iprp, std::uint64_t primary) {
+std::optional<Orientation> readOrientation(Bytes iprp, std::uint64_t primary) {
     const auto children = boxes(iprp);
     const auto properties = boxes(find(children, code("ipco")));
-    std::optional<int> orientation;
+    std::optional<Orientation> orientation;
+    const auto add = [&](Orientation next) {
+        orientation = compose(orientation.value_or(Orientation::unchanged), next);
+    };
     for (const std::size_t index : readAssociations(find(children, code("ipma")), primary)) {
         if (index < 1 || index > properties.size() || properties[index - 1].body.empty()) continue;
         const Box& property = properties[index - 1];
         const auto value = property.body[0];
         if (property.type == code("irot")) { // quarter turns against the clock
-            constexpr std::array turns{1, 8, 3, 6};
-            orientation = composeOrientations(orientation.value_or(1), turns[value & 3]);
+            constexpr std::array turns{Orientation::unchanged, Orientation::quarterTurnCounterClockwise,
+                                       Orientation::halfTurn, Orientation::quarterTurnClockwise};
+            add(turns[value & 3]);
         } else if (property.type == code("imir")) { // 0: top to bottom, 1: left to right
-            orientation = composeOrientations(orientation.value_or(1), (value & 1) != 0 ? 2 : 4);
+            add((value & 1) != 0 ? Orientation::mirrorLeftRight : Orientation::mirrorTopBottom);
         }
     }
     return orientation;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/images/Orientation.h"
 #include "platform/images/decoding/ByteSource.h"
 
 #include <optional>
@@ -9,9 +10,9 @@ namespace lumisort::images {
 /// What the boxes of an HEIF file say about its primary item and libheif does not tell (ISO/IEC 23008-12).
 struct HeifPrimary {
     bool hevc = false; ///< coded in HEVC, or a grid, an overlay or an identity of items that are
-    /// The turning and mirroring that the container asks for, as EXIF orientation 1…8; none where it has
+    /// The turning and mirroring that the container asks for, none where it has
     /// neither property. A rotation by zero counts: the container then says that nothing is to be done.
-    std::optional<int> orientation;
+    std::optional<Orientation> orientation;
 };
 
 /// None when the boxes are damaged or name no primary item.

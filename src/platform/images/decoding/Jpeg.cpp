@@ -14,7 +14,7 @@ ImageProperties propertiesOf(const JpegReader& reader) {
     return {.type = ImageType::jpeg,
             .width = reader.info().image_width,
             .height = reader.info().image_height,
-            .orientation = std::max(1, fields.orientation),
+            .orientation = fields.orientation.value_or(Orientation::unchanged),
             .dateTimeOriginal = std::move(fields.dateTimeOriginal)};
 }
 

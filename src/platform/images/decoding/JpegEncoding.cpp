@@ -5,7 +5,7 @@
 namespace lumisort::images {
 
 std::string writeJpeg(const Bitmap& bitmap, int quality, int background) {
-    const auto image = wrapSamples(bitmap.rgba.data(), bitmap.width, bitmap.height, 4);
+    const auto image = wrapSamples(bitmap.rgba().data(), bitmap.width(), bitmap.height(), 4);
     const std::unique_ptr<VipsArrayDouble, void (*)(VipsArrayDouble*)> grey(
         vips_array_double_newv(1, static_cast<double>(background)),
         [](VipsArrayDouble* array) { vips_area_unref(VIPS_AREA(array)); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/images/Orientation.h"
 #include "platform/images/decoding/Vips.h"
 
 #include <memory>
@@ -25,7 +26,7 @@ struct Picture {
     ImageReference image;          ///< evaluated on demand, from the top; the embedded profile is attached
     std::int64_t fullWidth = 0;    ///< as decoded at full size, before `orientation`; `image` may be smaller
     std::int64_t fullHeight = 0;
-    int orientation = 1;           ///< what remains to be applied, 1…8 as in EXIF
+    Orientation orientation = Orientation::unchanged; ///< what remains to be applied
     Alpha alpha = Alpha::straight; ///< counts where `image` has more channels than colours
 };
 

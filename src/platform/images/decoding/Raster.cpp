@@ -80,7 +80,7 @@ ImageProperties readRasterProperties(const FileBytes& file, ImageType type) {
     else if (vips_image_get_typeof(image.get(), VIPS_META_EXIF_NAME) != 0 &&
              vips_image_get_blob(image.get(), VIPS_META_EXIF_NAME, &block, &size) == 0)
         fields = readExifFields(std::span(static_cast<const std::uint8_t*>(block), size));
-    properties.orientation = std::max(1, fields.orientation);
+    properties.orientation = fields.orientation.value_or(Orientation::unchanged);
     properties.dateTimeOriginal = std::move(fields.dateTimeOriginal);
     return properties;
 }

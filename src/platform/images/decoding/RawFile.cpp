@@ -13,8 +13,11 @@
 namespace lumisort::images {
 namespace {
 
-/// EXIF orientations by LibRaw's flip.
-constexpr std::array orientationOfFlip{1, 2, 4, 3, 5, 8, 6, 7};
+/// By LibRaw's flip.
+constexpr std::array orientationOfFlip{Orientation::unchanged,          Orientation::mirrorLeftRight,
+                                       Orientation::mirrorTopBottom,    Orientation::halfTurn,
+                                       Orientation::mirrorMainDiagonal, Orientation::quarterTurnCounterClockwise,
+                                       Orientation::quarterTurnClockwise, Orientation::mirrorAntiDiagonal};
 
 /// Keeps DateTimeOriginal while LibRaw walks over the EXIF fields of whatever container it reads.
 void keepDate(void* into, int tag, int type, int count, unsigned, void* stream, INT64) {
@@ -64,7 +67,7 @@ RawFile::RawFile(const FileBytes& file)
     raw_->set_exifparser_handler(nullptr, nullptr);
 }
 
-int RawFile::orientation() const {
+Orientation RawFile::orientation() const {
     return orientationOfFlip[static_cast<std::size_t>(flip_)];
 }
 

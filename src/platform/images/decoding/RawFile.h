@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/images/Orientation.h"
 #include "platform/images/decoding/ByteSource.h"
 
 #include <libraw/libraw.h>
@@ -23,8 +24,7 @@ public:
     /// LibRaw's flip, 0 … 7: one bit each for exchanging rows and columns (4), mirroring top-bottom (2) and
     /// left-right (1).
     int flip() const { return flip_; }
-    /// The same as an EXIF orientation.
-    int orientation() const;
+    Orientation orientation() const;
     const std::string& date() const { return date_; }
 
     /// Runs one of LibRaw's steps, which looks at `stop`. Throws DevelopmentError where it fails, and

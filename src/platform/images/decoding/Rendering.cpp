@@ -1,5 +1,5 @@
 #include "platform/images/decoding/ColourProfile.h"
-#include "platform/images/decoding/Orientation.h"
+#include "platform/images/decoding/Upright.h"
 #include "platform/images/decoding/Picture.h"
 #include "platform/tasks/Cancellation.h"
 
@@ -138,13 +138,11 @@ ImageReference toSRGBWithAlpha(const ImageReference& image, VipsBandFormat store
 /// sequential sources need it.
 Bitmap evaluate(VipsImage* image, const std::stop_token& stop) {
     constexpr int stripRows = 64;
-    Bitmap bitmap{.width = image->Xsize, .height = image->Ysize};
-    const std::size_t row = std::size_t{4} * static_cast<std::size_t>(bitmap.width);
-    bitmap.rgba.resize(row * static_cast<std::size_t>(bitmap.height));
+    Bitmap bitmap(image->Xsize, image->Ysize);
     const Reference<VipsRegion> region(vips_region_new(image));
-    for (int top = 0; top < bitmap.height; top += stripRows) {
+    for (int top = 0; top < bitmap.height(); top += stripRows) {
         tasks::checkCancelled(stop);
-        const VipsRect strip{0, top, bitmap.width, std::min(stripRows, bitmap.height - top)};
+        const VipsRect strip{0, top, bitmap.width(), std::min(stripRows, bitmap.height() - top)};
         if (vips_region_prepare(region.get(), &strip) != 0) {
             vips_error_clear();
             tasks::checkCancelled(stop);
@@ -152,12 +150,12 @@ Bitmap evaluate(VipsImage* image, const std::stop_token& stop) {
         }
         for (int y = top; y < top + strip.height; ++y) {
             const VipsPel* from = VIPS_REGION_ADDR(region.get(), 0, y);
-            auto* to = &bitmap.rgba[row * static_cast<std::size_t>(y)];
+            const auto row = bitmap.row(y);
             if (image->Bands == 4) {
-                std::memcpy(to, from, row);
+                std::copy_n(from, row.size(), row.data());
                 continue;
             }
-            for (int x = 0; x < bitmap.width; ++x, from += 3) {
+            for (auto* to = row.data(); to < row.data() + row.size(); from += 3) {
                 for (int band = 0; band < 3; ++band) *to++ = from[band];
                 *to++ = 255;
             }

@@ -125,7 +125,7 @@ ExifFields readExifFields(const ByteSource& tiff) {
     if (!reader) return fields;
     const Directory main = reader->directory(reader->first());
     const auto orientation = reader->number(main.find(orientationTag)).value_or(0);
-    if (orientation >= 1 && orientation <= 8) fields.orientation = static_cast<int>(orientation);
+    fields.orientation = orientationOfExif(orientation);
     if (const auto at = reader->number(main.find(exifDirectoryTag)))
         fields.dateTimeOriginal = reader->text(reader->directory(*at).find(dateTimeOriginalTag));
     return fields;

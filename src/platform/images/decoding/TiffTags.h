@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/images/Orientation.h"
 #include "platform/images/decoding/ByteSource.h"
 
 #include <optional>
@@ -10,7 +11,7 @@ namespace lumisort::images {
 /// The two EXIF fields that the program looks at, from a TIFF structure: a TIFF-like file, or the block that
 /// JPEG, PNG and HEIF carry (TIFF 6.0; EXIF 2.32, 4.6).
 struct ExifFields {
-    int orientation = 0;          ///< tag 0x0112 of the first directory: 1…8; 0 when absent or out of range
+    std::optional<Orientation> orientation; ///< tag 0x0112 of the first directory
     std::string dateTimeOriginal; ///< tag 0x9003 of the EXIF directory, up to its first NUL; "" when absent
 };
 

@@ -62,7 +62,7 @@ TEST(BadRaw, ThatIsCutShortIsDamagedAtAnyLength) {
 TEST(BadRaw, OfOtherTypesIsNoRaw) {
     const test::TemporaryFolder folder;
     const std::string jpeg =
-        decoder().encodeJpeg({.width = 2, .height = 1, .rgba = {0, 0, 0, 255, 9, 9, 9, 255}}, 90);
+        decoder().encodeJpeg(Bitmap(2, 1, std::array<std::uint8_t, 8>{0, 0, 0, 255, 9, 9, 9, 255}), 90);
     EXPECT_EQ(reasonFor(folder.write("a.nef", jpeg)), std::nullopt);
     EXPECT_EQ(reasonFor(folder.write("b.dng", "")), std::nullopt);
     EXPECT_EQ(reasonFor(folder.write("c.dng", "no photo")), std::nullopt);

@@ -1,5 +1,6 @@
-#include "platform/images/decoding/Orientation.h"
+#include "platform/images/decoding/Upright.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -13,8 +14,8 @@ struct Steps {
     friend bool operator==(const Steps&, const Steps&) = default;
 };
 
-constexpr std::array<Steps, 9> steps{{{false, false, false}, // 0 stands for no value
-                                      {false, false, false},
+/// By the value of the orientation, from 1.
+constexpr std::array<Steps, 8> steps{{{false, false, false},
                                       {false, true, false},
                                       {false, true, true},
                                       {false, false, true},
@@ -23,36 +24,39 @@ constexpr std::array<Steps, 9> steps{{{false, false, false}, // 0 stands for no 
                                       {true, true, true},
                                       {true, false, true}}};
 
+constexpr Steps stepsOf(Orientation orientation) {
+    return steps[static_cast<std::size_t>(orientation) - 1];
+}
+
 } // namespace
 
-Bitmap turnUpright(Bitmap stored, int orientation) {
-    const Steps step = steps[static_cast<std::size_t>(orientation)];
-    if (step == steps[1]) return stored;
-    const int width = step.transpose ? stored.height : stored.width;
-    const int height = step.transpose ? stored.width : stored.height;
-    Bitmap upright{.width = width, .height = height, .rgba = std::vector<std::uint8_t>(stored.rgba.size())};
+Bitmap turnUpright(Bitmap stored, Orientation orientation) {
+    if (orientation == Orientation::unchanged || stored.isEmpty()) return stored;
+    const Steps step = stepsOf(orientation);
+    const int width = step.transpose ? stored.height() : stored.width();
+    const int height = step.transpose ? stored.width() : stored.height();
+    Bitmap upright(width, height);
     // Where the stored sample of (x, y) lies: start + x · alongX + y · alongY, in pixels.
-    const std::ptrdiff_t row = stored.width;
+    const std::ptrdiff_t row = stored.width();
     std::ptrdiff_t alongX = step.transpose ? row : 1, alongY = step.transpose ? 1 : row, start = 0;
     if (step.mirrorX) start += alongX * (width - 1), alongX = -alongX;
     if (step.mirrorY) start += alongY * (height - 1), alongY = -alongY;
-    std::uint8_t* out = upright.rgba.data();
+    std::uint8_t* out = upright.rgba().data();
     for (int y = 0; y < height; ++y) {
-        const std::uint8_t* in = stored.rgba.data() + 4 * (start + y * alongY);
+        const std::uint8_t* in = stored.rgba().data() + 4 * (start + y * alongY);
         for (int x = 0; x < width; ++x, out += 4, in += 4 * alongX) std::memcpy(out, in, 4);
     }
     return upright;
 }
 
-int composeOrientations(int first, int second) {
-    Steps a = steps[static_cast<std::size_t>(first)];
-    const Steps b = steps[static_cast<std::size_t>(second)];
+Orientation compose(Orientation first, Orientation second) {
+    Steps a = stepsOf(first);
+    const Steps b = stepsOf(second);
     // Exchanging rows and columns turns one mirror into the other.
     if (b.transpose) a = {!a.transpose, a.mirrorY, a.mirrorX};
     const Steps both{a.transpose, a.mirrorX != b.mirrorX, a.mirrorY != b.mirrorY};
-    for (std::size_t i = 1; i < steps.size(); ++i)
-        if (steps[i] == both) return static_cast<int>(i);
-    return 1;
+    const auto found = std::ranges::find(steps, both); // the symmetries are a group: it is there
+    return static_cast<Orientation>(found - steps.begin() + 1);
 }
 
 } // namespace lumisort::images
