@@ -98,7 +98,11 @@ void Library::rename(PhotoRow row, const Photo& after) {
     const auto recorded = photos().size();
     const auto present = state_.rename(row, after);
     ++revision_;
-    if (photos().size() != recorded) Q_EMIT photosReplaced();
+    if (photos().size() != recorded) { // a photo that was remembered under the new name
+        Q_EMIT photosReplaced();
+        ++thumbnailRevision_;
+        Q_EMIT thumbnailRevisionChanged();
+    }
     Q_EMIT renamed(before, after);
     Q_EMIT photoChanged(present);
     Q_EMIT countsChanged();

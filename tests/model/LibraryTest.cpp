@@ -255,7 +255,9 @@ TEST_F(LibraryTest, ARenameReplacesWhatAFileLeftBehindUnderTheNewName) {
     system_.remove("/p/a.jpg"); // its record and its mark stay
     model->availability().refresh();
     settle();
+    const int shown = model->library().thumbnailRevision();
     ASSERT_TRUE(model->rename(session.photos[2], "a"));
+    EXPECT_GT(model->library().thumbnailRevision(), shown) << "the preview of the file that is gone";
     settle();
     EXPECT_THAT(names(model->library().photos()), ElementsAre("b.jpg", "a.jpg"));
     EXPECT_EQ(model->library().availableCount(), 2);
