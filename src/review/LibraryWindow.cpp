@@ -192,8 +192,16 @@ void LibraryWindow::refuse(const QStringList& names) {
                           : notice_ + QStringLiteral(", ") + all);
 }
 
-void LibraryWindow::say(const QString& notice) {
-    if (std::exchange(notice_, notice) != notice) Q_EMIT noticeChanged();
+void LibraryWindow::say(const QString& notice, std::function<void()> undo) {
+    undoNotice_ = std::move(undo);
+    notice_ = notice;
+    Q_EMIT noticeChanged();
+}
+
+void LibraryWindow::undoNotice() {
+    const auto undo = std::exchange(undoNotice_, nullptr);
+    dismissNotice();
+    if (undo) undo();
 }
 
 } // namespace lumisort::review

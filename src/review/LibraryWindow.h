@@ -14,6 +14,7 @@
 
 #include <QObject>
 #include <QUrl>
+#include <functional>
 
 namespace lumisort::review {
 
@@ -49,6 +50,7 @@ class LibraryWindow : public QObject {
     Q_PROPERTY(QString folderToRemove READ folderToRemove NOTIFY folderToRemoveChanged)
     Q_PROPERTY(QString folderToProtect READ folderToProtect NOTIFY folderToProtectChanged)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
+    Q_PROPERTY(bool noticeCanBeUndone READ noticeCanBeUndone NOTIFY noticeChanged)
 
 public:
     /// What fills the window.
@@ -119,6 +121,11 @@ public:
     Q_INVOKABLE void addFolders(const QList<QUrl>& urls);
     QString notice() const { return notice_; }
     Q_INVOKABLE void dismissNotice() { say({}); }
+    /// Shows what was done outside of this window, which `undo` takes back where it is given.
+    void say(const QString& notice, std::function<void()> undo = {});
+    bool noticeCanBeUndone() const { return undoNotice_ != nullptr; }
+    /// Takes back what the notice tells of, and dismisses it.
+    Q_INVOKABLE void undoNotice();
 
 Q_SIGNALS:
     void titleChanged();
@@ -133,7 +140,6 @@ Q_SIGNALS:
     void folderWanted(const QString& startingAt);
 
 private:
-    void say(const QString& notice);
     void refuse(const QStringList& names);
 
     model::LibraryModel& model_;
@@ -147,6 +153,7 @@ private:
     PhotoActions photoActions_;
     int selectionRevision_ = 0;
     QString folderToRemove_, folderToProtect_, notice_;
+    std::function<void()> undoNotice_; ///< none where the notice tells of nothing that can be undone
 };
 
 } // namespace lumisort::review

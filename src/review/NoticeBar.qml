@@ -9,6 +9,8 @@ Rectangle {
     id: bar
     required property LibraryWindow window
     readonly property bool warns: window.marks.warning !== ""
+    /// It tells of something that was done as asked for.
+    readonly property bool done: !warns && window.noticeCanBeUndone
 
     implicitHeight: row.implicitHeight + 2 * Theme.s
     color: Theme.raised
@@ -27,8 +29,8 @@ Rectangle {
         anchors.rightMargin: Theme.l
         spacing: Theme.s
         Icon {
-            name: "data-warning"
-            color: Theme.skip
+            name: bar.done ? "checkmark" : "data-warning"
+            color: bar.done ? Theme.keep : Theme.skip
         }
         Body {
             id: label
@@ -38,6 +40,12 @@ Rectangle {
         PushButton {
             visible: bar.warns
             command: bar.window.actions.of(ActionSet.Undo)
+        }
+        PushButton {
+            visible: bar.done
+            text: "Undo"
+            iconName: "edit-undo"
+            onClicked: bar.window.undoNotice()
         }
         IconButton {
             flat: true

@@ -86,11 +86,11 @@ WindowActions::WindowActions(LibraryModel& model, WindowState& window, MarkHisto
             const auto photo = picked.size() == 1 ? model.library().photo(*picked.begin()) : std::nullopt;
             return photo ? filmReason(model, *photo) : QStringLiteral("Select a RAW photo for Film");
         });
-    add(
-        ExportFilm, [&model, &window] { window.exportFilm(pickedForFilm(model)); },
-        [&model] {
-            return pickedForFilm(model).empty() ? QStringLiteral("Select RAW photos for Film") : QString();
-        });
+    const auto noRawPicked = [&model] {
+        return pickedForFilm(model).empty() ? QStringLiteral("Select RAW photos for Film") : QString();
+    };
+    add(ExportFilm, [&model, &window] { window.exportFilm(pickedForFilm(model)); }, noRawPicked);
+    add(PasteFilm, [&model, &window] { window.pasteFilm(pickedForFilm(model)); }, noRawPicked);
     // The view carries these out.
     add(Search, [] {});
     add(Settings, [] {});

@@ -63,6 +63,8 @@ public:
     void editFilm(const library::Photo& photo) { Q_EMIT filmWanted(photo); }
     /// Asks to export RAW photos with their stored film adjustments.
     void exportFilm(const std::vector<library::Photo>& photos) { Q_EMIT filmExportWanted(photos); }
+    /// Asks to give RAW photos the film adjustments on the clipboard.
+    void pasteFilm(const std::vector<library::Photo>& photos) { Q_EMIT filmPasteWanted(photos); }
 
 Q_SIGNALS:
     void sectionChanged();
@@ -75,6 +77,7 @@ Q_SIGNALS:
                        const std::vector<lumisort::library::Photo>& group);
     void filmWanted(const lumisort::library::Photo& photo);
     void filmExportWanted(const std::vector<lumisort::library::Photo>& photos);
+    void filmPasteWanted(const std::vector<lumisort::library::Photo>& photos);
     void organizeWanted(const std::vector<lumisort::library::Photo>& photos);
 
 private:

@@ -19,7 +19,7 @@ T.Menu {
             let widest = 0;
             for (let i = 0; i < count; ++i) {
                 const item = itemAtIndex(i);
-                if (item) widest = Math.max(widest, item.implicitWidth);
+                if (item?.visible) widest = Math.max(widest, item.implicitWidth);
             }
             return widest;
         }

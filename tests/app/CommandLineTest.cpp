@@ -1,18 +1,16 @@
 // The program from outside: what it prints, what it returns, what it leaves behind.
 
+#include "CommandLine.h"
+
 #include "library/LibraryStorage.h"
 #include "organize/OrganizeReport.h"
 #include "platform/files/FileLock.h"
 #include "platform/files/FileSystem.h"
-#include "support/TemporaryFolder.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <rapidjson/document.h>
 #include <sched.h>
-#include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <fstream>
@@ -35,64 +33,6 @@ const std::string
             "\150\000\000\000\202\000\201\167\315\162\266\000\000\000\000\111\105\116\104\256\102\140"
             "\202",
             67);
-
-std::string contentsOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-struct Finished {
-    int status = -1; ///< exit status, or −signal
-    std::string out, err;
-
-    rapidjson::Document json() const {
-        rapidjson::Document document;
-        document.Parse(out.c_str());
-        EXPECT_FALSE(document.HasParseError()) << out;
-        return document;
-    }
-};
-
-class CommandLineTest : public testing::Test {
-protected:
-    void SetUp() override { setenv("XDG_CACHE_HOME", (folder_.path() / "cache").c_str(), 1); }
-
-    pid_t start(const std::vector<std::string>& arguments, const std::string& program = LUMISORT_PROGRAM) {
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, (folder_.path() / "out").c_str(),
-                                         O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, (folder_.path() / "err").c_str(),
-                                         O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        std::vector<std::string> words{program};
-        words.insert(words.end(), arguments.begin(), arguments.end());
-        std::vector<char*> argv;
-        for (auto& word : words) argv.push_back(word.data());
-        argv.push_back(nullptr);
-        pid_t child = 0;
-        EXPECT_EQ(posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ), 0);
-        posix_spawn_file_actions_destroy(&actions);
-        return child;
-    }
-
-    Finished finish(pid_t child) {
-        int status = 0;
-        EXPECT_EQ(waitpid(child, &status, 0), child);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status),
-                contentsOf(folder_.path() / "out"), contentsOf(folder_.path() / "err")};
-    }
-
-    Finished run(const std::vector<std::string>& arguments) { return finish(start(arguments)); }
-
-    std::string photos() const { return (folder_.path() / "photos").string(); }
-    std::string destination() const {
-        const auto path = folder_.path() / "destination";
-        fs::create_directories(path);
-        return path.string();
-    }
-
-    test::TemporaryFolder folder_;
-};
 
 } // namespace
 

@@ -48,9 +48,10 @@ TEST_F(WindowActionsTest, FollowWhatIsThereAndSelected) {
     EXPECT_EQ(action(ActionSet::Film).reason(), "Select a RAW photo for Film");
     model_->selection().toggle(named(1));
     const auto* exportFilm = "Export Film… Ctrl+Shift+E"; // of the RAW photos among them
-    EXPECT_EQ(enabled(), with(selected_, {"Compare Ctrl+E", exportFilm}));
+    const auto* pasteFilm = "Paste Film Adjustments Ctrl+Shift+V";
+    EXPECT_EQ(enabled(), with(selected_, {"Compare Ctrl+E", exportFilm, pasteFilm}));
     model_->selection().toggle(named(2));
-    EXPECT_EQ(enabled(), with(selected_, {exportFilm})) << "three are not two";
+    EXPECT_EQ(enabled(), with(selected_, {exportFilm, pasteFilm})) << "three are not two";
     trigger(ActionSet::ClearChoice);
     EXPECT_THAT(selectedNames(), IsEmpty());
     model_->selection().toggle(named(1));
@@ -58,6 +59,10 @@ TEST_F(WindowActionsTest, FollowWhatIsThereAndSelected) {
     QSignalSpy wanted(window_->state(), &WindowState::filmWanted);
     trigger(ActionSet::Film);
     EXPECT_EQ(wanted.size(), 1);
+    QSignalSpy pasteWanted(window_->state(), &WindowState::filmPasteWanted);
+    trigger(ActionSet::PasteFilm);
+    ASSERT_EQ(pasteWanted.size(), 1);
+    EXPECT_EQ(pasteWanted[0][0].value<std::vector<library::Photo>>(), std::vector{named(1)});
 }
 
 TEST_F(WindowActionsTest, MarkThePickedAndTakeItBack) {

@@ -31,6 +31,12 @@ void restartWithSoftwareRenderer() {
     qFatal("The program cannot start over without a graphics driver.");
 }
 
+std::vector<files::FileUrl> urlsOf(const std::vector<library::Photo>& photos) {
+    std::vector<files::FileUrl> urls;
+    for (const auto& photo : photos) urls.push_back(photo.url);
+    return urls;
+}
+
 } // namespace
 
 Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
@@ -38,7 +44,8 @@ Desktop::Desktop(const files::FileUrl& document, std::function<void()> exit)
       library_(model_), compare_(model_, *library_.marks()), films_(files::FileSystem::real(), document),
       filmBatch_(films_), lifecycle_(std::move(exit)),
       devices_([this] { model_.drives().update(); }, {.mountDescriptor = mounts_.number()}),
-      fullscreen_(model_, *library_.marks(), engine_), details_(model_, engine_), editors_(films_, engine_) {
+      fullscreen_(model_, *library_.marks(), engine_), details_(model_, engine_), editors_(films_, engine_),
+      filmPaste_(films_, editors_) {
     connectFilm();
     auto* window = library_.state();
     connect(window, &review::WindowState::compareWanted, &compare_, &review::CompareState::open);
@@ -80,11 +87,12 @@ void Desktop::connectFilm() {
     connect(window, &review::WindowState::filmWanted, this,
             [this](const library::Photo& photo) { editors_.show(photo.url); });
     connect(window, &review::WindowState::filmExportWanted, this,
-            [this](const std::vector<library::Photo>& photos) {
-                std::vector<files::FileUrl> urls;
-                for (const auto& photo : photos) urls.push_back(photo.url);
-                filmBatch_.prepare(std::move(urls));
-            });
+            [this](const std::vector<library::Photo>& photos) { filmBatch_.prepare(urlsOf(photos)); });
+    connect(window, &review::WindowState::filmPasteWanted, this,
+            [this](const std::vector<library::Photo>& photos) { filmPaste_.paste(urlsOf(photos)); });
+    connect(&filmPaste_, &film::FilmPaste::finished, this, [this](const QString& message, bool canUndo) {
+        canUndo ? library_.say(message, [this] { filmPaste_.undo(); }) : library_.say(message);
+    });
 }
 
 QString Desktop::workUnderWay() const {

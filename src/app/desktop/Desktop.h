@@ -4,6 +4,7 @@
 #include "app/desktop/Lifecycle.h"
 #include "film/editor/FilmBatch.h"
 #include "film/editor/FilmEditorController.h"
+#include "film/editor/FilmPaste.h"
 #include "film/editor/LocalFilmServices.h"
 #include "library/ThumbnailStore.h"
 #include "model/LibraryModel.h"
@@ -68,6 +69,7 @@ private:
     review::FullscreenPhotoController fullscreen_;
     review::PhotoDetailsController details_;
     film::FilmEditorController editors_;
+    film::FilmPaste filmPaste_;
     QQuickWindow* window_ = nullptr;
 };
 

@@ -1,7 +1,10 @@
 #include "app/desktop/Pages.h"
 
+#include "platform/images/RawExtensions.h"
+
 #include <QGuiApplication>
 #include <algorithm>
+#include <optional>
 
 namespace lumisort::app {
 
@@ -12,6 +15,13 @@ void pick(Desktop& desktop, std::size_t count) {
         if (desktop.model().selection().selected().size() >= count) return;
         desktop.model().selection().toggle(photo);
     }
+}
+
+/// The first camera RAW that can be read; none in a library without.
+std::optional<library::Photo> rawPhoto(Desktop& desktop) {
+    for (const auto& photo : desktop.model().library().availablePhotos())
+        if (images::hasRawExtension(photo.url.name())) return photo;
+    return std::nullopt;
 }
 
 constexpr Page emptyLibrary[] = {{"welcome", [](Desktop&) {}}};
@@ -65,6 +75,14 @@ constexpr Page library[] = {
          if (const auto photos = desktop.model().library().availablePhotos(); !photos.empty())
              desktop.library().state()->openFullscreen(photos.front());
      }},
+    {"film-editor",
+     [](Desktop& desktop) {
+         if (const auto photo = rawPhoto(desktop)) desktop.editors().show(photo->url);
+     }},
+    {"film-export",
+     [](Desktop& desktop) {
+         if (const auto photo = rawPhoto(desktop)) desktop.library().state()->exportFilm({*photo});
+     }},
     {"organize", [](Desktop& desktop) { desktop.library().state()->organize(); }},
     {"quit",
      [](Desktop& desktop) {
@@ -89,6 +107,7 @@ void showFirstPage(Desktop& desktop) {
     desktop.compare().close();
     desktop.fullscreen().close();
     desktop.archive().done();
+    desktop.filmBatch().close();
     desktop.library().answerRemoval(false);
     desktop.lifecycle().answer(false);
     desktop.library().dismissNotice();

@@ -1,9 +1,11 @@
 #include "app/desktop/SampleLibrary.h"
 
+#include "app/desktop/SampleRaw.h"
 #include "library/FolderScan.h"
 #include "library/LibraryStorage.h"
 
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QPainter>
 #include <QRandomGenerator>
@@ -58,6 +60,11 @@ void SampleLibrary::paintPictures() const {
     save(landscape(2), pictures_, "lake.png");
     save(landscape(3), pictures_, "meadow.png");
     save(landscape(4).transformed(QTransform().rotate(90)), pictures_, "tower.png");
+    const auto raw = pictures_.child("valley.dng").path();
+    if (QFile file(QString::fromStdString(raw));
+        !file.open(QIODevice::WriteOnly) ||
+        file.write(QByteArray::fromStdString(sampleRaw(landscape(5).scaledToWidth(1500)))) <= 0)
+        throw std::runtime_error("“" + raw + "” could not be written.");
 }
 
 void SampleLibrary::writeDocument() const {

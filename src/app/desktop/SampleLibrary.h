@@ -14,8 +14,8 @@ public:
 
     /// The document of a library that holds nothing.
     files::FileUrl empty() const { return folder_.child("empty.json"); }
-    /// A document with a few pictures: two equal, two alike, one to keep, one to skip, one on a drive that is
-    /// not there.
+    /// A document with a few pictures: two equal, two alike, a camera RAW, one to keep, one to skip, one on a
+    /// drive that is not there.
     const files::FileUrl& document() const { return document_; }
 
 private:

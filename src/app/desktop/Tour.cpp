@@ -25,9 +25,10 @@ void runEventLoopFor(std::chrono::milliseconds time) {
     loop.exec();
 }
 
-bool isAtWork(model::LibraryModel& model) {
-    return model.task().busy() || !model.marking().pending().isFinished() ||
-           !model.availability().refreshing().isFinished();
+bool isAtWork(Desktop& desktop) {
+    auto& model = desktop.model();
+    return desktop.editors().isRendering() || model.task().busy() ||
+           !model.marking().pending().isFinished() || !model.availability().refreshing().isFinished();
 }
 
 bool isLoading(const QQuickItem& item) {
@@ -49,7 +50,7 @@ void settle(Desktop& desktop, const std::stop_token& stop) {
     const QDeadlineTimer deadline(patience);
     runEventLoopFor(motion);
     while (!deadline.hasExpired() &&
-           (isAtWork(desktop.model()) || std::ranges::any_of(openWindows(), [](const QQuickWindow* window) {
+           (isAtWork(desktop) || std::ranges::any_of(openWindows(), [](const QQuickWindow* window) {
                 return isLoading(*window->contentItem());
             }))) {
         tasks::checkCancelled(stop);

@@ -7,6 +7,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <algorithm>
 #include <utility>
 
 namespace lumisort::film {
@@ -79,6 +80,16 @@ void FilmEditorController::closeAll() {
         editor.model->close();
         delete editor.window;
     }
+}
+
+FilmEditorModel* FilmEditorController::editor(const files::FileUrl& photo) const {
+    if (editors_.empty()) return nullptr; // Most often: the disk need not be asked.
+    const auto found = editors_.find(keyOf(photo));
+    return found == editors_.end() ? nullptr : found->second.model.get();
+}
+
+bool FilmEditorController::isRendering() const {
+    return std::ranges::any_of(editors_, [](const auto& entry) { return entry.second.model->isRendering(); });
 }
 
 QQuickWindow* FilmEditorController::window(const files::FileUrl& photo) const {

@@ -30,6 +30,10 @@ public:
 
     /// The photo's window; none while it has no editor.
     QQuickWindow* window(const files::FileUrl& photo) const;
+    /// The photo's editor; null while it has none.
+    FilmEditorModel* editor(const files::FileUrl& photo) const;
+    /// Some editor is loading or has no preview of its present settings yet.
+    bool isRendering() const;
     std::size_t count() const { return editors_.size(); }
 
 private:

@@ -34,6 +34,7 @@ public:
         Compare,
         Film,
         ExportFilm,
+        PasteFilm,
         Search,
         Settings,
         ShowInFileManager,

@@ -26,6 +26,7 @@ constexpr ActionRow table[] = {
     {ActionSet::Compare, "Compare", "view-split-left-right", "Ctrl+E", grid},
     {ActionSet::Film, "Film", "view-filter", "", grid | photo},
     {ActionSet::ExportFilm, "Export Film…", "document-open-folder", "Ctrl+Shift+E", grid},
+    {ActionSet::PasteFilm, "Paste Film Adjustments", "", "Ctrl+Shift+V", grid},
     {ActionSet::Search, "Search", "edit-find", "Ctrl+F", grid},
     {ActionSet::Settings, "Settings", "configure", "Ctrl+,", grid},
     {ActionSet::ShowInFileManager, "Show in File Manager", "document-open-folder", "", photo},

@@ -1,11 +1,14 @@
 #include "film/editor/FakeServices.h"
 #include "film/editor/FilmEditorController.h"
+#include "film/editor/FilmPaste.h"
 #include "support/TemporaryFolder.h"
 #include "support/quick/QuickStage.h"
 #include "ui/IconProvider.h"
 
 #include <gmock/gmock.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QTest>
 #include <filesystem>
 #include <fstream>
@@ -134,6 +137,56 @@ TEST_F(FilmEditorWindowTest, ShowsTheExportsPixelsAtActualSize) {
     stage_.click(QStringLiteral("Divider"));
     stage_.click(QStringLiteral("Fit"));
     EXPECT_TRUE(test::QuickStage::until([&] { return colourAt(0.3) == QColor(120, 110, 90); }));
+}
+
+TEST_F(FilmEditorWindowTest, PastesOntoStoredEditsAndOpenEditorsAndTakesItBack) {
+    open();
+    FilmPaste paste(services_, *controller_);
+    QStringList told;
+    bool canUndo = false;
+    QObject::connect(&paste, &FilmPaste::finished, &paste, [&](const QString& message, bool undoable) {
+        told += message;
+        canUndo = undoable;
+    });
+    const auto other = photo("IMG_2.dng");
+    QGuiApplication::clipboard()->setText(QStringLiteral("no look"));
+    paste.paste({other});
+    EXPECT_THAT(told.value(0).toStdString(), testing::HasSubstr("clipboard holds no film adjustments"));
+    EXPECT_TRUE(services_.saves.empty());
+
+    const FilmSettings look{.stock = FilmStock::mono400, .exposure = 1.5};
+    QGuiApplication::clipboard()->setText(QString::fromStdString(lookText({"", look})));
+    services_.snapshot.settings.grain = 0.9; // what the other photo's edit holds
+    const auto answerSaves = [&](std::size_t count) {
+        ASSERT_TRUE(test::QuickStage::until([&] { return services_.saves.size() >= count; }));
+        services_.saves.back().answer();
+    };
+    paste.paste({photo(), other});
+    ASSERT_NO_FATAL_FAILURE(answerSaves(1));
+    ASSERT_TRUE(test::QuickStage::until([&] { return told.size() == 2; }));
+    EXPECT_EQ(told[1], QStringLiteral("Film adjustments pasted onto 2 photos. Originals unchanged."));
+    EXPECT_EQ(services_.saves[0].settings, look) << "of the photo without an editor";
+    EXPECT_EQ(controller_->editor(photo())->settings(), look) << "the open editor shows it";
+    EXPECT_TRUE(controller_->editor(photo())->canUndo());
+
+    ASSERT_TRUE(canUndo);
+    paste.undo();
+    ASSERT_TRUE(test::QuickStage::until(
+        [&] { return !services_.saves.empty() && services_.saves.back().settings.grain == 0.9; }));
+    services_.saves.back().answer();
+    ASSERT_TRUE(test::QuickStage::until([&] { return told.size() == 3; }));
+    EXPECT_TRUE(controller_->editor(photo())->isDefault());
+
+    paste.paste({other});
+    ASSERT_TRUE(test::QuickStage::until([&] {
+        return services_.saves.back().settings == look &&
+               !services_.saves.back().promise->future().isFinished();
+    }));
+    services_.saves.back().fail(std::make_exception_ptr(std::runtime_error("The disk is full.")));
+    ASSERT_TRUE(test::QuickStage::until([&] { return told.size() == 4; }));
+    EXPECT_EQ(told[3], QStringLiteral("Film adjustments pasted onto 0 photos. Originals unchanged. 1 failed: "
+                                      "IMG_2.dng: The disk is full."));
+    EXPECT_FALSE(canUndo);
 }
 
 TEST_F(FilmEditorWindowTest, ComparesWithTheOriginal) {
