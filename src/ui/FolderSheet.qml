@@ -2,10 +2,13 @@ import QtQuick
 import QtQuick.Layouts
 import Lumisort.Ui
 
-/// The program's own folder chooser: a field for the path and a list of the folders there.
+/// The program's own chooser of a folder, or of a file: a field for the path and a list of what is there.
 Sheet {
     id: sheet
     property bool mayMake: false
+    /// Name patterns ("*.json") of the files of which one is chosen; none where a folder is.
+    property var files: []
+    readonly property bool namesFile: files.some(pattern => path.endsWith(pattern.slice(1)))
     /// Text of the button that chooses.
     property string acceptLabel: "Choose"
     property url currentFolder
@@ -31,7 +34,14 @@ Sheet {
     }
     function choose() {
         error.text = "";
-        places.take(path, mayMake);
+        if (files.length === 0) {
+            places.take(path, mayMake);
+        } else if (namesFile) {
+            selectedFolder = places.urlOf(path);
+            accept();
+        } else if (places.isFolder) {
+            show(path);
+        }
     }
 
     FolderPlaces {
@@ -76,7 +86,7 @@ Sheet {
             }
             Field {
                 id: field
-                label: "Folder"
+                label: sheet.files.length > 0 ? "File" : "Folder"
                 focus: true
                 onTextEdited: {
                     error.text = "";
@@ -97,7 +107,12 @@ Sheet {
                 id: list
                 anchors.fill: parent
                 anchors.margins: Theme.xs
-                onPicked: folder => field.text = folder
+                files: sheet.files
+                onPicked: path => field.text = path
+                onFileEntered: file => {
+                    field.text = file;
+                    sheet.choose();
+                }
                 onEntered: folder => sheet.show(folder)
             }
         }
@@ -130,8 +145,8 @@ Sheet {
             PushButton {
                 text: sheet.canBeMade ? "Make and " + sheet.acceptLabel : sheet.acceptLabel
                 prominent: true
-                enabled: places.isFolder || sheet.canBeMade
-                reason: "There is no such folder."
+                enabled: sheet.files.length > 0 ? sheet.namesFile : places.isFolder || sheet.canBeMade
+                reason: sheet.files.length > 0 ? "Choose a file." : "There is no such folder."
                 onClicked: sheet.choose()
             }
         }

@@ -24,6 +24,7 @@ protected:
                            width: 900; height: 700
                            property url start
                            property bool mayMake: true
+                           property var files: []
                            property url chosen
                            property int tapsBehind: 0
                            Item {
@@ -35,6 +36,7 @@ protected:
                                id: sheet
                                title: "Add Folder"
                                mayMake: parent.Window.window.mayMake
+                               files: parent.Window.window.files
                                currentFolder: parent.Window.window.start
                                onAccepted: parent.Window.window.chosen = selectedFolder
                            }
@@ -140,6 +142,25 @@ TEST_F(FolderSheetTest, WalksThroughTheFoldersByClicks) {
     EXPECT_TRUE(hasClosed());
     EXPECT_EQ(chosen(), QStringLiteral("alps/glacier"));
     EXPECT_EQ(tapsBehind(), 0);
+}
+
+TEST_F(FolderSheetTest, ChoosesAFileWhereFilesAreAskedFor) {
+    for (const auto* name : {"alps/dusk.json", "alps/notes.txt"}) folder_.write(name, "{}");
+    stage_.window().setProperty("files", QStringList{QStringLiteral("*.json")});
+    stage_.key(Qt::Key_Return);
+    ASSERT_TRUE(test::QuickStage::until([&] { return focused() == QLatin1String("File"); }));
+    EXPECT_FALSE(stage_.item(QStringLiteral("Choose"))->isEnabled()) << "a folder is no file";
+    ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("alps")); }));
+    stage_.key(Qt::Key_Down);
+    stage_.key(Qt::Key_Down);
+    stage_.key(Qt::Key_Return); // into alps
+    ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("dusk.json")); }));
+    EXPECT_FALSE(stage_.has(QStringLiteral("notes.txt")));
+    stage_.click(QStringLiteral("dusk.json"));
+    EXPECT_EQ(focused(), QStringLiteral("Folders and files"));
+    stage_.key(Qt::Key_Return);
+    EXPECT_TRUE(hasClosed());
+    EXPECT_EQ(chosen(), QStringLiteral("alps/dusk.json"));
 }
 
 TEST_F(FolderSheetTest, MakesAFolderOnlyWhereItMay) {

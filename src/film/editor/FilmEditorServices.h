@@ -43,8 +43,8 @@ public:
     virtual QFuture<void> saveLook(FilmLook look) = 0;
     virtual QFuture<void> removeLook(std::string name) = 0;
     virtual QFuture<FilmLook> readLook(files::FileUrl file) = 0;
-    /// Writes a look to a file of the user's choice; one that is there is replaced.
-    virtual QFuture<void> writeLook(FilmLook look, files::FileUrl file) = 0;
+    /// Writes a look into a file of its name, with a number where that is taken, and returns the file.
+    virtual QFuture<files::FileUrl> writeLook(FilmLook look, files::FileUrl folder) = 0;
 
     // The engine.
 

@@ -1,9 +1,11 @@
 #include "film/editor/LocalFilmServices.h"
 
 #include "platform/files/AtomicFile.h"
+#include "platform/files/FileError.h"
 #include "platform/files/ResolvedPath.h"
 
 #include <QPromise>
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <type_traits>
@@ -48,6 +50,20 @@ auto finishing(const std::shared_ptr<QPromise<Result>>& promise) {
         };
         fulfil(*promise, work);
     };
+}
+
+/// A file that is not there yet, called like the look.
+files::FileUrl freeFile(files::FileSystem& system, const files::FileUrl& folder, std::string name) {
+    std::ranges::replace(name, '/', '-');
+    for (int number = 1;; ++number) {
+        const auto file = folder.child(name + (number > 1 ? "-" + std::to_string(number) : "") + ".json");
+        try {
+            system.status(file.path(), files::Links::doNotFollow);
+        } catch (const files::FileError& error) {
+            if (error.isMissing()) return file;
+            throw;
+        }
+    }
 }
 
 /// The picture without a copy of its pixels.
@@ -106,9 +122,11 @@ QFuture<FilmLook> LocalFilmServices::readLook(files::FileUrl file) {
     return run(disk_, [this, file = std::move(file)] { return film::readLook(system_, file.path()); });
 }
 
-QFuture<void> LocalFilmServices::writeLook(FilmLook look, files::FileUrl file) {
-    return run(disk_, [this, look = std::move(look), file = std::move(file)] {
+QFuture<files::FileUrl> LocalFilmServices::writeLook(FilmLook look, files::FileUrl folder) {
+    return run(disk_, [this, look = std::move(look), folder = std::move(folder)] {
+        const auto file = freeFile(system_, folder, look.name);
         files::replaceFile(system_, file.path(), lookText(look));
+        return file;
     });
 }
 

@@ -23,7 +23,7 @@ public:
     QFuture<void> saveLook(FilmLook look) override;
     QFuture<void> removeLook(std::string name) override;
     QFuture<FilmLook> readLook(files::FileUrl file) override;
-    QFuture<void> writeLook(FilmLook look, files::FileUrl file) override;
+    QFuture<files::FileUrl> writeLook(FilmLook look, files::FileUrl folder) override;
     QFuture<EditorPreview> preview(files::FileUrl photo, FilmSettings settings,
                                    std::stop_token stop) override;
     QFuture<QImage> draft(files::FileUrl photo, FilmSettings settings, int longEdge,

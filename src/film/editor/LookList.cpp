@@ -56,11 +56,7 @@ void LookList::importFrom(const QUrl& file) {
 void LookList::exportTo(int index, const QUrl& folder) {
     const auto* look = at(index);
     const auto url = files::FileUrl::fromString(folder.toEncoded().toStdString());
-    if (!look || !url) return;
-    auto name = look->name + ".json";
-    for (auto& letter : name)
-        if (letter == '/') letter = '-';
-    run(editor_->services().writeLook(*look, url->child(name)));
+    if (look && url) write(*look, *url);
 }
 
 // A coroutine below looks whether the list and its editor are still there after each wait.
@@ -83,6 +79,19 @@ QCoro::Task<> LookList::run(QFuture<void> change) {
     try {
         co_await change;
         if (self && editor_) load();
+    } catch (const std::exception& error) {
+        if (self && editor_) editor_->tell(QString::fromUtf8(error.what()));
+    }
+}
+
+QCoro::Task<> LookList::write(FilmLook look, files::FileUrl folder) {
+    const QPointer<LookList> self(this);
+    try {
+        auto writing = editor_->services().writeLook(std::move(look), std::move(folder));
+        const auto file = co_await writing;
+        if (self && editor_)
+            editor_->tell(
+                QStringLiteral("The look was exported as “%1”.").arg(QString::fromUtf8(file.name())));
     } catch (const std::exception& error) {
         if (self && editor_) editor_->tell(QString::fromUtf8(error.what()));
     }

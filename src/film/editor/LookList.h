@@ -41,6 +41,7 @@ Q_SIGNALS:
 private:
     QCoro::Task<> run(QFuture<void> change);
     QCoro::Task<> load();
+    QCoro::Task<> write(FilmLook look, files::FileUrl folder);
     QCoro::Task<> import(files::FileUrl file);
     const FilmLook* at(int index) const;
 

@@ -52,7 +52,7 @@ LinkButton {
         }
         ContextMenuItem {
             text: "Import Look…"
-            onTriggered: file.open()
+            onTriggered: file.choose("")
         }
         ContextMenuItem {
             text: "Copy Adjustments"
@@ -72,12 +72,13 @@ LinkButton {
         action: "Save"
         onNamed: name => looks.save(name)
     }
-    NameSheet {
+    FolderChooser {
         id: file
+        visible: false
         title: "Import Look"
-        label: "Path of the look's file"
-        action: "Import"
-        onNamed: path => looks.importFrom("file://" + path.split("/").map(encodeURIComponent).join("/"))
+        acceptLabel: "Import"
+        files: ["*.json"]
+        onChosen: url => looks.importFrom(url)
     }
     FolderChooser {
         id: folder

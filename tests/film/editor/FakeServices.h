@@ -83,7 +83,7 @@ public:
     QFuture<FilmLook> readLook(files::FileUrl) override {
         return failed<FilmLook>(std::make_exception_ptr(std::runtime_error("This is no look.")));
     }
-    QFuture<void> writeLook(FilmLook, files::FileUrl) override { return done(); }
+    QFuture<files::FileUrl> writeLook(FilmLook, files::FileUrl folder) override { return ready(folder); }
     QFuture<EditorPreview> preview(files::FileUrl, FilmSettings settings, std::stop_token stop) override {
         return pending(previews, {settings, std::move(stop)});
     }

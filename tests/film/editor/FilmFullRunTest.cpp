@@ -2,6 +2,7 @@
 
 #include "film/editor/FilmEditorController.h"
 #include "film/editor/LocalFilmServices.h"
+#include "film/editor/LookList.h"
 #include "platform/images/Decoder.h"
 #include "support/FatVolume.h"
 #include "support/TemporaryFolder.h"
@@ -230,6 +231,35 @@ TEST_F(FilmFullRunTest, EditsAndExportsWhereTheStoreCannotBeReadOrWritten) {
         EXPECT_EQ(fs::is_regular_file(store_) ? contentsOf(store_) : std::string(), before);
         fs::remove_all(store_.parent_path());
     }
+}
+
+TEST_F(FilmFullRunTest, ExportsLooksBesideEachOtherAndImportsThem) {
+    show();
+    ASSERT_NO_FATAL_FAILURE(settle());
+    expose(0.5);
+    LookList looks;
+    looks.setEditor(&editor());
+    const auto count = [&](qsizetype wanted) {
+        return QuickStage::until([&] { return looks.names().size() == wanted; });
+    };
+    looks.save(QStringLiteral("Dusk / soft"));
+    ASSERT_TRUE(count(1));
+    const auto folder = QUrl::fromLocalFile(QString::fromStdString(folder_.path().string()));
+    for (const auto* file : {"Dusk - soft.json", "Dusk - soft-2.json"}) {
+        editor().dismissError();
+        looks.exportTo(0, folder);
+        ASSERT_TRUE(QuickStage::until([&] { return !message().empty(); }));
+        EXPECT_EQ(message(), "The look was exported as “" + std::string(file) + "”.");
+        EXPECT_TRUE(fs::exists(folder_.path() / file));
+    }
+    looks.remove(0);
+    ASSERT_TRUE(count(0));
+    looks.importFrom(
+        QUrl::fromLocalFile(QString::fromStdString((folder_.path() / "Dusk - soft.json").string())));
+    ASSERT_TRUE(count(1));
+    editor().reset();
+    looks.apply(0);
+    EXPECT_EQ(editor().settings().exposure, 0.5);
 }
 
 TEST_F(FilmFullRunTest, NamesTheDestinationOfAFullDisk) {
