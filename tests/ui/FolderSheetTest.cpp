@@ -157,7 +157,6 @@ TEST_F(FolderSheetTest, ChoosesAFileWhereFilesAreAskedFor) {
     ASSERT_TRUE(test::QuickStage::until([&] { return stage_.has(QStringLiteral("dusk.json")); }));
     EXPECT_FALSE(stage_.has(QStringLiteral("notes.txt")));
     stage_.click(QStringLiteral("dusk.json"));
-    EXPECT_EQ(focused(), QStringLiteral("Folders and files"));
     stage_.key(Qt::Key_Return);
     EXPECT_TRUE(hasClosed());
     EXPECT_EQ(chosen(), QStringLiteral("alps/dusk.json"));

@@ -111,39 +111,44 @@ Item {
             }
         }
     }
-    ColumnLayout {
+    // One row in every state: a second one would push the last slider out of sight.
+    RowLayout {
         id: footer
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         anchors.margins: Theme.l
+        height: Theme.controlHeight
         spacing: Theme.s
-        RowLayout {
-            visible: controls.editor.exportedURL.toString() !== ""
-            spacing: Theme.s
-            Icon {
-                name: "checkmark"
-                color: Theme.keep
-            }
-            Body { text: "Exported" }
-            LinkButton {
-                text: "Show"
-                onClicked: FileBrowser.reveal(controls.editor.exportedURL.toString())
-            }
+        readonly property bool exported: controls.editor.exportedURL.toString() !== "" && !controls.editor.isExporting
+
+        Icon {
+            visible: footer.exported
+            name: "checkmark"
+            color: Theme.keep
         }
-        RowLayout {
+        Body {
+            visible: footer.exported
+            text: "Exported"
+        }
+        LinkButton {
+            visible: footer.exported
+            text: "Show"
+            onClicked: FileBrowser.reveal(controls.editor.exportedURL.toString())
+        }
+        Spinner {
             visible: controls.editor.isExporting
-            spacing: Theme.s
-            Layout.preferredHeight: Theme.controlHeight
-            Spinner {
-                running: parent.visible
-                Accessible.name: "Exporting"
-            }
-            Body { text: "Exporting…" }
+            running: visible
+            Accessible.name: "Exporting"
+        }
+        Body {
+            visible: controls.editor.isExporting
+            text: "Exporting…"
+            Layout.fillWidth: true
         }
         PushButton {
             text: "Export"
-            hint: "Ctrl+E"
+            hint: footer.exported ? "" : "Ctrl+E"
             help: "Save a full-resolution 16-bit TIFF copy"
             prominent: true
             visible: !controls.editor.isExporting

@@ -118,7 +118,7 @@ TEST_F(FilmFullRunTest, FromOpeningToATiffAndBackNextWeek) {
     EXPECT_EQ(properties.height, size.height());
     const auto print = images::decoder().thumbnail(url, std::max(size.width(), size.height()));
     const auto exported =
-        meanOf(QImage(print.rgba.data(), print.width, print.height, QImage::Format_RGBA8888));
+        meanOf(QImage(print.rgba().data(), print.width(), print.height(), QImage::Format_RGBA8888));
     const auto shown = meanOf(editor().preview()->film);
     for (std::size_t c = 0; c < 3; ++c) EXPECT_NEAR(exported[c], shown[c], 1);
 
