@@ -10,7 +10,7 @@ Sheet {
     title: "Quit during the import?"
     width: 440
     visible: lifecycle.question !== ""
-    onClosed: lifecycle.answer(false)
+    onRejected: lifecycle.answer(false) // at once: the question goes on changing while the sheet fades
 
     contentItem: ColumnLayout {
         spacing: Theme.m

@@ -74,6 +74,33 @@ TEST_F(LifecycleTest, AsksBeforeItEndsWorkAndWaitsForItsEnd) {
     EXPECT_EQ(exits_, 1);
 }
 
+TEST_F(LifecycleTest, EscapeGoesOnWithTheWorkHoweverFastItCounts) {
+    int copied = 0;
+    lifecycle_.setWork({.underWay = [&] { return QStringLiteral("Copying %1").arg(copied); }});
+    test::QuickStage stage;
+    stage.show(R"(
+        import QtQuick
+        import Lumisort.App
+        Window {
+            id: root
+            required property QtObject lifecycle
+            width: 700
+            height: 500
+            QuitSheet { lifecycle: root.lifecycle }
+        })",
+               {{QStringLiteral("lifecycle"), QVariant::fromValue(&lifecycle_)}});
+    lifecycle_.requestQuit();
+    stage.settle();
+    EXPECT_TRUE(stage.has(QStringLiteral("Continue Import")));
+    stage.key(Qt::Key_Escape);
+    EXPECT_TRUE(test::QuickStage::until([&] {
+        ++copied;
+        lifecycle_.workChanged();
+        return !stage.has(QStringLiteral("Continue Import"));
+    }));
+    EXPECT_EQ(lifecycle_.question(), QString());
+}
+
 TEST_F(LifecycleTest, AWriteThatFailsKeepsNobodyFromQuitting) {
     const auto unwritable = files::FileUrl::fromPath("/proc/lumisort/library.json");
     model::LibraryModel model(unwritable, library::LibraryContents{.folders = {document_}});
