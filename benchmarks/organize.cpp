@@ -81,8 +81,8 @@ void compareRuns(const std::vector<library::Photo>& photos, const fs::path& fold
         fs::remove_all(folder / "bare");
         fs::create_directory(folder / "run");
         run.push_back(seconds([&] {
-            const auto report =
-                organize::OrganizeEngine().copy(photos, destination, false, [](double, const auto&) {}, {});
+            const auto report = organize::OrganizeEngine().copy(
+                photos, destination, {.skipDuplicates = false}, [](double, const auto&) {}, {});
             if (report.copied.size() != photos.size()) std::abort();
         }));
         fs::remove_all(folder / "run");

@@ -40,13 +40,17 @@ void removeHiddenFiles(files::FileSystem& system, const std::string& run) {
     try {
         const auto lock = system.tryLockFolder(run);
         if (!lock) return;
-        for (const auto& path : entriesOf(system, run, files::FileKind::regular, isHiddenFileOfARun))
-            system.remove(path);
+        removePartialFiles(system, run);
     } catch (const files::FileError&) { // NOLINT(bugprone-empty-catch): see the header
     }
 }
 
 } // namespace
+
+void removePartialFiles(files::FileSystem& system, const std::string& run) {
+    for (const auto& path : entriesOf(system, run, files::FileKind::regular, isHiddenFileOfARun))
+        system.remove(path);
+}
 
 void removeAbandonedFiles(files::FileSystem& system, const std::string& destination) {
     const auto isRun = [](std::string_view name) { return name.starts_with(runPrefix); };

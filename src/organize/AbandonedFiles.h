@@ -12,4 +12,7 @@ namespace lumisort::organize {
 /// removed stays.
 void removeAbandonedFiles(files::FileSystem& system, const std::string& destination);
 
+/// Removes such files of one run, whose lock the caller holds. Throws files::FileError.
+void removePartialFiles(files::FileSystem& system, const std::string& run);
+
 } // namespace lumisort::organize

@@ -22,6 +22,16 @@ std::string checksumLine(std::string_view digest, std::string_view path) {
 ChecksumList::ChecksumList(files::FileSystem& system, std::string folder)
     : system_(system), folder_(std::move(folder)) {}
 
+void ChecksumList::begin(const std::string& lines, const std::string& hidden) {
+    const auto temporary = folder_ + "/" + hidden;
+    file_ = system_.create(temporary);
+    file_->write(std::as_bytes(std::span(lines)));
+    file_->flush();
+    system_.replace(temporary, folder_ + "/" + std::string(checksumFileName));
+    system_.flushDirectory(folder_);
+    end_ = std::ssize(lines);
+}
+
 void ChecksumList::add(std::string_view digest, std::string_view path) {
     pending_ += checksumLine(digest, path);
     const auto list = folder_ + "/" + std::string(checksumFileName);

@@ -25,6 +25,10 @@ public:
     /// Nothing is created before the first line.
     ChecksumList(files::FileSystem& system, std::string folder);
 
+    /// Begins with the lines of an earlier run, in place of the list that is there: written to `hidden` in
+    /// the folder first, so that after a crash the old list or the new one is there. Throws FileError.
+    void begin(const std::string& lines, const std::string& hidden);
+
     /// The line is on the medium when this returns. `path` is relative to the folder. Throws FileError.
     void add(std::string_view digest, std::string_view path);
 

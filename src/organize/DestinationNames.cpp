@@ -54,6 +54,10 @@ std::string numberedName(const files::FileUrl& source, int number) {
 
 } // namespace
 
+void DestinationNames::reserve(const files::FileUrl& place) {
+    nextNumber_.try_emplace(comparisonKey(place.path().substr(root_.path().size() + 1)), 2);
+}
+
 files::FileUrl DestinationNames::place(const files::FileUrl& source,
                                        std::optional<time::Timestamp> captured) {
     const std::string folder = dateFolder(captured) + "/";

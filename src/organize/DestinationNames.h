@@ -15,6 +15,8 @@ class DestinationNames {
 public:
     explicit DestinationNames(files::FileUrl root) : root_(std::move(root)) {}
 
+    /// Takes a place inside the root out of the choice.
+    void reserve(const files::FileUrl& place);
     /// root / "yyyy/MM" / the source's name: year and month of `captured` on the local clock, "Unknown Date"
     /// without one. Where that place is taken, the stem gets "-2",
     /// "-3" and so on. A stem is cut, between two characters, where the number would make the name

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/Photo.h"
+#include "organize/EarlierCopies.h"
 #include "organize/OrganizePlan.h"
 #include "organize/OrganizeReport.h"
 #include "platform/files/FileSystem.h"
@@ -9,11 +10,27 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <stop_token>
 #include <string>
 
 namespace lumisort::organize {
+
+/// What a run is asked for.
+struct CopyOptions {
+    bool skipDuplicates = true;
+    std::shared_ptr<const EarlierCopies> leaveOut;  ///< none: nothing is left out
+    std::shared_ptr<const KeptPhotos> withSidecars; ///< none: no copy gets a sidecar (Sidecar.h)
+};
+
+/// What became of a run that went on.
+struct ResumedRun {
+    OrganizeReport report;                         ///< of the whole run
+    std::int64_t present = 0;                      ///< copies that were there
+    std::int64_t added = 0, changed = 0, gone = 0; ///< see RunResumption
+    std::vector<std::string> remarks;
+};
 
 /// Copies photos into a new dated folder tree, each copy verified, the originals only read.
 ///
@@ -37,10 +54,12 @@ public:
 
     /// Decides what is copied and where to. Writes nothing; reads every photo in full, 1 MiB at a time. The
     /// root is "Lumisort-" + local time + "-" + eight digits of a random UUID inside `destination`. With
-    /// `skipDuplicates`, a photo whose contents an earlier one had is counted and left out.
+    /// `skipDuplicates`, a photo whose contents an earlier one had is counted and left out; so is one with
+    /// contents that `leaveOut` holds.
     /// Progress runs from 0 to 0.4: "Checking i of n…".
     OrganizePlan plan(std::span<const library::Photo> photos, const files::FileUrl& destination,
-                      bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
+                      const CopyOptions& options, const Progress& progress,
+                      const std::stop_token& stop) const;
 
     /// Carries a plan out. The destination must exist and have room for the items (FreeSpace.h), the root
     /// must not exist yet.
@@ -51,8 +70,8 @@ public:
     /// and SHA256SUMS, both flushed before the next item begins. So after a crash at any instant every file
     /// under its final name is whole (FileSystem::moveWithoutOverwrite names the one exception, on file
     /// systems that lack exclusive renaming), and the report is whole JSON that names only such files. A
-    /// photo with a failure line has no file in the tree, except where the line is about SHA256SUMS: such a
-    /// copy is in the report, its digest too.
+    /// photo with a failure line has no file in the tree, except where the line is about SHA256SUMS or a
+    /// sidecar: such a copy is in the report, its digest too.
     ///
     /// An item costs three reads (two of the source, one of the copy), one write and five flushes: copy,
     /// folder, report, root, SHA256SUMS. Of SHA256SUMS and the report only what an item adds is written, so n
@@ -74,7 +93,17 @@ public:
     /// `execute` throws; too little space mostly before any photo is read. Progress of the copying runs from
     /// 0.4 to 1: "Copying i of n…".
     OrganizeReport copy(std::span<const library::Photo> photos, const files::FileUrl& destination,
-                        bool skipDuplicates, const Progress& progress, const std::stop_token& stop) const;
+                        const CopyOptions& options, const Progress& progress,
+                        const std::stop_token& stop) const;
+
+    /// Goes on with an unfinished run (SavedPlan.h) for the photos chosen now: removes its partial files,
+    /// plans the rest (RunResumption.h) with the run's own choice about duplicates, and carries that out as
+    /// `execute` does. Throws files::FileError where the folder is a symbolic link, another program is
+    /// copying into it, its plan or report cannot be read, or as `execute` does. Progress of the copying runs
+    /// from 0.4 to 1.
+    ResumedRun resume(std::span<const library::Photo> photos, const files::FileUrl& run,
+                      std::shared_ptr<const KeptPhotos> withSidecars, const Progress& progress,
+                      const std::stop_token& stop) const;
 
 private:
     files::FileSystem& system_;

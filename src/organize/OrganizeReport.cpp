@@ -12,12 +12,14 @@ OrganizeReport readRoot(json::Value root) {
     std::optional<std::vector<OrganizeItem>> copied;
     std::optional<std::int64_t> duplicates;
     std::optional<std::vector<std::string>> failures;
+    std::int64_t alreadyThere = 0;
     std::optional<files::FileUrl> logURL;
     json::eachField(root, [&](std::string_view key, json::Value value) {
         if (key == "copied")
             json::eachElement(
                 value, [&list = copied.emplace()](json::Value item) { list.push_back(readItem(item)); });
         if (key == "duplicates") duplicates = json::integer(value);
+        if (key == "alreadyThere") alreadyThere = json::integer(value);
         if (key == "failures")
             json::eachElement(value, [&list = failures.emplace()](json::Value line) {
                 list.emplace_back(json::text(line));
@@ -27,16 +29,14 @@ OrganizeReport readRoot(json::Value root) {
     return {.copied = json::required(std::move(copied), "copied"),
             .duplicates = json::required(std::move(duplicates), "duplicates"),
             .failures = json::required(std::move(failures), "failures"),
+            .alreadyThere = alreadyThere,
             .logURL = std::move(logURL)};
 }
 
 } // namespace
 
 std::string toJson(const OrganizeReport& report) {
-    ReportText text(report.duplicates, report.logURL);
-    for (const auto& item : report.copied) text.addCopied(item);
-    for (const auto& line : report.failures) text.addFailure(line);
-    return text.text();
+    return ReportText(report).text();
 }
 
 std::string toJson(const OrganizePlan& plan) {
@@ -47,6 +47,7 @@ std::string toJson(const OrganizePlan& plan) {
         for (const auto& item : plan.items) writeItem(out, item);
         out.endArray();
         out.key("duplicates").integer(plan.duplicates);
+        if (plan.alreadyThere > 0) out.key("alreadyThere").integer(plan.alreadyThere);
         out.key("failures").beginArray();
         for (const auto& line : plan.failures) out.text(line);
         out.endArray();

@@ -16,13 +16,15 @@ struct OrganizeReport {
     std::vector<OrganizeItem> copied;  ///< copied and verified, in the order of the plan
     std::int64_t duplicates = 0;       ///< photos left out as exact duplicates
     std::vector<std::string> failures; ///< one line per photo that failed: those of planning, then of copying
+    std::int64_t alreadyThere = 0;     ///< photos left out because an earlier run copied their contents
     std::optional<files::FileUrl>
         logURL; ///< where the report lies on disk; none when there was nothing to copy
 
     friend bool operator==(const OrganizeReport&, const OrganizeReport&) = default;
 };
 
-/// Compact JSON with the keys "copied", "duplicates", "failures" and "logURL" (left out when there is none);
+/// Compact JSON with the keys "copied", "duplicates", "failures", "logURL" (left out when there is none) and
+/// "alreadyThere" (left out when there are none);
 /// each copy with "source", "destination", "digest" and "bytes", its URLs as absolute file URL strings. Bytes
 /// of a failure line that are no UTF-8 become U+FFFD; paths lose nothing.
 std::string toJson(const OrganizeReport& report);

@@ -3,16 +3,33 @@
 #include "organize/AbandonedFiles.h"
 #include "organize/FailureLine.h"
 #include "organize/FreeSpace.h"
+#include "organize/SavedPlan.h"
+#include "organize/Sidecar.h"
+#include "platform/files/AtomicFile.h"
 #include "platform/files/Digest.h"
 #include "platform/tasks/Cancellation.h"
 
 #include <cerrno>
 #include <stdexcept>
 #include <string_view>
+#include <unordered_set>
 
 namespace lumisort::organize {
 
 namespace {
+
+/// "NAME.before-resume", with a number behind it where that is taken.
+std::string freeName(files::FileSystem& system, const std::string& path) {
+    for (int number = 1;; ++number) {
+        auto name = path + ".before-resume" + (number == 1 ? "" : "-" + std::to_string(number));
+        try {
+            system.status(name, files::Links::doNotFollow);
+        } catch (const files::FileError& error) {
+            if (error.isMissing()) return name;
+            throw;
+        }
+    }
+}
 
 void requireInside(const std::string& root, const OrganizePlan& plan) {
     for (const auto& item : plan.items)
@@ -49,10 +66,11 @@ void settleOnMedium(files::FileSystem& system, const std::string& path) {
 OrganizeRun::OrganizeRun(files::FileSystem& system, std::function<std::string()> newUuid,
                          const OrganizePlan& plan, std::stop_token stop)
     : system_(system), newUuid_(std::move(newUuid)), stop_(std::move(stop)), root_(plan.root.path()),
-      report_(system, {.copied = {},
-                       .duplicates = plan.duplicates,
-                       .failures = plan.failures,
-                       .logURL = plan.root.child(reportFileName)}),
+      withSidecars_(plan.withSidecars), report_(system, {.copied = {},
+                                                         .duplicates = plan.duplicates,
+                                                         .failures = plan.failures,
+                                                         .alreadyThere = plan.alreadyThere,
+                                                         .logURL = plan.root.child(reportFileName)}),
       checksums_(system, root_) {
     const std::string destination = plan.root.parent().path();
     requireInside(root_, plan);
@@ -61,7 +79,64 @@ OrganizeRun::OrganizeRun(files::FileSystem& system, std::function<std::string()>
     system_.createDirectory(root_);
     lock_ = lockIfPossible(system_, root_);
     system_.flushDirectory(destination);
+    savePlan(system_, plan);
     report_.save();
+}
+
+OrganizeRun::OrganizeRun(files::FileSystem& system, std::function<std::string()> newUuid,
+                         const RunResumption& resumption, std::stop_token stop)
+    : system_(system), newUuid_(std::move(newUuid)), stop_(std::move(stop)),
+      root_(resumption.plan.root.path()), withSidecars_(resumption.plan.withSidecars),
+      report_(system, {.copied = resumption.present,
+                       .duplicates = resumption.plan.duplicates,
+                       .failures = resumption.plan.failures,
+                       .alreadyThere = 0,
+                       .logURL = resumption.plan.root.child(reportFileName)}),
+      checksums_(system, root_) {
+    requireInside(root_, resumption.plan);
+    requireFreeSpace(system_, resumption.plan.root.parent().path(), resumption.plan);
+    keepForeignSums(resumption);
+    const auto reportPath = root_ + "/" + std::string(reportFileName);
+    if (!resumption.remarks.empty()) system_.copy(reportPath, freeName(system_, reportPath), stop_);
+    auto whole = resumption.plan;
+    whole.items.insert(whole.items.begin(), resumption.present.begin(), resumption.present.end());
+    savePlan(system_, whole);
+    report_.save();
+    std::string lines;
+    for (const auto& item : resumption.present) lines += checksumLineOf(item);
+    if (!lines.empty()) checksums_.begin(lines, "." + newUuid_() + ".partial");
+    for (const auto& item : resumption.present) addSidecar(item);
+}
+
+std::string OrganizeRun::checksumLineOf(const OrganizeItem& item) const {
+    return checksumLine(item.digest, std::string_view(item.destination.path()).substr(root_.size() + 1));
+}
+
+/// Moves a list of sums aside that is no list of these copies; one may miss the last lines.
+void OrganizeRun::keepForeignSums(const RunResumption& resumption) {
+    const auto list = root_ + "/" + std::string(checksumFileName);
+    std::unordered_set<std::string> known;
+    std::size_t longest = 0;
+    for (const auto& item : resumption.present) {
+        const auto line = checksumLineOf(item);
+        longest += line.size();
+        known.insert(line);
+    }
+    try {
+        if (system_.status(list, files::Links::doNotFollow).kind == files::FileKind::regular) {
+            const auto text = files::readFile(system_, list, static_cast<std::int64_t>(longest) + 4096);
+            std::size_t start = 0, end = 0;
+            while ((end = text.find('\n', start)) != std::string::npos &&
+                   known.contains(text.substr(start, end + 1 - start)))
+                start = end + 1;
+            // Behind the last whole line a power cut can leave part of one, or zeros.
+            if (end == std::string::npos) return;
+        }
+    } catch (const files::FileError& error) {
+        if (error.isMissing()) return;
+        if (error.code() != EFBIG) throw;
+    }
+    system_.moveWithoutOverwrite(list, freeName(system_, list));
 }
 
 void OrganizeRun::process(const OrganizeItem& item) {
@@ -77,11 +152,22 @@ void OrganizeRun::process(const OrganizeItem& item) {
     report_.addCopied(item);
     report_.save();
     addChecksum(item);
+    addSidecar(item);
 }
 
 void OrganizeRun::addChecksum(const OrganizeItem& item) {
     try {
         checksums_.add(item.digest, std::string_view(item.destination.path()).substr(root_.size() + 1));
+    } catch (const files::FileError& error) {
+        report_.addFailure(failureLine(item.source, error));
+        report_.save();
+    }
+}
+
+void OrganizeRun::addSidecar(const OrganizeItem& item) {
+    if (!withSidecars_ || !withSidecars_->contains(item.source)) return;
+    try {
+        writeKeptSidecar(system_, item.destination, root_ + "/." + newUuid_() + ".partial");
     } catch (const files::FileError& error) {
         report_.addFailure(failureLine(item.source, error));
         report_.save();
@@ -136,6 +222,7 @@ void OrganizeRun::flushFolders(const std::string& folder) {
 
 OrganizeReport OrganizeRun::finish() {
     report_.save();
+    if (!stop_.stop_requested()) removeIfThere(system_, root_ + "/" + std::string(savedPlanName));
     return report_.report();
 }
 

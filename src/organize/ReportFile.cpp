@@ -14,10 +14,8 @@ std::string hiddenPath(const files::FileUrl& logURL) {
 } // namespace
 
 ReportFile::ReportFile(files::FileSystem& system, OrganizeReport start)
-    : report_(std::move(start)), text_(report_.duplicates, report_.logURL),
-      file_(system, report_.logURL.value().path(), hiddenPath(*report_.logURL)) {
-    for (const auto& line : report_.failures) text_.addFailure(line);
-}
+    : report_(std::move(start)), text_(report_),
+      file_(system, report_.logURL.value().path(), hiddenPath(*report_.logURL)) {}
 
 void ReportFile::addCopied(const OrganizeItem& item) {
     unchanged_ = std::min(unchanged_, text_.addCopied(item));

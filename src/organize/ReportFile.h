@@ -8,7 +8,8 @@ namespace lumisort::organize {
 /// A run's report and its file, which is brought up to date by `save` alone. Used by one thread.
 class ReportFile {
 public:
-    /// The report of a run in which nothing has been copied yet; touches nothing on disk.
+    /// The report as it is when the run begins or goes on; touches nothing on disk. The first save replaces
+    /// the report of the run that goes on.
     ReportFile(files::FileSystem& system, OrganizeReport start);
 
     void addCopied(const OrganizeItem& item);

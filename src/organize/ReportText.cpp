@@ -10,12 +10,16 @@ constexpr std::string_view end = "]}";
 
 } // namespace
 
-ReportText::ReportText(std::int64_t duplicates, const std::optional<files::FileUrl>& logURL) : text_("{") {
-    if (logURL) text_ += "\"logURL\":" + json::toText([&](json::Writer& out) { out.url(*logURL); }) + ',';
-    text_ += "\"duplicates\":" + std::to_string(duplicates) + ",\"copied\":[";
+ReportText::ReportText(const OrganizeReport& start) : text_("{") {
+    if (start.logURL)
+        text_ += "\"logURL\":" + json::toText([&](json::Writer& out) { out.url(*start.logURL); }) + ',';
+    if (start.alreadyThere > 0) text_ += "\"alreadyThere\":" + std::to_string(start.alreadyThere) + ',';
+    text_ += "\"duplicates\":" + std::to_string(start.duplicates) + ",\"copied\":[";
     copiedStart_ = copiedEnd_ = text_.size();
     text_ += "],\"failures\":[";
     text_ += end;
+    for (const auto& item : start.copied) addCopied(item);
+    for (const auto& line : start.failures) addFailure(line);
 }
 
 std::size_t ReportText::addCopied(const OrganizeItem& item) {

@@ -10,7 +10,7 @@ namespace lumisort::organize {
 /// length and, for a copy, moving the failures along; the rest of the text stays as it is.
 class ReportText {
 public:
-    ReportText(std::int64_t duplicates, const std::optional<files::FileUrl>& logURL);
+    explicit ReportText(const OrganizeReport& start);
 
     // Both return how many bytes at the start of the text stayed the same.
     std::size_t addCopied(const OrganizeItem& item);

@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <rapidjson/document.h>
 #include <sched.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <csignal>
@@ -218,6 +219,11 @@ TEST_F(CommandLineTest, KeepsALibraryFromRunToRun) {
     EXPECT_EQ(
         run({"organize", "--to", destination(), "--json", "--library", document}).json()["copied"].Size(),
         1u);
+    const auto organized =
+        run({"organize", "--to", destination(), "--json", "--sidecars", "--library", document}).json();
+    const auto copy = files::FileUrl::fromString(organized["copied"][0]["destination"].GetString());
+    EXPECT_THAT(contentsOf(copy->path() + ".xmp"), HasSubstr("xmp:Rating=\"5\""));
+    EXPECT_FALSE(fs::exists(photos() + "/holiday.png.xmp"));
     EXPECT_EQ(run({"match", "--method", "exact", "--json", "--library", document}).json()["groups"].Size(),
               0u);
 
@@ -248,6 +254,53 @@ TEST_F(CommandLineTest, KeepsALibraryFromRunToRun) {
     std::ofstream(document) << "{";
     EXPECT_EQ(library({"add", destination()}).status, 3);
     EXPECT_EQ(contentsOf(document), "{");
+}
+
+TEST_F(CommandLineTest, GoesOnWithARunThatWasKilled) {
+    std::mt19937 random(2);
+    std::string noise(8'000'000, '\0');
+    for (auto& byte : noise) byte = static_cast<char>(random());
+    constexpr std::ptrdiff_t count = 12;
+    for (int i = 0; i < count; ++i)
+        folder_.write("photos/" + std::to_string(i) + ".png", tinyPng + noise + std::to_string(i));
+    const auto made = [&] {
+        std::vector<fs::path> copies;
+        for (const auto& entry : fs::recursive_directory_iterator(destination()))
+            if (entry.path().extension() == ".png") copies.push_back(entry.path());
+        return copies;
+    };
+    const pid_t child = start({"organize", "--to", destination(), photos()});
+    while (made().size() < 3 && waitpid(child, nullptr, WNOHANG) == 0) sched_yield();
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    const auto copies = made();
+    ASSERT_LT(std::ssize(copies), count) << "the run ended before it was killed";
+    const auto run1 = fs::directory_iterator(destination())->path();
+    const auto written = fs::last_write_time(run1 / "Lumisort-report.json");
+    EXPECT_EQ(run({"organize", "--resume", run1.string(), "--to", destination(), photos()}).status, 2);
+
+    std::vector<ino_t> inodes;
+    const auto inode = [](const fs::path& path) {
+        struct stat status{};
+        EXPECT_EQ(stat(path.c_str(), &status), 0);
+        return status.st_ino;
+    };
+    for (const auto& copy : copies) inodes.push_back(inode(copy));
+    EXPECT_EQ(fs::last_write_time(run1 / "Lumisort-report.json"), written); // nothing happened yet
+    const auto resumed = run({"organize", "--resume", run1.string(), photos()});
+    EXPECT_EQ(resumed.status, 0) << resumed.err;
+    EXPECT_THAT(resumed.out, HasSubstr("12 photos copied and verified"));
+    EXPECT_THAT(resumed.out, HasSubstr(std::to_string(copies.size()) + " copies there already\n"));
+    EXPECT_EQ(std::ssize(made()), count);
+    for (std::size_t i = 0; i < copies.size(); ++i) EXPECT_EQ(inode(copies[i]), inodes[i]) << copies[i];
+    const auto report = organize::readReport(
+        files::FileSystem::real(), files::FileUrl::fromPath((run1 / "Lumisort-report.json").string()));
+    EXPECT_EQ(std::ssize(report.copied), count);
+    for (const auto& entry : fs::directory_iterator(run1))
+        EXPECT_FALSE(entry.path().filename().string().starts_with(".")) << entry.path();
+    EXPECT_EQ(run({"organize", "--resume", run1.string(), photos()}).status, 3); // it is finished
+    EXPECT_THAT(run({"organize", "--to", destination(), "--new-only", photos()}).out,
+                HasSubstr("0 photos copied and verified · 12 photos already there"));
 }
 
 TEST_F(CommandLineTest, AnInterruptLeavesNothingHalfDone) {

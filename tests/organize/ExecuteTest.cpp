@@ -25,7 +25,8 @@ TEST(Execute, RecordsEachCopyBeforeTheNextBegins) {
         steps.emplace_back(fraction, text);
         if (text.starts_with("Copying")) recorded.push_back(scene.storedReport().copied.size());
     };
-    const auto report = scene.engine.copy(scene.photos, scene.destination, true, progress, {});
+    const auto report =
+        scene.engine.copy(scene.photos, scene.destination, {.skipDuplicates = true}, progress, {});
 
     EXPECT_EQ(scene.system.contents(scene.root + "/Unknown Date/b.jpg"), "bcd");
     EXPECT_THAT(scene.system.filesBelow("/usb"),
@@ -46,7 +47,9 @@ TEST(Execute, RecordsEachCopyBeforeTheNextBegins) {
 TEST(Execute, CreatesNothingWhenTheRunCannotBegin) {
     OrganizeScene scene;
     scene.add("gone.jpg", "").system.remove("/photos/gone.jpg");
-    EXPECT_FALSE(scene.engine.copy(scene.photos, scene.destination, true, test::unheard, {}).logURL);
+    EXPECT_FALSE(
+        scene.engine.copy(scene.photos, scene.destination, {.skipDuplicates = true}, test::unheard, {})
+            .logURL);
 
     auto plan = scene.add("a.jpg", "abc").plan();
     const auto message = [&] {
@@ -97,13 +100,14 @@ TEST(Execute, ChecksTheSpaceBeforeItReadsAnyPhoto) {
             if (operation == "read" && !std::exchange(read, true)) scene.system.setFreeBytes(1'000'000);
         };
         if (row.begins)
-            EXPECT_TRUE(
-                scene.engine.copy(scene.photos, scene.destination, row.skipDuplicates, test::unheard, {})
-                    .failures.empty());
+            EXPECT_TRUE(scene.engine
+                            .copy(scene.photos, scene.destination, {.skipDuplicates = row.skipDuplicates},
+                                  test::unheard, {})
+                            .failures.empty());
         else
-            EXPECT_THROW(
-                scene.engine.copy(scene.photos, scene.destination, row.skipDuplicates, test::unheard, {}),
-                FileError);
+            EXPECT_THROW(scene.engine.copy(scene.photos, scene.destination,
+                                           {.skipDuplicates = row.skipDuplicates}, test::unheard, {}),
+                         FileError);
         EXPECT_EQ(read, row.begins);
         EXPECT_EQ(scene.isEmpty(), !row.begins);
     }
@@ -199,7 +203,7 @@ TEST(Execute, ListsWhatGoesWrongWithOnePhotoAndGoesOn) {
 
 TEST(Execute, StopsAtOnceWhereverItIsCancelled) {
     constexpr std::size_t count = 8;
-    constexpr std::size_t quick = 30; // operations: what is left of the photo at hand, saving the report
+    constexpr std::size_t quick = 40; // operations: what is left of the photo at hand, saving plan and report
     bool stopped = true;
     for (std::size_t n = 0; stopped; ++n) {
         SCOPED_TRACE("operation " + std::to_string(n));
@@ -210,8 +214,8 @@ TEST(Execute, StopsAtOnceWhereverItIsCancelled) {
         scene.system.before = [&](std::string_view, const std::string&) {
             if (operations++ == n) stop.request_stop();
         };
-        const auto report =
-            scene.engine.copy(scene.photos, scene.destination, true, test::unheard, stop.get_token());
+        const auto report = scene.engine.copy(scene.photos, scene.destination, {.skipDuplicates = true},
+                                              test::unheard, stop.get_token());
         stopped = stop.stop_requested();
 
         EXPECT_TRUE(report.failures.empty() || operations <= n + quick) << operations;
@@ -220,7 +224,10 @@ TEST(Execute, StopsAtOnceWhereverItIsCancelled) {
             EXPECT_TRUE(line.ends_with(": The operation was cancelled.")) << line;
         // The report, the copies and, once there is one, the checksums.
         const std::size_t extra = !report.logURL ? 0 : report.copied.empty() ? 1 : 2;
-        EXPECT_EQ(scene.system.filesBelow("/usb").size(), report.copied.size() + extra);
+        // The plan stays where something is left to do.
+        const bool resumable = scene.system.contents(scene.root + "/.Lumisort-plan.json").has_value();
+        EXPECT_TRUE(resumable || report.failures.empty() || !report.logURL);
+        EXPECT_EQ(scene.system.filesBelow("/usb").size(), report.copied.size() + extra + (resumable ? 1 : 0));
         if (report.logURL) {
             EXPECT_EQ(scene.storedReport(), report);
         }

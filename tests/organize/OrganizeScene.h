@@ -41,7 +41,7 @@ struct OrganizeScene {
         return *this;
     }
     organize::OrganizePlan plan(bool skipDuplicates = true) {
-        return engine.plan(photos, destination, skipDuplicates, unheard, {});
+        return engine.plan(photos, destination, {.skipDuplicates = skipDuplicates}, unheard, {});
     }
     organize::OrganizeReport execute(const organize::OrganizePlan& plan) {
         return engine.execute(plan, [](std::int64_t, std::int64_t) {}, {});

@@ -24,7 +24,7 @@ struct RealDisk : testing::Test {
     }
     OrganizeReport copyTo(const std::string& destination) {
         std::filesystem::create_directory(destination);
-        return OrganizeEngine().copy(photos, files::FileUrl::fromPath(destination), true, test::unheard, {});
+        return OrganizeEngine().copy(photos, files::FileUrl::fromPath(destination), {}, test::unheard, {});
     }
     /// Whether GNU sha256sum accepts the list beside the report, every line of it.
     static bool checksumsHold(const OrganizeReport& report) {
@@ -63,7 +63,7 @@ TEST_F(RealDisk, FatTakesWhatItCanHoldAndTheRestIsListed) {
     EXPECT_TRUE(std::filesystem::is_empty(volume.path()));
 
     const OrganizeEngine engine;
-    auto plan = engine.plan(photos, files::FileUrl::fromPath(volume.path()), true, test::unheard, {});
+    auto plan = engine.plan(photos, files::FileUrl::fromPath(volume.path()), {}, test::unheard, {});
     for (auto& item : plan.items) item.bytes = 0; // as if the space went after the check
     const auto report = engine.execute(plan, [](std::int64_t, std::int64_t) {}, {});
     EXPECT_THAT(report.copied, ElementsAre(plan.items[0], plan.items[2], plan.items[3]));

@@ -76,6 +76,34 @@ Sheet {
                 onClicked: chooser.choose(sheet.state.destinationUrl)
             }
         }
+        RowLayout {
+            visible: sheet.state.unfinished !== "" && !sheet.state.busy
+            spacing: Theme.s
+            Icon {
+                name: "data-warning"
+                color: Theme.skip
+            }
+            Body {
+                text: Theme.line(sheet.state.unfinished)
+                wrapMode: Text.Wrap
+                Layout.fillWidth: true
+            }
+            PushButton {
+                text: "Continue It"
+                enabled: sheet.state.canRun
+                reason: sheet.state.reason
+                onClicked: sheet.state.resume()
+            }
+        }
+        Toggle {
+            text: "Leave out what earlier imports copied there (" + sheet.state.alreadyThere
+                  + (sheet.state.alreadyThere === 1 ? " photo)" : " photos)")
+            visible: sheet.state.alreadyThere > 0
+            checked: sheet.state.leaveOut
+            enabled: !sheet.state.busy
+            reason: sheet.running
+            onToggled: sheet.state.leaveOut = checked
+        }
         Toggle {
             text: "Skip exact duplicates"
             checked: sheet.state.skipDuplicates
@@ -115,6 +143,13 @@ Sheet {
             spacing: Theme.s
             Headline {
                 text: sheet.state.headline
+                Layout.fillWidth: true
+            }
+            Body {
+                visible: text !== ""
+                text: sheet.state.resumedNote
+                color: Theme.secondary
+                wrapMode: Text.Wrap
                 Layout.fillWidth: true
             }
             Body {

@@ -27,8 +27,7 @@ void OrganizeState::open(std::vector<library::Photo> photos) {
     photos_ = std::make_shared<const std::vector<library::Photo>>(std::move(photos));
     destination_.reset();
     skipDuplicates_ = true;
-    report_.reset();
-    error_.clear();
+    forget();
     stop_ = {};
     Q_EMIT openChanged();
     Q_EMIT changed();
@@ -40,13 +39,49 @@ void OrganizeState::done() {
 
 void OrganizeState::choose(const QUrl& folder) {
     if (busy_) return;
-    report_.reset();
-    error_.clear();
+    forget();
     if (const auto url = files::FileUrl::fromString(folder.toEncoded().toStdString()))
         destination_ = url;
     else
         error_ = QStringLiteral("“%1” is not on a drive of this system. Choose a folder that is.")
                      .arg(folder.toDisplayString());
+    if (destination_) look();
+    Q_EMIT changed();
+}
+
+/// Nothing is known of the destination and no run was made.
+void OrganizeState::forget() {
+    ++looks_;
+    look_ = {};
+    alreadyThere_ = 0;
+    leaveOut_ = false;
+    report_.reset();
+    resumed_.reset();
+    error_.clear();
+}
+
+QCoro::Task<> OrganizeState::look() {
+    const auto number = looks_;
+    auto job = [&system = deps_.system, destination = *destination_, photos = photos_] {
+        Look found{.unfinished = unfinishedRuns(system, destination),
+                   .earlier =
+                       std::make_shared<const EarlierCopies>(EarlierCopies::at(system, destination, {}))};
+        found.likely = found.earlier->likely(*photos);
+        return found;
+    };
+    auto found = co_await runner_.run(std::move(job));
+    if (number != looks_ || !found || busy_) co_return;
+    look_ = *std::move(found);
+    alreadyThere_ = static_cast<int>(look_.likely);
+    Q_EMIT changed();
+}
+
+void OrganizeState::setLeaveOut(bool leaveOut) {
+    if (busy_ || leaveOut == leaveOut_) return;
+    leaveOut_ = leaveOut;
+    report_.reset();
+    resumed_.reset();
+    error_.clear();
     Q_EMIT changed();
 }
 
@@ -54,12 +89,21 @@ void OrganizeState::setSkipDuplicates(bool skip) {
     if (busy_ || skip == skipDuplicates_) return;
     skipDuplicates_ = skip;
     report_.reset();
+    resumed_.reset();
     error_.clear();
     Q_EMIT changed();
 }
 
 void OrganizeState::run() {
-    if (!canRun()) return;
+    if (canRun()) start({});
+}
+
+void OrganizeState::resume() {
+    if (canRun() && !look_.unfinished.empty()) start(look_.unfinished.front().folder);
+}
+
+/// Begins a run, or goes on with one.
+void OrganizeState::start(std::optional<files::FileUrl> run) {
     busy_ = true;
     error_.clear();
     progress_ = 0;
@@ -67,22 +111,26 @@ void OrganizeState::run() {
     stop_ = {};
     underWay_ = std::make_shared<Progress>();
     underWay_->text = status_.toStdString();
-    copy();
+    copy(std::move(run));
     Q_EMIT progressChanged();
     Q_EMIT changed();
     followProgress();
 }
 
-QCoro::Task<> OrganizeState::copy() {
+QCoro::Task<> OrganizeState::copy(std::optional<files::FileUrl> run) {
     auto job = [engine = OrganizeEngine(deps_.system, deps_.clock), photos = photos_,
-                destination = *destination_, skip = skipDuplicates_, underWay = underWay_,
-                stop = stop_.get_token()] {
+                destination = *destination_, run = std::move(run),
+                options = CopyOptions{skipDuplicates_, leaveOut_ ? look_.earlier : nullptr, {}},
+                underWay = underWay_, stop = stop_.get_token()] {
         const auto note = [&underWay](double fraction, const std::string& text) {
             const std::scoped_lock lock(underWay->mutex);
             underWay->fraction = fraction;
             underWay->text = text;
         };
-        return engine.copy(*photos, destination, skip, note, stop);
+        if (!run) return Done{.report = engine.copy(*photos, destination, options, note, stop)};
+        auto resumed = engine.resume(*photos, *run, {}, note, stop);
+        auto report = std::move(resumed.report);
+        return Done{.report = std::move(report), .resumed = std::move(resumed)};
     };
     auto outcome = co_await runner_.run(std::move(job));
     finish(std::move(outcome));
@@ -106,12 +154,15 @@ void OrganizeState::followProgress() {
     });
 }
 
-void OrganizeState::finish(model::Outcome<OrganizeReport> outcome) {
+void OrganizeState::finish(model::Outcome<Done> outcome) {
     busy_ = false;
     underWay_.reset();
-    if (outcome)
-        report_ = std::move(*outcome);
-    else
+    if (outcome) {
+        report_ = std::move(outcome->report);
+        resumed_ = std::move(outcome->resumed);
+        look_.unfinished.clear();
+        alreadyThere_ = 0;
+    } else
         error_ = QString::fromUtf8(model::describe(outcome.error()));
     Q_EMIT changed();
 }
@@ -141,6 +192,32 @@ QString OrganizeState::headline() const {
         .arg(report_->failures.size());
 }
 
+QString OrganizeState::unfinished() const {
+    if (look_.unfinished.empty()) return {};
+    const auto& run = look_.unfinished.front();
+    return QStringLiteral("An import there stopped after %1 of %2 photos: %3")
+        .arg(run.copied)
+        .arg(run.planned)
+        .arg(QString::fromUtf8(run.folder.name()));
+}
+
+QString OrganizeState::resumedNote() const {
+    if (!report_) return {};
+    QStringList parts;
+    const auto part = [&](std::int64_t count, const QString& what) {
+        if (count > 0) parts << QString::number(count) + u' ' + what;
+    };
+    if (resumed_) {
+        part(resumed_->present, QStringLiteral("were there already"));
+        part(resumed_->added, QStringLiteral("new since"));
+        part(resumed_->changed, QStringLiteral("changed since"));
+        part(resumed_->gone, QStringLiteral("not chosen any more"));
+        part(std::ssize(resumed_->remarks), QStringLiteral("files differ from the report"));
+    }
+    part(report_->alreadyThere, QStringLiteral("left out, there already"));
+    return parts.join(QStringLiteral(" · "));
+}
+
 QString OrganizeState::cancelledNote() const {
     if (!report_ || !stop_.stop_requested() || report_->failures.empty()) return {};
     return QStringLiteral("Cancelled. %1 of %2 photos were copied before.")
@@ -150,7 +227,8 @@ QString OrganizeState::cancelledNote() const {
 
 QString OrganizeState::failures() const {
     if (!report_) return {};
-    const auto& lines = report_->failures;
+    auto lines = resumed_ ? resumed_->remarks : std::vector<std::string>();
+    lines.insert(lines.end(), report_->failures.begin(), report_->failures.end());
     const auto shown = std::min(lines.size(), mostFailureLines);
     QString text;
     for (std::size_t i = 0; i < shown; ++i) {

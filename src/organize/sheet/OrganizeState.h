@@ -2,6 +2,7 @@
 
 #include "model/ModelDependencies.h"
 #include "organize/OrganizeEngine.h"
+#include "organize/SavedPlan.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -28,6 +29,10 @@ class OrganizeState : public QObject {
     Q_PROPERTY(QString destination READ destination NOTIFY changed)
     Q_PROPERTY(QUrl destinationUrl READ destinationUrl NOTIFY changed)
     Q_PROPERTY(bool skipDuplicates READ skipDuplicates WRITE setSkipDuplicates NOTIFY changed)
+    Q_PROPERTY(QString unfinished READ unfinished NOTIFY changed)
+    Q_PROPERTY(int alreadyThere READ alreadyThere NOTIFY changed)
+    Q_PROPERTY(bool leaveOut READ leaveOut WRITE setLeaveOut NOTIFY changed)
+    Q_PROPERTY(QString resumedNote READ resumedNote NOTIFY changed)
     Q_PROPERTY(bool busy READ busy NOTIFY changed)
     Q_PROPERTY(bool stopping READ stopping NOTIFY changed)
     Q_PROPERTY(bool canRun READ canRun NOTIFY changed)
@@ -49,10 +54,13 @@ public:
     void open(std::vector<library::Photo> photos);
     /// Closes the sheet, which forgets everything. Not during a run.
     Q_INVOKABLE void done();
-    /// Takes the folder that the user chose. One that is not local, as some desktops offer, becomes the
-    /// error. Not during a run.
+    /// Takes the folder that the user chose, and looks there for unfinished and earlier runs. One that is not
+    /// local, as some desktops offer, becomes the error. Not during a run.
     Q_INVOKABLE void choose(const QUrl& folder);
     void setSkipDuplicates(bool skip);
+    void setLeaveOut(bool leaveOut);
+    /// Goes on with the unfinished run on another thread.
+    Q_INVOKABLE void resume();
     /// Copies on another thread. Nothing happens while `canRun` is false.
     Q_INVOKABLE void run();
     /// Stops the run; the report says what was copied until then.
@@ -64,6 +72,12 @@ public:
     QString destination() const;
     QUrl destinationUrl() const;
     bool skipDuplicates() const { return skipDuplicates_; }
+    /// Says which run at the destination did not come to its end, the latest one; "" for none.
+    QString unfinished() const;
+    /// How many photos seem to have a copy there.
+    int alreadyThere() const { return alreadyThere_; }
+    /// Whether photos that earlier runs copied there are left out.
+    bool leaveOut() const { return leaveOut_; }
     bool busy() const { return busy_; }
     bool stopping() const { return busy_ && stop_.stop_requested(); }
     bool canRun() const { return reason().isEmpty(); }
@@ -77,7 +91,10 @@ public:
     QString headline() const;
     /// Says that the run was cancelled and how far it came, "" where it was not.
     QString cancelledNote() const;
-    /// Photos that failed, one a line; past mostFailureLines the number of those left out.
+    /// What of a run that went on was there before, and what is different; "" for another run.
+    QString resumedNote() const;
+    /// Files of a resumed run that are not what its report says, and photos that failed, one a line; past
+    /// mostFailureLines the number of those left out.
     QString failures() const;
     /// The URL of the report on disk, "" where none was written.
     QString log() const;
@@ -102,14 +119,33 @@ private:
         std::string text;    ///< guarded by mutex
     };
 
-    QCoro::Task<> copy();
+    /// What became of a run.
+    struct Done {
+        OrganizeReport report;
+        std::optional<ResumedRun> resumed; ///< its report is above
+    };
+    /// What is at a destination.
+    struct Look {
+        std::vector<UnfinishedRun> unfinished;
+        std::shared_ptr<const EarlierCopies> earlier;
+        std::int64_t likely = 0;
+    };
+
+    QCoro::Task<> look();
+    void start(std::optional<files::FileUrl> run);
+    QCoro::Task<> copy(std::optional<files::FileUrl> run);
     void followProgress();
-    void finish(model::Outcome<OrganizeReport> outcome);
+    void forget();
+    void finish(model::Outcome<Done> outcome);
 
     model::ModelDependencies deps_;
     std::shared_ptr<const std::vector<library::Photo>> photos_;
     std::optional<files::FileUrl> destination_;
-    bool open_ = false, skipDuplicates_ = true, busy_ = false;
+    Look look_;
+    int alreadyThere_ = 0;
+    std::uint64_t looks_ = 0; ///< the latest; what an older one finds is dropped
+    std::optional<ResumedRun> resumed_;
+    bool open_ = false, skipDuplicates_ = true, leaveOut_ = false, busy_ = false;
     std::optional<OrganizeReport> report_;
     QString error_, status_;
     double progress_ = 0;

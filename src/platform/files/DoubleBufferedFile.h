@@ -21,7 +21,8 @@ namespace lumisort::files {
 /// Used by one thread. The destructor removes the hidden file; a process that is killed leaves it behind.
 class DoubleBufferedFile {
 public:
-    /// Touches nothing yet. Nothing must be at `path`, nor at `hiddenPath`, a name in the same folder.
+    /// Touches nothing yet. The first save replaces a file at `path`; nothing must be at `hiddenPath`, a name
+    /// in the same folder.
     DoubleBufferedFile(FileSystem& system, std::string path, std::string hiddenPath);
     ~DoubleBufferedFile();
     DoubleBufferedFile(const DoubleBufferedFile&) = delete;

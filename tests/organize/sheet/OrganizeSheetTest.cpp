@@ -69,6 +69,32 @@ TEST_F(ArchiveSheetTest, GoesOnToTheImportOnceAFolderIsChosen) {
     settle();
 }
 
+TEST_F(ArchiveSheetTest, ContinuesAnImportThatStopped) {
+    show({"a.jpg", "b.jpg"});
+    const OrganizeEngine engine(system_);
+    const auto plan =
+        engine.plan(std::vector{photo("/p/a.jpg")}, url("/out"), {}, [](double, const std::string&) {}, {});
+    std::stop_source stop;
+    stop.request_stop();
+    engine.execute(plan, [](std::int64_t, std::int64_t) {}, stop.get_token());
+    choose("file:///out");
+    settle();
+    stage_.settle();
+    EXPECT_EQ(stage_.nameless(), QStringList());
+    stage_.click(QStringLiteral("Continue It"));
+    EXPECT_TRUE(sheet_->busy());
+    settle();
+    stage_.settle();
+    EXPECT_TRUE(has("2 copied · 0 skipped · 0 failed"));
+    EXPECT_TRUE(has("1 new since"));
+    EXPECT_FALSE(has("Continue It"));
+    choose("file:///out");
+    settle();
+    stage_.settle();
+    stage_.click(QStringLiteral("Leave out what earlier imports copied there (2 photos)"));
+    EXPECT_TRUE(sheet_->leaveOut());
+}
+
 TEST_F(ArchiveSheetTest, IsLockedDuringARunButForCancel) {
     show({"a.jpg", "b.jpg"});
     EXPECT_FALSE(has("Cancel"));

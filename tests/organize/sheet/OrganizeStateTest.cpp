@@ -40,6 +40,41 @@ TEST_F(ArchiveStateTest, RunsOnceADestinationIsChosenAndAgainOnceSomethingChange
     EXPECT_TRUE(sheet_->canRun());
 }
 
+TEST_F(ArchiveStateTest, OffersToGoOnWithAnImportThatStopped) {
+    openFor({"a.jpg", "b.jpg", "c.jpg", "d.jpg"});
+    const auto engine = OrganizeEngine(system_);
+    const auto plan = engine.plan(std::vector{photo("/p/a.jpg"), photo("/p/b.jpg")}, url("/out"), {},
+                                  [](double, const std::string&) {}, {});
+    std::stop_source stop;
+    engine.execute(
+        plan,
+        [&](std::int64_t done, std::int64_t) {
+            if (done == 2) stop.request_stop();
+        },
+        stop.get_token());
+    choose("file:///out");
+    EXPECT_EQ(sheet_->unfinished(), QString()); // not looked at yet
+    settle();
+    EXPECT_EQ(sheet_->unfinished(), QStringLiteral("An import there stopped after 1 of 2 photos: ") +
+                                        QString::fromUtf8(plan.root.name()));
+    sheet_->resume();
+    EXPECT_TRUE(sheet_->busy());
+    settle();
+    EXPECT_EQ(sheet_->headline(), QStringLiteral("4 copied · 0 skipped · 0 failed"));
+    EXPECT_EQ(sheet_->resumedNote(), QStringLiteral("1 were there already · 2 new since"));
+    EXPECT_EQ(sheet_->unfinished(), QString());
+
+    choose("file:///out");
+    settle();
+    EXPECT_EQ(sheet_->unfinished(), QString());
+    EXPECT_EQ(sheet_->alreadyThere(), 4);
+    sheet_->setLeaveOut(true);
+    run();
+    settle();
+    EXPECT_EQ(sheet_->headline(), QStringLiteral("0 copied · 0 skipped · 0 failed"));
+    EXPECT_EQ(sheet_->resumedNote(), QStringLiteral("4 left out, there already"));
+}
+
 TEST_F(ArchiveStateTest, CannotBeClosedDuringARun) {
     openFor({"a.jpg"});
     choose("file:///out");
